@@ -1,0 +1,9 @@
+// Precompiled for every test.
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QString>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
