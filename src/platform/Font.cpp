@@ -1,0 +1,32 @@
+#include "platform/Font.h"
+
+namespace pintalux::Draw {
+
+namespace {
+
+// Symbols and emoji that the text fonts lack come from these. The emoji stand before the last one, which has
+// black and white drawings of them.
+const QStringList& fallbacks()
+{
+    static const QStringList families{u"Inter"_qs, u"Noto Color Emoji"_qs, u"DejaVu Sans"_qs};
+    return families;
+}
+
+} // namespace
+
+Font systemFont(double size, FontWeight weight) { return {fallbacks(), size, weight}; }
+
+Font roundedFont(double size, FontWeight weight)
+{
+    static const QStringList families = QStringList{u"Quicksand"_qs, u"Varela Round"_qs} + fallbacks();
+    return {families, size, weight};
+}
+
+Font handwrittenFont(double size)
+{
+    static const QStringList families
+        = QStringList{u"Comic Neue"_qs, u"Comic Relief"_qs, u"Quicksand"_qs} + fallbacks();
+    return {families, size, FontWeight::bold};
+}
+
+} // namespace pintalux::Draw

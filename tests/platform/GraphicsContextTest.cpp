@@ -1,0 +1,171 @@
+#include "platform/GraphicsContext.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+
+namespace {
+
+QImage canvas(int width, int height, const QColor& color = Qt::white)
+{
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    return image;
+}
+
+QPainterPath box(const QRectF& rect)
+{
+    QPainterPath path;
+    path.addRect(rect);
+    return path;
+}
+
+/// Darkness of a column or row of a white picture, as weights of their positions.
+double centreOfDarkness(const QImage& image, bool vertical)
+{
+    double sum = 0;
+    double moment = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const double darkness = 255 - qGray(image.pixel(x, y));
+            sum += darkness;
+            moment += darkness * ((vertical ? y : x) + 0.5);
+        }
+    }
+    return moment / sum;
+}
+
+} // namespace
+
+TEST(GraphicsContextShadow, FallsDownByItsOffsetAtAnyScale)
+{
+    for (const double scale : {1.0, 2.0, 0.5}) {
+        auto image = canvas(200, 200);
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        context.scale(scale);
+        context.clip(QRectF(0, 0, 400, 400));
+        context.setShadow({QColor(0, 0, 0, 255), {0, 7.5}, 8});
+        context.fill(box({80 / scale, 80 / scale, 40 / scale, 40 / scale}), QColor(Qt::white));
+        painter.end();
+        // The white caster hides 32.5 of the shadow's 40 rows; what shows balances around its lower edge.
+        EXPECT_NEAR(centreOfDarkness(image, false), 100, 0.1) << scale;
+        EXPECT_EQ(qGray(image.pixel(100, 100)), 255);
+        EXPECT_LT(qGray(image.pixel(100, 122)), 90) << scale;
+        EXPECT_GT(qGray(image.pixel(100, 76)), 200) << scale;
+    }
+}
+
+TEST(GraphicsContextShadow, IsAGaussianOfHalfTheBlur)
+{
+    auto image = canvas(400, 60);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    context.setShadow({QColor(0, 0, 0), {0, 0}, 40});              // sigma 20
+    context.fill(box({-300, -300, 500, 600}), QColor(0, 0, 0, 0)); // casts nothing: it has no coverage
+    context.fill(box({-300, -300, 500, 600}), QColor(Qt::white));
+    painter.end();
+    // Beyond the straight edge at x = 200 the coverage is the normal distribution's tail.
+    for (const int beyond : {10, 20, 40}) {
+        const double expected = 0.5 * std::erfc(beyond / 20.0 / std::sqrt(2.0));
+        EXPECT_NEAR((255 - qGray(image.pixel(200 + beyond, 30))) / 255.0, expected, 0.02) << beyond;
+    }
+}
+
+TEST(GraphicsContextShadow, FillAndStrokeCastOne)
+{
+    const auto draw = [](bool together) {
+        auto image = canvas(100, 100);
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        context.setShadow({QColor(0, 0, 0, 128), {0, 30}, 0});
+        const Stroke edge{QColor(Qt::red), 10};
+        if (together) {
+            context.fillAndStroke(box({30, 20, 40, 20}), QColor(Qt::red), edge);
+        } else {
+            context.fill(box({30, 20, 40, 20}), QColor(Qt::red));
+            context.stroke(box({30, 20, 40, 20}), edge);
+        }
+        painter.end();
+        return qGray(image.pixel(50, 68)); // beneath both the fill's and the stroke's shadow
+    };
+    EXPECT_NEAR(draw(true), 127, 2);
+    EXPECT_LT(draw(false), 110);
+}
+
+TEST(GraphicsContextShadow, StaysInsideTheClip)
+{
+    auto image = canvas(60, 60);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    context.clip(box({0, 0, 60, 30}));
+    context.setShadow({QColor(Qt::black), {0, 10}, 10});
+    context.fill(box({10, 10, 40, 15}), QColor(Qt::red));
+    painter.end();
+    EXPECT_NE(image.pixel(30, 29), qRgb(255, 255, 255));
+    for (int x = 0; x < 60; ++x)
+        EXPECT_EQ(image.pixel(x, 30), qRgb(255, 255, 255));
+}
+
+TEST(GraphicsContextState, EverythingComesBackAtTheEndOfTheBlock)
+{
+    auto image = canvas(40, 40);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    {
+        const GraphicsContext::Saved saved(context);
+        context.translate({20, 20});
+        context.setAlpha(0.1);
+        context.setBlendMode(QPainter::CompositionMode_Multiply);
+        context.setShadow({QColor(Qt::black), {5, 5}, 0});
+        context.clip(QRectF(0, 0, 1, 1));
+    }
+    context.fill(box({0, 0, 10, 10}), QColor(Qt::blue));
+    painter.end();
+    EXPECT_EQ(image.pixel(5, 5), qRgb(0, 0, 255));
+    EXPECT_EQ(image.pixel(12, 12), qRgb(255, 255, 255)); // no shadow
+}
+
+TEST(GraphicsContextImage, UnscaledPixelsAreCopiedExactly)
+{
+    auto noise = canvas(31, 17);
+    for (int y = 0; y < 17; ++y)
+        for (int x = 0; x < 31; ++x)
+            noise.setPixel(x, y, qRgb(x * 8, y * 15, (x * y) % 256));
+    auto image = canvas(60, 60);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    context.translate({13, 21});
+    context.drawImage(noise, {0, 0, 31, 17});
+    painter.end();
+    EXPECT_EQ(image.copy(13, 21, 31, 17), noise);
+}
+
+TEST(GraphicsContextImage, ReducingAveragesInsteadOfSkippingPixels)
+{
+    auto stripes = canvas(400, 400);
+    for (int y = 0; y < 400; ++y)
+        for (int x = 0; x < 400; ++x)
+            stripes.setPixel(x, y, x % 5 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
+    auto image = canvas(80, 80, Qt::red);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    context.drawImage(stripes, {0, 0, 80, 80});
+    painter.end();
+    for (int x = 2; x < 78; ++x)
+        EXPECT_NEAR(qGray(image.pixel(x, 40)), 204, 2) << x;
+}
+
+TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
+{
+    auto cells = canvas(2, 1, Qt::black);
+    cells.setPixel(1, 0, qRgb(255, 255, 255));
+    auto image = canvas(40, 20, Qt::red);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    context.setInterpolation(GraphicsContext::Interpolation::none);
+    context.drawImage(cells, {0, 0, 40, 20});
+    painter.end();
+    EXPECT_EQ(image.pixel(19, 10), qRgb(0, 0, 0));
+    EXPECT_EQ(image.pixel(20, 10), qRgb(255, 255, 255));
+}
