@@ -1,0 +1,134 @@
+#include "model/MarksFile.h"
+
+#include "model/JsonReader.h"
+
+#include <QJsonDocument>
+#include <QJsonParseError>
+
+#include <functional>
+
+namespace pintalux {
+
+namespace {
+
+/// What a kind of mark cannot do without.
+struct Needs {
+    AnnotationKind kind;
+    bool start;
+    bool end;
+    bool points;
+    bool color;
+    bool lineWidth;
+};
+
+constexpr std::array<Needs, annotationKindTable.size()> needsTable{{
+    //                            start  end    points colour width
+    {AnnotationKind::arrow, true, true, false, true, true},
+    {AnnotationKind::rectangle, true, true, false, true, true},
+    {AnnotationKind::ellipse, true, true, false, true, true},
+    {AnnotationKind::line, true, true, false, true, true},
+    {AnnotationKind::pen, false, false, true, true, true},
+    {AnnotationKind::highlighter, false, false, true, true, true},
+    {AnnotationKind::text, true, false, false, true, false},
+    {AnnotationKind::step, true, false, false, true, true},
+    {AnnotationKind::blur, true, true, false, false, false},
+    {AnnotationKind::image, true, true, false, false, false},
+}};
+
+constexpr double largest = 1e6;
+
+double length(const JsonPlace& place) { return place.number(0, largest); }
+double fontSize(const JsonPlace& place) { return place.number(0.1, 10000); }
+
+/// Sets `target` from the field of that name when it is there (or must be).
+template <typename T, typename Read>
+void assign(JsonFields& fields, const QString& name, T& target, Read read, bool needed = false)
+{
+    if (const auto place = needed ? std::optional(fields.require(name)) : fields.take(name))
+        target = read(*place);
+}
+
+QList<QPointF> points(const JsonPlace& place)
+{
+    QList<QPointF> list;
+    for (const auto& element : place.elements())
+        list << element.point();
+    return list;
+}
+
+Annotation annotation(const JsonPlace& place, const MarksFile::ImageLoader& loadImage)
+{
+    JsonFields fields(place);
+    Annotation mark;
+    mark.kind = fields.require(u"kind"_qs).enumeration<AnnotationKind>();
+    const auto& needs = needsTable[std::size_t(mark.kind)];
+
+    assign(fields, u"id"_qs, mark.id, std::mem_fn(&JsonPlace::uuid));
+    assign(fields, u"start"_qs, mark.start, std::mem_fn(&JsonPlace::point), needs.start);
+    mark.end = mark.start;
+    assign(fields, u"end"_qs, mark.end, std::mem_fn(&JsonPlace::point), needs.end);
+    assign(fields, u"points"_qs, mark.points, points, needs.points);
+    assign(fields, u"color"_qs, mark.color, std::mem_fn(&JsonPlace::color), needs.color);
+    assign(fields, u"lineWidth"_qs, mark.lineWidth, length, needs.lineWidth);
+    assign(fields, u"filled"_qs, mark.filled, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"text"_qs, mark.text, std::mem_fn(&JsonPlace::string));
+    assign(fields, u"fontSize"_qs, mark.fontSize, fontSize);
+    assign(fields, u"number"_qs, mark.number, std::mem_fn(&JsonPlace::integer));
+    assign(fields, u"blurStyle"_qs, mark.blurStyle, std::mem_fn(&JsonPlace::enumeration<BlurStyle>));
+    assign(fields, u"arrowStyle"_qs, mark.arrowStyle, std::mem_fn(&JsonPlace::enumeration<ArrowStyle>));
+    assign(fields, u"handwritten"_qs, mark.handwritten, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"control"_qs, mark.control, std::mem_fn(&JsonPlace::point));
+    assign(fields, u"pointer"_qs, mark.pointer, std::mem_fn(&JsonPlace::point));
+    assign(fields, u"boxWidth"_qs, mark.boxWidth, length);
+    const auto load = [&](const JsonPlace& image) {
+        try {
+            return loadImage(image.string());
+        } catch (const Error& error) {
+            throw Error(error.domain, error.code, image.path + u": "_qs + error.localizedDescription);
+        }
+    };
+    assign(fields, u"image"_qs, mark.image, load, mark.kind == AnnotationKind::image);
+    fields.finish();
+    return mark;
+}
+
+BeautifySettings beautifySettings(const JsonPlace& place)
+{
+    constexpr double mostPoints = 2000;
+    const auto points = [](const JsonPlace& field) { return field.number(0, mostPoints); };
+    JsonFields fields(place);
+    BeautifySettings settings;
+    assign(fields, u"enabled"_qs, settings.enabled, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"gradient"_qs, settings.gradient, std::mem_fn(&JsonPlace::integer));
+    assign(fields, u"padding"_qs, settings.padding, points);
+    assign(fields, u"cornerRadius"_qs, settings.cornerRadius, points);
+    assign(fields, u"shadow"_qs, settings.shadow, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"border"_qs, settings.border, std::mem_fn(&JsonPlace::boolean));
+    fields.finish();
+    return settings;
+}
+
+} // namespace
+
+MarksFile MarksFile::parse(const QByteArray& json, const ImageLoader& loadImage)
+{
+    QJsonParseError problem{};
+    const auto document = QJsonDocument::fromJson(json, &problem);
+    if (document.isNull())
+        throw Error(Error::ownDomain, 2,
+            u"no es JSON válido cerca del byte %1 (%2)."_qs.arg(problem.offset).arg(problem.errorString()));
+
+    JsonFields fields(
+        {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_qs});
+    MarksFile marks;
+    assign(fields, u"pixelScale"_qs, marks.pixelScale,
+        [](const JsonPlace& place) { return place.number(0.1, 16); });
+    if (const auto list = fields.take(u"annotations"_qs))
+        for (const auto& element : list->elements())
+            marks.annotations << annotation(element, loadImage);
+    assign(fields, u"beautify"_qs, marks.beautify, beautifySettings);
+    fields.finish();
+    return marks;
+}
+
+} // namespace pintalux

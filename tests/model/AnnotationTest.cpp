@@ -1,0 +1,179 @@
+#include "model/Annotation.h"
+
+#include "model/Geometry.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+
+namespace {
+
+Annotation mark(AnnotationKind kind, QPointF start, QPointF end, double lineWidth = 4)
+{
+    return {.kind = kind, .start = start, .end = end, .color = Qt::red, .lineWidth = lineWidth};
+}
+
+Annotation text(const QString& words, bool filled = false, double fontSize = 32)
+{
+    auto annotation = mark(AnnotationKind::text, {100, 100}, {100, 100});
+    annotation.text = words;
+    annotation.filled = filled;
+    annotation.fontSize = fontSize;
+    return annotation;
+}
+
+} // namespace
+
+TEST(AnnotationGeometry, RectDoesNotDependOnTheDirectionOfTheDrag)
+{
+    const QRectF expected(10, 20, 30, 40);
+    EXPECT_EQ(mark(AnnotationKind::rectangle, {10, 20}, {40, 60}).rect(), expected);
+    EXPECT_EQ(mark(AnnotationKind::rectangle, {40, 20}, {10, 60}).rect(), expected);
+    EXPECT_EQ(mark(AnnotationKind::rectangle, {40, 60}, {10, 20}).rect(), expected);
+}
+
+TEST(AnnotationCurve, PassesThroughTheMidpointItWasGiven)
+{
+    auto arrow = mark(AnnotationKind::arrow, {0, 0}, {100, 0});
+    arrow.setCurveMidpoint({60, 40});
+    EXPECT_EQ(arrow.curveMidpoint(), QPointF(60, 40));
+    const auto samples = arrow.curveSamples(2);
+    EXPECT_EQ(samples, (QList<QPointF>{{0, 0}, {60, 40}, {100, 0}}));
+}
+
+TEST(AnnotationCurve, SnapsStraightOnlyNearTheChord)
+{
+    auto arrow = mark(AnnotationKind::arrow, {0, 0}, {100, 0}, 10);
+    arrow.setCurveMidpoint({50, 2.4}); // the control point comes to 4.8 of the chord, under half the width
+    EXPECT_FALSE(arrow.control);
+    EXPECT_EQ(arrow.curveMidpoint(), QPointF(50, 0));
+    arrow.setCurveMidpoint({50, 2.6});
+    EXPECT_TRUE(arrow.control);
+}
+
+TEST(AnnotationCurve, NoSegmentsMeansTheStartAlone)
+{
+    EXPECT_EQ(mark(AnnotationKind::line, {3, 4}, {9, 9}).curveSamples(0), QList<QPointF>({{3, 4}}));
+}
+
+TEST(AnnotationBounds, CoverWhatTheMarkTouches)
+{
+    EXPECT_EQ(mark(AnnotationKind::line, {10, 10}, {50, 10}).bounds(), QRectF(2, 2, 56, 16));
+    EXPECT_EQ(mark(AnnotationKind::blur, {10, 10}, {50, 30}).bounds(), QRectF(2, 2, 56, 36));
+    EXPECT_TRUE(mark(AnnotationKind::pen, {0, 0}, {0, 0}).bounds().isNull());
+
+    auto step = mark(AnnotationKind::step, {100, 100}, {}, 5); // radius 8 + 13.44
+    EXPECT_EQ(step.bounds(), QRectF(100 - 21.44, 100 - 21.44, 42.88, 42.88));
+    step.pointer = {100, 200};
+    EXPECT_DOUBLE_EQ(step.bounds().bottom(), 200);
+    EXPECT_DOUBLE_EQ(step.bounds().left(), 100 - 21.44);
+}
+
+TEST(AnnotationPointer, TooCloseATipIsKeptButDoesNotShow)
+{
+    auto step = mark(AnnotationKind::step, {0, 0}, {}, 5);
+    step.pointer = {step.stepRadius() * 1.19, 0};
+    EXPECT_FALSE(step.hasPointer());
+    EXPECT_TRUE(step.pointer);
+    EXPECT_EQ(step.pointerNode(), step.suggestedPointer());
+    step.pointer = {step.stepRadius() * 1.21, 0};
+    EXPECT_TRUE(step.hasPointer());
+
+    auto bubble = text(u"hola"_qs, true);
+    const auto box = bubble.textBubble();
+    bubble.pointer = {box.center().x(), box.bottom() + 0.29 * 32};
+    EXPECT_FALSE(bubble.hasPointer());
+    bubble.pointer = {box.center().x(), box.bottom() + 0.3 * 32}; // the maximum edge is outside
+    EXPECT_TRUE(bubble.hasPointer());
+    bubble.filled = false;
+    EXPECT_FALSE(bubble.hasPointer());
+}
+
+TEST(AnnotationText, EmptyTextIsOneLineHigh)
+{
+    EXPECT_EQ(text(u""_qs).textSize().height(), text(u"Áy"_qs).textSize().height());
+    EXPECT_GT(text(u"a\nb"_qs).textSize().height(), 1.9 * text(u"a"_qs).textSize().height() - 1);
+}
+
+TEST(AnnotationText, BoxWidthWrapsAndNeverGoesBelowTheFontSize)
+{
+    auto bubble = text(u"una frase que no cabe en una sola línea"_qs, true);
+    const auto oneLine = bubble.textSize();
+    bubble.boxWidth = oneLine.width() / 2;
+    EXPECT_DOUBLE_EQ(bubble.textSize().width(), oneLine.width() / 2 - 2 * 0.62 * 32);
+    EXPECT_GT(bubble.textSize().height(), 1.9 * oneLine.height());
+    EXPECT_DOUBLE_EQ(bubble.textBubble().width(), oneLine.width() / 2);
+    bubble.boxWidth = 1;
+    EXPECT_DOUBLE_EQ(bubble.textSize().width(), 32);
+}
+
+TEST(AnnotationText, BubbleSurroundsTheTextByItsPadding)
+{
+    const auto bubble = text(u"hola"_qs, true);
+    const auto size = bubble.textSize();
+    EXPECT_EQ(bubble.textBubble(),
+        QRectF(100 - 0.62 * 32, 100 - 0.3 * 32, size.width() + 1.24 * 32, size.height() + 0.6 * 32));
+    EXPECT_EQ(text(u"hola"_qs).textBubble().topLeft(), QPointF(100, 100));
+}
+
+TEST(AnnotationHitTest, DecidesByKind)
+{
+    struct Row {
+        const char* what;
+        Annotation annotation;
+        QPointF point;
+        bool hit;
+    };
+    auto filled = mark(AnnotationKind::rectangle, {0, 0}, {200, 200});
+    filled.filled = true;
+    auto pen = mark(AnnotationKind::pen, {}, {});
+    pen.points = {{0, 0}, {100, 0}};
+    auto dot = pen;
+    dot.points = {{50, 50}};
+    auto highlighter = pen;
+    highlighter.kind = AnnotationKind::highlighter;
+    const auto frame = mark(AnnotationKind::rectangle, {0, 0}, {200, 200}); // reaches 6 + 4 either way
+    const auto small = mark(AnnotationKind::ellipse, {0, 0}, {20, 20});
+    const auto line = mark(AnnotationKind::line, {0, 0}, {100, 0});
+    for (const auto& row : {
+             Row{"centre of a hollow frame", frame, {100, 100}, false},
+             Row{"edge of a hollow frame", frame, {9.9, 100}, true},
+             Row{"inside of a frame's reach", frame, {10.1, 100}, false},
+             Row{"outside of a frame", frame, {-10.1, 100}, false},
+             Row{"minimum edge belongs to it", frame, {-10, 100}, true},
+             Row{"maximum edge does not", frame, {210, 100}, false},
+             Row{"a frame with no inside left is all edge", small, {10, 10}, true},
+             Row{"filled centre", filled, {100, 100}, true},
+             Row{"filled grows by the tolerance only", filled, {-7, 100}, false},
+             Row{"line within twice its width", line, {50, 8}, true},
+             Row{"line beyond it", line, {50, 8.1}, false},
+             Row{"past the end of a line", line, {108.1, 0}, false},
+             Row{"pen", pen, {50, 10}, true},
+             Row{"pen beyond", pen, {50, 10.1}, false},
+             Row{"highlighter is wider", highlighter, {50, 16}, true},
+             Row{"highlighter beyond", highlighter, {50, 16.1}, false},
+             Row{"single point", dot, {50, 60}, true},
+             Row{"no points", mark(AnnotationKind::pen, {}, {}), {0, 0}, false},
+             Row{"blur is its bounds", mark(AnnotationKind::blur, {0, 0}, {50, 50}), {-13.9, 20}, true},
+         })
+        EXPECT_EQ(row.annotation.hitTest(row.point, 6), row.hit) << row.what;
+}
+
+TEST(Annotation, MovingTakesEveryPointAlong)
+{
+    auto arrow = mark(AnnotationKind::arrow, {0, 0}, {10, 0});
+    arrow.points = {{1, 1}};
+    arrow.control = {5, 5};
+    arrow.pointer = {7, 7};
+    arrow.offset({3, -2});
+    EXPECT_EQ(arrow.start, QPointF(3, -2));
+    EXPECT_EQ(arrow.end, QPointF(13, -2));
+    EXPECT_EQ(arrow.points, QList<QPointF>({{4, -1}}));
+    EXPECT_EQ(arrow.control, QPointF(8, 3));
+    EXPECT_EQ(arrow.pointer, QPointF(10, 5));
+}
+
+TEST(Annotation, FreshMarksAreDifferentIndividuals)
+{
+    EXPECT_NE(mark(AnnotationKind::arrow, {}, {}).id, mark(AnnotationKind::arrow, {}, {}).id);
+}
