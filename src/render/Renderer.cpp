@@ -1,0 +1,68 @@
+#include "render/Renderer.h"
+
+#include "render/Draw.h"
+#include "render/RendererInternal.h"
+
+namespace pintalux::Renderer {
+
+Shadow MarkContext::shadow(const QColor& color, double drop, double blur) const
+{
+    const double devicePixels = scale() * graphics.deviceScale();
+    return {color, {0, drop * devicePixels}, blur * devicePixels};
+}
+
+Shadow MarkContext::standardShadow() const { return shadow(QColor::fromRgbF(0, 0, 0, 0.32F), 1.2, 3.5); }
+
+void draw(const Document& document, const BeautifySettings& beautify, EffectCache& cache,
+    const Overlay& overlay, GraphicsContext& context)
+{
+    const double scale = document.pixelScale;
+    const auto frame = imageRect(document.image, beautify, scale);
+    const auto outline = imageOutline(frame, beautify, scale);
+    const GraphicsContext::Saved saved(context);
+
+    if (beautify.enabled)
+        drawFrameBackground(
+            compositionSize(document.image, beautify, scale), outline, beautify, scale, context);
+    {
+        const GraphicsContext::Saved clipped(context);
+        if (beautify.enabled && beautify.cornerRadius > 0)
+            context.clip(outline);
+        else
+            context.clip(frame);
+        context.setInterpolation(GraphicsContext::Interpolation::high);
+        Draw::image(document.image, frame, context);
+        context.translate(frame.topLeft());
+
+        for (const auto& mark : document.annotations)
+            if (overlay.hiddenID != mark.id)
+                drawAnnotation(mark, document, cache, context, true);
+        if (overlay.draft)
+            drawAnnotation(
+                *overlay.draft, document, cache, context, overlay.glyphlessID != overlay.draft->id);
+
+        const auto* selected = overlay.selectedID ? document.annotation(*overlay.selectedID) : nullptr;
+        if (selected)
+            drawSelection(*selected, context);
+        const auto* withNodes = overlay.nodesFor ? document.annotation(*overlay.nodesFor) : nullptr;
+        if (withNodes && withNodes->hasNodes())
+            drawNodes(*withNodes, overlay.pointScale, context);
+        if (overlay.crop)
+            drawCropOverlay(*overlay.crop, document.imageSize(), context);
+    }
+    if (beautify.enabled && beautify.border)
+        drawFrameBorder(frame, beautify, scale, context);
+}
+
+void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,
+    GraphicsContext& graphics, bool withText)
+{
+    const GraphicsContext::Saved saved(graphics);
+    const MarkContext context{document, cache, graphics, withText};
+    using Painter = void (*)(const Annotation&, const MarkContext&);
+    static constexpr std::array<Painter, annotationKindTable.size()> painters{drawArrow, drawShape, drawShape,
+        drawLine, drawFreehand, drawFreehand, drawText, drawStep, drawBlur, drawInsertedImage};
+    painters[std::size_t(annotation.kind)](annotation, context);
+}
+
+} // namespace pintalux::Renderer

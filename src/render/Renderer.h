@@ -1,0 +1,69 @@
+#pragma once
+
+#include "model/BeautifySettings.h"
+#include "model/Document.h"
+#include "model/Palette.h"
+#include "platform/GraphicsContext.h"
+#include "render/EffectCache.h"
+
+#include <QUuid>
+
+#include <optional>
+#include <span>
+
+namespace pintalux {
+
+/// Draws documents. Stateless: the same function serves the screen, the preview and the file.
+namespace Renderer {
+
+/// What the editor shows over a document. Exports use the default: nothing.
+struct Overlay {
+    std::optional<Annotation> draft{};  ///< a mark that is being drawn, painted above all others
+    std::optional<QUuid> hiddenID{};    ///< this mark is not painted: it is shown another way
+    std::optional<QUuid> selectedID{};  ///< this mark gets the dashed selection frame
+    std::optional<QRectF> crop{};       ///< crop rectangle in document pixels: mask, guides and frame
+    std::optional<QUuid> glyphlessID{}; ///< a draft with this identity is painted without its letters
+    std::optional<QUuid> nodesFor{};    ///< this mark gets its drag handles
+    double pointScale = 1; ///< document pixels per point on screen: keeps handles the same size at any zoom
+};
+
+/// Paints the whole composition: frame, image, marks and overlay.
+/// User space: origin at the composition's top-left corner, y down, one unit per output pixel.
+void draw(const Document& document, const BeautifySettings& beautify, EffectCache& cache,
+    const Overlay& overlay, GraphicsContext& context);
+
+/// Paints one mark; user space is document pixels. `drawText` false leaves out the letters of text marks, not
+/// their bubbles and shadows.
+void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,
+    GraphicsContext& context, bool drawText);
+
+/// The margin around the image in output pixels: whole, 0 without a frame.
+double padding(const BeautifySettings& beautify, double scale);
+/// Size of image and margin, in output pixels.
+QSizeF compositionSize(const QImage& image, const BeautifySettings& beautify, double scale);
+/// Where the image lies in the composition, always at its own pixel size.
+QRectF imageRect(const QImage& image, const BeautifySettings& beautify, double scale);
+/// Background of the frame: the gradient along the diagonal of `rect` with a soft highlight near its top
+/// left.
+void drawGradient(const Palette::Gradient& gradient, const QRectF& rect, GraphicsContext& context);
+
+/// A line through `points`, each corner rounded off by a quadratic curve. A single point gives a dot.
+QPainterPath smoothPath(std::span<const QPointF> points);
+/// Closed outline of a tapered arrow along `points` with a swept-back head. None up to a length of 2.
+std::optional<QPainterPath> arrowPath(std::span<const QPointF> points, double width);
+/// A polyline with an open head at its end, or at both. None for a length of 2 or less.
+std::optional<QPainterPath> lineArrowPath(std::span<const QPointF> points, double width, bool doubleHead);
+/// Two overlapping strokes that look drawn by hand, always the same ones for the same `seed`.
+QList<QPainterPath> sketchArrowPaths(
+    std::span<const QPointF> points, double width, double scale, const QUuid& seed);
+
+/// A disc with a tail that points at `tip`; the disc alone when the tip is too near.
+QPainterPath calloutPath(QPointF center, double radius, QPointF tip);
+/// The tail of a callout bubble, sunk a little into it.
+QPainterPath bubbleTail(const QRectF& bubble, QPointF tip, double fontSize);
+/// A callout bubble, united with its tail when it has a tip.
+QPainterPath calloutShape(const QRectF& bubble, std::optional<QPointF> tip, double fontSize);
+
+} // namespace Renderer
+
+} // namespace pintalux

@@ -1,0 +1,164 @@
+#include "Scene.h"
+#include "model/Geometry.h"
+#include "render/SeededRandom.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+using namespace pintalux::testing_scene;
+
+namespace {
+
+QList<QPointF> straight(double length, QPointF from = {0, 0})
+{
+    return Annotation{.start = from, .end = from + QPointF(length, 0), .color = Qt::red}.curveSamples();
+}
+
+const QUuid someId(u"00112233-4455-6677-8899-aabbccddeeff"_qs);
+
+} // namespace
+
+TEST(SeededRandom, FollowsTheReferenceGenerator)
+{
+    // First outputs of SplitMix64 from state 0: E220A8397B1DCDAF, 6E789E6AA1B965F4, 06C45D188009454F.
+    SeededRandom random{0};
+    EXPECT_DOUBLE_EQ(random.next(), double(0xE220A8397B1DCDAFU >> 11) / 9007199254740992.0);
+    EXPECT_DOUBLE_EQ(random.next(), double(0x6E789E6AA1B965F4U >> 11) / 9007199254740992.0);
+    EXPECT_DOUBLE_EQ(random.next(), double(0x06C45D188009454FU >> 11) / 9007199254740992.0);
+}
+
+TEST(SeededRandom, TheSeedTakesTheBytesAsTheTextShowsThem)
+{
+    auto hash = 0x9E3779B97F4A7C15U;
+    for (unsigned byte = 0; byte < 16; ++byte)
+        hash = (hash * 31) ^ (byte * 0x11);
+    EXPECT_EQ(SeededRandom::fromUuid(someId).state, hash);
+}
+
+TEST(ArrowPath, HeadOfAShortArrowStaysWithinItsShaft)
+{
+    for (const double length : {3.0, 10.0, 40.0}) {
+        const auto path = Renderer::arrowPath(straight(length), 8);
+        ASSERT_TRUE(path);
+        EXPECT_GE(path->boundingRect().left(), -0.18 * 8 - 0.01) << "length " << length;
+        EXPECT_NEAR(path->boundingRect().right(), length, 1e-9);
+        EXPECT_NEAR(path->boundingRect().height(),
+            std::max(2 * 0.58 * std::min(4.2 * 8, 0.55 * length), 1.1 * 8), 1e-6);
+    }
+}
+
+TEST(ArrowPath, WidensFromTailToNeck)
+{
+    const auto path = Renderer::arrowPath(straight(300), 10).value();
+    const auto halfWidthAt = [&path](double x) {
+        double half = 0;
+        while (path.contains(QPointF(x, half)))
+            half += 0.01;
+        return half;
+    };
+    const double neck = 300 - 0.78 * 42;
+    EXPECT_NEAR(halfWidthAt(0.5), 1.8, 0.05);
+    EXPECT_NEAR(halfWidthAt(neck / 2), (1.8 + 5.5) / 2, 0.05);
+    EXPECT_NEAR(halfWidthAt(neck - 1), 5.5, 0.15);
+}
+
+TEST(ArrowPath, HeadFollowsTheChordOfTheCurvesEnd)
+{
+    Annotation arrow{.start = {0, 0}, .end = {200, 0}, .color = Qt::red};
+    arrow.control = QPointF(100, 200);
+    const auto points = arrow.curveSamples();
+    const auto path = Renderer::arrowPath(points, 6).value();
+    // The barbs lie square to the axis through the point where the curve is one head length from its tip.
+    const double head = 4.2 * 6;
+    const auto outline = path.toFillPolygon();
+    const auto tipAt = outline.indexOf(QPointF(200, 0));
+    ASSERT_GT(tipAt, 0);
+    const auto left = outline[tipAt - 1];
+    const auto right = outline[tipAt + 1];
+    EXPECT_NEAR(distance(left, right), 2 * 0.58 * head, 1e-6);
+    const auto axis = unit(QPointF(200, 0) - midpoint(left, right));
+    EXPECT_NEAR(QPointF::dotProduct(axis, unit(right - left)), 0, 1e-6);
+    const double tangent = direction(QPointF(100, -200)); // at the very tip
+    EXPECT_GT(std::abs(direction(axis) - tangent), 0.02);
+}
+
+TEST(LineArrowPath, BarbsLieEitherSideOfTheShaft)
+{
+    const auto single = Renderer::lineArrowPath(straight(100), 5, false).value();
+    EXPECT_EQ(single.boundingRect(), QRectF(0, -18 * std::sin(0.48), 100, 36 * std::sin(0.48)));
+    const auto both = Renderer::lineArrowPath(straight(100), 5, true).value();
+    EXPECT_EQ(both.elementCount(), single.elementCount() + 4);
+    // A head longer than the whole arrow takes its direction from the other end.
+    EXPECT_NEAR(
+        Renderer::lineArrowPath(straight(5), 5, false)->boundingRect().left(), 5 - 18 * std::cos(0.48), 1e-9);
+}
+
+TEST(Arrow, TwoPixelsAndLessDrawNothingInAnyStyle)
+{
+    const auto capture = plain(60, 60);
+    for (const auto style : allCases<ArrowStyle>()) {
+        for (const double length : {0.0, 1.0, 2.0}) {
+            auto arrow = mark(AnnotationKind::arrow, {30, 30}, {30 + length, 30});
+            arrow.arrowStyle = style;
+            EXPECT_TRUE(difference(drawn(capture, {arrow}), capture).isNull())
+                << rawValue(style).toStdString() << " " << length;
+        }
+        auto arrow = mark(AnnotationKind::arrow, {30, 30}, {33, 30});
+        arrow.arrowStyle = style;
+        EXPECT_FALSE(difference(drawn(capture, {arrow}), capture).isNull()) << rawValue(style).toStdString();
+    }
+}
+
+TEST(SketchArrow, LooksTheSameForItsIdentityAndOtherForAnother)
+{
+    const auto points = straight(200);
+    const auto first = Renderer::sketchArrowPaths(points, 6, 2, someId);
+    ASSERT_EQ(first.size(), 2);
+    EXPECT_EQ(first, Renderer::sketchArrowPaths(points, 6, 2, someId));
+    EXPECT_NE(first, Renderer::sketchArrowPaths(points, 6, 2, QUuid::createUuid()));
+}
+
+TEST(SketchArrow, TheOrderOfTheDrawsIsTheFormat)
+{
+    // Recomputed from the definition for one identity: first and last points of pass one and the left barb.
+    const auto points = straight(200);
+    const double width = 6;
+    const double scale = 2;
+    auto random = SeededRandom::fromUuid(someId);
+    const double phase = random.next() * M_PI;
+    const double frequency = random.next() * 1.3 + 1.2;
+    const double bow = 200 * (random.next() - 0.5) * 0.018;
+    QList<double> offsets;
+    for (int i = 0; i <= 48; ++i) {
+        const double t = i / 48.0;
+        const double a = 0.22 * width + 0.6 * scale;
+        offsets << bow * std::sin(M_PI * t) + a * 0.6 * std::sin(2 * phase + 2 * frequency * M_PI * t)
+                + a * (random.next() - 0.5) * 0.25;
+    }
+    const double head = std::min(std::max(14 * scale, 5.6 * width), 0.45 * 200);
+    const double angle = M_PI + (random.next() - 0.5) * 0.08 + 0.42;
+    const double reach = head * (random.next() * 0.16 + 0.92);
+    const double dx = width * (random.next() - 0.5) * 0.5;
+    const double dy = width * (random.next() - 0.5) * 0.5;
+
+    const auto path = Renderer::sketchArrowPaths(points, width, scale, someId).front();
+    EXPECT_NEAR(path.elementAt(0).y, offsets.front(), 1e-9);
+    qsizetype barb = 1;
+    while (path.elementAt(int(barb)).type != QPainterPath::MoveToElement)
+        ++barb;
+    EXPECT_NEAR(path.elementAt(int(barb) - 1).y, offsets.back(), 1e-9);
+    EXPECT_NEAR(path.elementAt(int(barb)).x, 200 + reach * std::cos(angle) + dx, 1e-6);
+    EXPECT_NEAR(path.elementAt(int(barb)).y, reach * std::sin(angle) + dy, 1e-6);
+}
+
+TEST(SmoothPath, ADotAndALineAreStrokedToTheirEnds)
+{
+    EXPECT_TRUE(Renderer::smoothPath({}).isEmpty());
+    const QList<QPointF> dot{{5, 5}};
+    EXPECT_EQ(Renderer::smoothPath(dot).currentPosition(), QPointF(5.01, 5));
+    const QList<QPointF> bend{{0, 0}, {10, 0}, {10, 10}};
+    const auto path = Renderer::smoothPath(bend);
+    EXPECT_EQ(path.currentPosition(), QPointF(10, 10));
+    EXPECT_LT(path.boundingRect().right(), 10.001);
+    EXPECT_FALSE(path.contains(QPointF(10, 0)));
+}

@@ -1,0 +1,284 @@
+#include "Scene.h"
+#include "model/Color.h"
+#include "model/Geometry.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+using namespace pintalux::testing_scene;
+
+TEST(Shapes, CornersNeverRoundBeyondHalfTheSide)
+{
+    auto bar = mark(AnnotationKind::rectangle, {20, 20}, {180, 30}, Qt::red, 40);
+    bar.filled = true;
+    const auto image = drawn(plain(200, 60), {bar});
+    EXPECT_TRUE(isColor(image, {26, 25}, Qt::red)); // radius 5: the middle row is full from the 5th pixel on
+    EXPECT_FALSE(isColor(image, {20, 20}, Qt::red, 40));
+    EXPECT_TRUE(isColor(image, {25, 20}, Qt::red, 40));
+}
+
+TEST(Shapes, HollowFramesLeaveTheirInsideAlone)
+{
+    for (const auto kind : {AnnotationKind::rectangle, AnnotationKind::ellipse}) {
+        const auto image = drawn(plain(200, 200), {mark(kind, {30, 30}, {170, 170})});
+        EXPECT_TRUE(isColor(image, {100, 100}, Qt::white, 0));
+        EXPECT_TRUE(isColor(image, {100, 30}, Qt::red));
+    }
+}
+
+TEST(Marks, TwiceTheScaleIsTheSamePictureTwiceAsLarge)
+{
+    const auto scaled = [](Annotation annotation, double by) {
+        annotation.start *= by;
+        annotation.end *= by;
+        for (auto& point : annotation.points)
+            point *= by;
+        annotation.lineWidth *= by;
+        annotation.fontSize *= by;
+        if (annotation.control)
+            *annotation.control *= by;
+        if (annotation.pointer)
+            *annotation.pointer *= by;
+        if (annotation.boxWidth)
+            *annotation.boxWidth *= by;
+        return annotation;
+    };
+    QList<Annotation> marks;
+    for (const auto style : allCases<ArrowStyle>()) {
+        marks << mark(AnnotationKind::arrow, {20, 100}, {150, 60});
+        marks.back().arrowStyle = style;
+        marks << marks.back();
+        marks.back().control = QPointF(60, 160);
+    }
+    for (const auto kind : {AnnotationKind::rectangle, AnnotationKind::ellipse, AnnotationKind::line}) {
+        marks << mark(kind, {20, 30}, {150, 120});
+        marks << marks.back();
+        marks.back().filled = true;
+        marks.back().control = QPointF(80, 10);
+    }
+    for (const auto kind : {AnnotationKind::pen, AnnotationKind::highlighter}) {
+        marks << mark(kind, {}, {});
+        marks.back().points = {{20, 20}, {60, 90}, {120, 40}, {150, 120}};
+    }
+    for (const bool filled : {false, true}) {
+        for (const bool pointing : {false, true}) {
+            marks << mark(AnnotationKind::text, {30, 40}, {}, filled ? Qt::blue : Qt::red);
+            marks.back().text = u"Ñandú"_qs;
+            marks.back().filled = filled;
+            marks.back().handwritten = pointing;
+            if (pointing)
+                marks.back().pointer = QPointF(120, 130);
+        }
+    }
+    marks << mark(AnnotationKind::step, {60, 60}, {});
+    marks << marks.back();
+    marks.back().pointer = QPointF(140, 120);
+    marks << mark(AnnotationKind::image, {30, 30}, {130, 110});
+    marks.back().image = plain(40, 40, Qt::darkGreen);
+
+    for (const auto& annotation : marks) {
+        const auto once = drawn(plain(170, 150), {annotation}, 1);
+        const auto twice = drawn(plain(340, 300), {scaled(annotation, 2)}, 2);
+        EXPECT_FALSE(difference(once, plain(170, 150)).isNull()) << int(annotation.kind);
+        const auto halved = twice.scaled(170, 150, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        // Edges are anti-aliased on another grid; nothing may differ by more than such an edge.
+        double sum = 0;
+        for (int y = 0; y < 150; ++y)
+            for (int x = 0; x < 170; ++x)
+                sum += std::abs(qGray(once.pixel(x, y)) - qGray(halved.pixel(x, y)));
+        EXPECT_LT(sum / (170 * 150), 1.0) << "kind " << int(annotation.kind);
+    }
+}
+
+TEST(Highlighter, DarkPixelsStayDarkAndEndsAreSquare)
+{
+    auto capture = plain(120, 80);
+    for (int y = 0; y < 80; ++y)
+        for (int x = 50; x < 70; ++x)
+            capture.setPixel(x, y, qRgb(0, 0, 0));
+    auto stroke = mark(AnnotationKind::highlighter, {}, {}, QColor(255, 255, 0), 4); // 20 wide
+    stroke.points = {{30, 40}, {90, 40}};
+    const auto image = drawn(capture, {stroke});
+    EXPECT_TRUE(isColor(image, {60, 40}, Qt::black, 0));
+    EXPECT_TRUE(isColor(image, {40, 40}, QColor(255, 255, 148)));
+    EXPECT_TRUE(isColor(image, {21, 31}, QColor(255, 255, 148))); // the square cap's corner
+    EXPECT_TRUE(isColor(image, {18, 40}, Qt::white, 0));
+}
+
+TEST(Text, TheGlowIsWhiteBehindDarkAndDarkBehindLight)
+{
+    const auto extremes = [](const QColor& ink) {
+        auto label = mark(AnnotationKind::text, {20, 20}, {}, ink);
+        label.text = u"IIII"_qs;
+        const auto image = drawn(plain(140, 80, QColor(128, 128, 128)), {label}, 2);
+        int least = 255;
+        int most = 0;
+        for (int y = 0; y < 80; ++y) {
+            for (int x = 0; x < 140; ++x) {
+                least = std::min(least, qGray(image.pixel(x, y)));
+                most = std::max(most, qGray(image.pixel(x, y)));
+            }
+        }
+        return std::pair(least, most);
+    };
+    EXPECT_GT(extremes(Qt::black).second, 160);
+    EXPECT_LT(extremes(Qt::white).first, 100);
+}
+
+TEST(Callout, HasAWhiteRimAndNoTailWithoutAPointer)
+{
+    auto bubble = mark(AnnotationKind::text, {60, 60}, {}, Qt::blue);
+    bubble.text = u"Hola"_qs;
+    bubble.filled = true;
+    const auto box = bubble.textBubble();
+    auto image = drawn(plain(240, 200, Qt::gray), {bubble}, 1);
+    EXPECT_TRUE(isColor(image, {box.center().x(), box.bottom() - 4}, Qt::blue));
+    EXPECT_TRUE(isColor(image, {box.center().x(), box.top() - 1}, Qt::white, 20));
+    EXPECT_FALSE(isColor(image, {box.center().x(), box.bottom() + 20}, Qt::blue, 60));
+
+    bubble.pointer = QPointF(box.center().x(), 180);
+    image = drawn(plain(240, 200, Qt::gray), {bubble}, 1);
+    EXPECT_TRUE(isColor(image, {box.center().x(), box.bottom() + 20}, Qt::blue, 10));
+    EXPECT_LT(difference(image, plain(240, 200, Qt::gray), 40).bottom(), 185);
+
+    bubble.text.clear();
+    EXPECT_TRUE(difference(drawn(plain(240, 200), {bubble}), plain(240, 200)).isNull());
+}
+
+TEST(Callout, TailLeavesTheEdgeThatFacesTheTip)
+{
+    const QRectF bubble(100, 100, 200, 60);
+    struct Row {
+        QPointF tip;
+        QPointF inside; // a point of the tail just outside the bubble
+    };
+    for (const auto& row : {Row{{200, 260}, {200, 164}}, Row{{200, 0}, {200, 96}},
+             Row{{400, 130}, {304, 130}}, Row{{0, 130}, {96, 130}},
+             Row{{400, 100}, {303, 118}}}) // level with the top edge: beside the bubble
+    {
+        const auto shape = Renderer::calloutShape(bubble, row.tip, 30);
+        EXPECT_TRUE(shape.contains(row.inside)) << row.tip.x() << "," << row.tip.y();
+        EXPECT_NEAR(distance(row.tip, QPointF(shape.boundingRect().center())), 0, 400);
+        EXPECT_TRUE(expanded(shape.boundingRect(), 0.01).contains(row.tip));
+    }
+}
+
+TEST(Callout, UnionHasNoHoles)
+{
+    // The tail overlaps the body; by parity alone their common part would fall out.
+    for (int angle = 0; angle < 360; angle += 7) {
+        const auto tip = QPointF(200, 130) + polar(angle * M_PI / 180, 220);
+        const auto shape = Renderer::calloutShape({100, 100, 200, 60}, tip, 30);
+        const auto disc = Renderer::calloutPath({200, 130}, 40, tip);
+        for (int x = 112; x < 290; x += 6)
+            EXPECT_TRUE(shape.contains(QPointF(x, 130))) << angle << " at " << x;
+        for (int x = 164; x < 236; x += 4)
+            EXPECT_TRUE(disc.contains(QPointF(x, 130))) << angle << " at " << x;
+    }
+}
+
+TEST(Step, TheNumberSitsInTheMiddleAndIsDrawnEvenWithoutText)
+{
+    auto step = mark(AnnotationKind::step, {60, 60}, {}, Qt::red, 10);
+    step.number = 8;
+    Document document{plain(120, 120), {}, 1};
+    auto image = plain(120, 120);
+    {
+        EffectCache cache;
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        Renderer::drawAnnotation(step, document, cache, context, false);
+    }
+    QRect ink;
+    const double reach = step.stepRadius() * 0.8;
+    for (int y = 0; y < 120; ++y)
+        for (int x = 0; x < 120; ++x)
+            if (distance({x + 0.5, y + 0.5}, {60, 60}) < reach && qGreen(image.pixel(x, y)) > 200)
+                ink |= QRect(x, y, 1, 1);
+    EXPECT_NEAR(QRectF(ink).center().x(), 60, 1);
+    EXPECT_NEAR(QRectF(ink).center().y(), 60, 2);
+    EXPECT_GT(ink.height(), step.stepRadius() * 0.6);
+}
+
+TEST(Step, TailShowsFromItsThresholdOn)
+{
+    EXPECT_EQ(Renderer::calloutPath({50, 50}, 20, {50 + 1.04 * 20, 50}).boundingRect().width(), 40);
+    EXPECT_NEAR(Renderer::calloutPath({50, 50}, 20, {150, 50}).boundingRect().right(), 150, 0.01);
+}
+
+TEST(InsertedImage, FillsItsRectangleAndTinyOnesDrawNothing)
+{
+    auto picture = mark(AnnotationKind::image, {20, 20}, {120, 100});
+    picture.image = plain(50, 40, Qt::darkGreen);
+    const auto image = drawn(plain(160, 140), {picture});
+    EXPECT_TRUE(isColor(image, {70, 60}, Qt::darkGreen));
+    EXPECT_TRUE(isColor(image, {24, 60}, Qt::darkGreen));
+    EXPECT_FALSE(isColor(image, {70, 108}, Qt::white, 5)) << "no shadow beneath";
+    picture.end = {21, 100};
+    EXPECT_TRUE(difference(drawn(plain(160, 140), {picture}), plain(160, 140)).isNull());
+}
+
+TEST(Redaction, ChangesNothingOutsideAndLeavesNothingInside)
+{
+    const auto capture = noise(300, 200);
+    for (const double scale : {1.0, 2.0}) {
+        for (const auto style : allCases<BlurStyle>()) {
+            auto redaction = mark(AnnotationKind::blur, {40, 30}, {200, 150});
+            redaction.blurStyle = style;
+            const auto image = drawn(capture, {redaction}, scale);
+            EXPECT_EQ(difference(image, capture), QRect(40, 30, 160, 120));
+            EffectCache cache;
+            const auto filtered = cache.image(style, capture, scale);
+            const int corner = int(4 * scale);
+            const QRect inside = QRect(40, 30, 160, 120).adjusted(corner, 0, -corner, 0);
+            EXPECT_EQ(image.copy(inside), filtered.copy(inside));
+        }
+    }
+}
+
+TEST(Redaction, FractionalEdgesLetNothingShineThrough)
+{
+    auto redaction = mark(AnnotationKind::blur, {40.4, 30.6}, {200.5, 150.2});
+    const auto capture = noise(300, 200);
+    const auto image = drawn(capture, {redaction});
+    EffectCache cache;
+    const auto filtered = cache.image(BlurStyle::pixelate, capture, 1);
+    const QRect touched(40, 30, 161, 121);
+    EXPECT_EQ(difference(image, capture), touched);
+    EXPECT_EQ(image.copy(touched.adjusted(4, 0, -4, 0)), filtered.copy(touched.adjusted(4, 0, -4, 0)));
+}
+
+TEST(Redaction, HasNoFringeAtTheImagesEdges)
+{
+    const QColor color(200, 40, 90);
+    auto redaction = mark(AnnotationKind::blur, {-20, -20}, {400, 400});
+    for (const auto style : allCases<BlurStyle>()) {
+        redaction.blurStyle = style;
+        const auto capture = plain(203, 101, color);
+        EXPECT_TRUE(difference(drawn(capture, {redaction}, 2), capture, 1).isNull());
+    }
+}
+
+TEST(EffectCache, FiltersOncePerStyleAndImage)
+{
+    EffectCache cache;
+    const auto first = noise(64, 64);
+    const auto pixellated = cache.image(BlurStyle::pixelate, first, 1).cacheKey();
+    const auto blurred = cache.image(BlurStyle::blur, first, 1).cacheKey();
+    EXPECT_NE(pixellated, blurred);
+    EXPECT_EQ(cache.image(BlurStyle::pixelate, first, 1).cacheKey(), pixellated);
+    EXPECT_EQ(cache.image(BlurStyle::blur, first, 1).cacheKey(), blurred);
+    const auto second = first.copy();
+    EXPECT_NE(cache.image(BlurStyle::pixelate, second, 1).cacheKey(), pixellated);
+    EXPECT_TRUE(cache.image(BlurStyle::blur, QImage(), 1).isNull());
+}
+
+TEST(EffectCache, CellsAreNinePointsAndNeverBelowSixPixels)
+{
+    for (const auto& [scale, cell] : {std::pair(1.0, 9), std::pair(2.0, 18), std::pair(0.5, 6)}) {
+        EffectCache cache;
+        const auto image = cache.image(BlurStyle::pixelate, noise(90, 90), scale);
+        for (int x = 1; x < 90; ++x)
+            EXPECT_EQ(image.pixel(x, 0) != image.pixel(x - 1, 0), x % cell == 0) << scale << " at " << x;
+    }
+}
