@@ -1,0 +1,71 @@
+#include "render/Clipboard.h"
+
+#include "render/Exporter.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QMimeData>
+
+namespace pintalux::Clipboard {
+
+namespace {
+
+const QString pngType = QStringLiteral("image/png");
+const QString tiffType = QStringLiteral("image/tiff");
+
+/// A picture on the clipboard. Only the PNG bytes stay in memory: a TIFF has ten times their size and hardly
+/// anybody asks for it, so that it is made from them for each request.
+class PictureData : public QMimeData {
+public:
+    explicit PictureData(const QByteArray& bytes)
+        : png(bytes)
+    {
+    }
+
+    QStringList formats() const override
+    {
+        const bool canWriteTiff = QImageWriter::supportedImageFormats().contains("tiff");
+        return canWriteTiff ? QStringList{pngType, tiffType} : QStringList{pngType};
+    }
+
+protected:
+    QVariant retrieveData(const QString& type, QMetaType) const override
+    {
+        if (type == pngType)
+            return png;
+        if (type == tiffType)
+            return tiff();
+        return {};
+    }
+
+private:
+    QByteArray tiff() const
+    {
+        QBuffer buffer;
+        QImageWriter writer(&buffer, "tiff");
+        writer.setCompression(1); // LZW, which every reader of the format knows
+        return writer.write(QImage::fromData(png, "PNG")) ? buffer.data() : QByteArray();
+    }
+
+    QByteArray png;
+};
+
+} // namespace
+
+void copy(const QImage& image, double pixelScale)
+{
+    if (const auto png = Exporter::pngData(image, pixelScale))
+        copy(*png);
+}
+
+void copy(const QByteArray& png)
+{
+    if (!png.isEmpty())
+        QGuiApplication::clipboard()->setMimeData(new PictureData(png)); // which owns it
+}
+
+void copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }
+
+} // namespace pintalux::Clipboard

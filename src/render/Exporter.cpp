@@ -1,0 +1,212 @@
+#include "render/Exporter.h"
+
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "settings/Settings.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
+#include <QLocale>
+#include <QStringView>
+#include <QTextBoundaryFinder>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cmath>
+
+namespace pintalux::Exporter {
+
+namespace {
+
+const QString productName = QStringLiteral("Pintalux");
+const QString ending = QStringLiteral(".png");
+
+constexpr int longestTitle = 60;     ///< characters as a person counts them
+constexpr int longestFileName = 255; ///< bytes of UTF-8, the limit of nearly every file system
+constexpr int longestNumber = 12;    ///< bytes kept for " (n)"
+constexpr double pointsPerMeter = 72 / 0.0254;
+
+/// The bytes of a PNG file; empty when the picture cannot be encoded.
+QByteArray encode(QImage image, double pixelScale)
+{
+    const auto dotsPerMeter = int(std::lround(std::clamp(pixelScale, 0.01, 1000.0) * pointsPerMeter));
+    image.setDotsPerMeterX(dotsPerMeter);
+    image.setDotsPerMeterY(dotsPerMeter);
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "png");
+    return writer.write(image) ? buffer.data() : QByteArray();
+}
+
+/// Slashes, colons, and what no file name can hold: null characters and halves of a surrogate pair.
+QString withoutForbidden(QString text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (isPair)
+            ++i;
+        else if (text[i] == u'/' || text[i] == u':' || text[i].isNull() || text[i].isSurrogate())
+            text[i] = u'-';
+    }
+    return text;
+}
+
+/// Without spaces and tabs at both ends; line breaks stay.
+QString trimmedOfSpaces(QStringView text)
+{
+    const auto isSpace = [](QChar c) { return c == u'\t' || c.category() == QChar::Separator_Space; };
+    while (!text.isEmpty() && isSpace(text.front()))
+        text = text.mid(1);
+    while (!text.isEmpty() && isSpace(text.back()))
+        text.chop(1);
+    return text.toString();
+}
+
+/// A title that starts with the product's name goes without it. A letter with an accent of its own on the
+/// name's last letter is another word.
+QString withoutProductName(const QString& title)
+{
+    if (!title.startsWith(productName, Qt::CaseInsensitive))
+        return title;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, title);
+    characters.setPosition(productName.size());
+    return characters.isAtBoundary() ? trimmedOfSpaces(QStringView(title).mid(productName.size())) : title;
+}
+
+/// As many whole characters, as a person counts them, as both limits allow.
+QString cut(const QString& title, int characterLimit, qsizetype byteLimit)
+{
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, title);
+    qsizetype end = 0;
+    for (int count = 0; count < characterLimit && characters.toNextBoundary() >= 0; ++count) {
+        const auto next = characters.position();
+        byteLimit -= QStringView(title).mid(end, next - end).toUtf8().size();
+        if (byteLimit < 0)
+            break;
+        end = next;
+    }
+    return title.left(end);
+}
+
+/// Throws the error of a picture that could not be encoded.
+void requireEncoded(const QByteArray& png)
+{
+    if (png.isEmpty())
+        throw Error(Error::ownDomain, 1, u"No se pudo codificar el PNG."_qs);
+}
+
+/// Makes the folder unless it exists, and makes sure that it is the person's own and closed to others.
+/// False when it is not to be had.
+bool ownPrivately(const QString& folder)
+{
+    const auto path = QFile::encodeName(folder);
+    if (::mkdir(path, 0700) != 0 && errno != EEXIST)
+        return false;
+    const int descriptor = ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    struct stat found { };
+    const bool isOwn = ::fstat(descriptor, &found) == 0 && found.st_uid == ::geteuid()
+        && ((found.st_mode & 0777) == 0700 || ::fchmod(descriptor, 0700) == 0);
+    ::close(descriptor);
+    return isOwn;
+}
+
+/// The folder that a session gives its person; none when there is none, or it is not what it should be.
+std::optional<QString> runtimeFolder()
+{
+    const auto path = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    struct stat found { };
+    const bool isOwn = path.startsWith(u'/') && ::stat(QFile::encodeName(path), &found) == 0
+        && S_ISDIR(found.st_mode) && found.st_uid == ::geteuid() && (found.st_mode & 0077) == 0;
+    return isOwn ? std::optional(path) : std::nullopt;
+}
+
+std::optional<QString> temporaryFolder()
+{
+    auto parent = runtimeFolder();
+    if (!parent) {
+        parent = u"%1/pintalux-%2"_qs.arg(QDir::tempPath(), QString::number(::geteuid()));
+        makeFolders(QDir::tempPath());
+        if (!ownPrivately(*parent))
+            return std::nullopt;
+    }
+    const auto folder = *parent + u'/' + productName;
+    return ownPrivately(folder) ? std::optional(folder) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
+{
+    auto png = image.isNull() ? QByteArray() : encode(image, pixelScale);
+    return png.isEmpty() ? std::nullopt : std::optional(std::move(png));
+}
+
+QString defaultFileName(const std::optional<QString>& name, const QDateTime& now)
+{
+    const auto stamp
+        = QLocale(QLocale::Spanish, QLocale::Spain).toString(now, u"yyyy-MM-dd 'a las' HH.mm.ss");
+    const auto plain = productName + u' ' + stamp + ending;
+    const auto title = withoutProductName(withoutForbidden(name.value_or(QString())).trimmed());
+    const auto shown = cut(title, longestTitle, longestFileName - longestNumber - plain.toUtf8().size() - 1);
+    return shown.isEmpty() ? plain : productName + u' ' + shown + u' ' + stamp + ending;
+}
+
+void write(const QImage& image, double pixelScale, const QString& path)
+{
+    write(pngData(image, pixelScale).value_or(QByteArray()), path);
+}
+
+void write(const QByteArray& png, const QString& path)
+{
+    requireEncoded(png);
+    replaceFile(path, png);
+}
+
+QString quickSave(const QImage& image, double pixelScale, const std::optional<QString>& name, Clock clock)
+{
+    return quickSave(pngData(image, pixelScale).value_or(QByteArray()), name, clock);
+}
+
+QString quickSave(const QByteArray& png, const std::optional<QString>& name, Clock clock)
+{
+    requireEncoded(png);
+    const QDir folder(Settings::shared().saveFolder());
+    makeFolders(folder.path());
+    auto candidate = folder.filePath(defaultFileName(name, clock()));
+    // Asking first only spares the writing: what counts is that the name is free when the file gets it.
+    for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
+        auto fileName = defaultFileName(name, clock());
+        fileName.chop(ending.size());
+        candidate = folder.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+    }
+    return candidate;
+}
+
+std::optional<QString> temporaryFile(
+    const QImage& image, double pixelScale, const std::optional<QString>& name)
+{
+    return temporaryFile(pngData(image, pixelScale).value_or(QByteArray()), name);
+}
+
+std::optional<QString> temporaryFile(const QByteArray& png, const std::optional<QString>& name)
+{
+    try {
+        requireEncoded(png);
+        const auto folder = temporaryFolder();
+        if (!folder)
+            return std::nullopt;
+        const auto path = *folder + u'/' + defaultFileName(name);
+        replaceFile(path, png, Audience::onlyOwner);
+        return path;
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace pintalux::Exporter

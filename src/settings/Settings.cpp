@@ -1,0 +1,146 @@
+#include "settings/Settings.h"
+
+#include "model/Color.h"
+#include "platform/UserDefaults.h"
+
+#include <QDir>
+#include <QJsonObject>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace pintalux {
+
+namespace {
+
+const QString siblingDomain = QStringLiteral("trazalio");
+const QString siblingCopiedKey = QStringLiteral("ajustesCopiadosDeTrazalio");
+const QString launchedKey = QStringLiteral("hasLaunchedBefore");
+
+constexpr bool isTableOrdered()
+{
+    std::size_t ordinal = 0;
+    return std::ranges::all_of(
+        settingTable, [&](const auto& row) { return static_cast<std::size_t>(row.value) == ordinal++; });
+}
+static_assert(isTableOrdered(), "a setting's row is found by its ordinal");
+
+// How a value of each type is stored, and read again; none for what cannot be read.
+
+QJsonValue stored(bool value) { return value; }
+QJsonValue stored(int value) { return value; }
+QJsonValue stored(double value) { return value; }
+QJsonValue stored(const QString& value) { return value; }
+QJsonValue stored(const QColor& value) { return hexString(value); }
+template <StringEnum E> QJsonValue stored(E value) { return rawValue(value); }
+
+void read(const UserDefaults& store, const QString& key, bool& value)
+{
+    value = store.boolean(key).value_or(value);
+}
+
+/// A number beyond the range is still no index of anything: it stays the nearest one.
+void read(const UserDefaults& store, const QString& key, int& value)
+{
+    using Limits = std::numeric_limits<int>;
+    value = int(std::clamp<qint64>(store.integer(key).value_or(value), Limits::min(), Limits::max()));
+}
+
+void read(const UserDefaults& store, const QString& key, double& value)
+{
+    value = store.real(key).value_or(value);
+}
+
+void read(const UserDefaults& store, const QString& key, QString& value)
+{
+    if (const auto text = store.string(key); text && !text->isEmpty())
+        value = *text;
+}
+
+void read(const UserDefaults& store, const QString& key, QColor& value)
+{
+    value = colorFromHex(store.string(key).value_or(QString())).value_or(value);
+}
+
+template <StringEnum E> void read(const UserDefaults& store, const QString& key, E& value)
+{
+    value = fromRawValue<E>(store.string(key).value_or(QString())).value_or(value);
+}
+
+} // namespace
+
+SettingsValues::SettingsValues()
+    : saveFolder(Settings::defaultFolder())
+{
+}
+
+Settings& Settings::shared()
+{
+    static Settings settings(UserDefaults::standard());
+    return settings;
+}
+
+const QString& Settings::defaultFolder()
+{
+    static const auto folder = [] {
+        const auto pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+        return (pictures.isEmpty() ? QDir::homePath() + u"/Pictures"_qs : pictures) + u"/Pintalux"_qs;
+    }();
+    return folder;
+}
+
+Settings::Settings(UserDefaults& defaults)
+    : store(defaults)
+{
+    copySiblingSettings();
+    for (const auto& row : settingTable)
+        std::visit([&](auto field) { read(store, row.key.toString(), current.*field); }, row.field);
+}
+
+void Settings::setStrokeWidth(double width)
+{
+    if (std::isfinite(width))
+        set(Setting::strokeWidth, width);
+}
+
+bool Settings::hasLaunchedBefore() const { return store.boolean(launchedKey).value_or(false); }
+
+void Settings::setHasLaunchedBefore(bool launched) { store.set(launchedKey, launched); }
+
+template <typename T> void Settings::set(Setting setting, const T& value)
+{
+    const auto& row = settingTable[static_cast<std::size_t>(setting)];
+    current.*std::get<T SettingsValues::*>(row.field) = value;
+    store.set(row.key.toString(), stored(value));
+    Q_EMIT changed(setting);
+}
+
+/// Every key that has no value here yet is taken over, whatever its name; a missing sibling is as good as
+/// copied.
+void Settings::copySiblingSettings()
+{
+    if (store.boolean(siblingCopiedKey).value_or(false))
+        return;
+    QJsonObject changes;
+    const auto sibling = store.persistentDomain(siblingDomain).value_or(QJsonObject());
+    for (auto entry = sibling.begin(); entry != sibling.end(); ++entry)
+        if (!store.contains(entry.key()))
+            changes.insert(entry.key(), entry.value());
+    changes.insert(siblingCopiedKey, true);
+    store.set(changes);
+}
+
+// The setters in the header use these.
+template void Settings::set(Setting, const bool&);
+template void Settings::set(Setting, const int&);
+template void Settings::set(Setting, const double&);
+template void Settings::set(Setting, const QString&);
+template void Settings::set(Setting, const QColor&);
+template void Settings::set(Setting, const ShortcutPreset&);
+template void Settings::set(Setting, const AfterCapture&);
+template void Settings::set(Setting, const ArrowStyle&);
+template void Settings::set(Setting, const PaletteEdge&);
+
+} // namespace pintalux

@@ -1,0 +1,252 @@
+#include "render/Exporter.h"
+
+#include "Stage.h"
+#include "platform/Error.h"
+#include "settings/Settings.h"
+
+#include <QDir>
+#include <QImageReader>
+#include <QTextBoundaryFinder>
+
+#include <sys/wait.h>
+
+using namespace pintalux;
+
+namespace {
+
+const QDateTime moment(QDate(2024, 5, 3), QTime(14, 7, 9));
+QDateTime standingClock() { return moment; }
+const QString stamp = QStringLiteral("2024-05-03 a las 14.07.09");
+
+QString fileName(const QString& title) { return Exporter::defaultFileName(title, moment); }
+QString expected(const QString& title) { return u"Pintalux %1 %2.png"_qs.arg(title, stamp); }
+
+QImage picture()
+{
+    QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+    image.fill(QColor(10, 200, 30, 128));
+    image.setPixelColor(3, 4, Qt::red);
+    return image;
+}
+
+QImage noise(int side)
+{
+    QImage image(side, side, QImage::Format_RGB32);
+    quint32 state = 1;
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x)
+            image.setPixel(x, y, 0xFF000000 | ((state = state * 1664525 + 1013904223) >> 8));
+    return image;
+}
+
+/// Saves into a folder of its own, with settings that touch nobody's.
+class ExporterTest : public testing::Test {
+protected:
+    ExporterTest()
+    {
+        static const QTemporaryDir configuration; // the shared settings outlive each test
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(configuration.path()));
+        Settings::shared().setSaveFolder(root.filePath(u"Capturas/hoy"_qs));
+    }
+
+    QStringList saved() const
+    {
+        return QDir(Settings::shared().saveFolder())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    /// The error that saving meets; one with code 0 when it meets none.
+    static Error saveError(const QImage& image)
+    {
+        try {
+            Exporter::quickSave(image, 1, std::nullopt, standingClock);
+        } catch (const Error& error) {
+            return error;
+        }
+        return {u"none"_qs, 0, {}};
+    }
+
+    const QTemporaryDir root;
+};
+
+} // namespace
+
+TEST_F(ExporterTest, APictureKeepsItsPixelsAndOpensAtItsSizeOnScreen)
+{
+    for (const double scale : {1.0, 1.25, 2.0}) {
+        const auto png = Exporter::pngData(picture(), scale);
+        ASSERT_TRUE(png);
+        const auto image = QImage::fromData(*png, "PNG");
+        EXPECT_EQ(
+            image.convertToFormat(QImage::Format_ARGB32), picture().convertToFormat(QImage::Format_ARGB32));
+        EXPECT_NEAR(image.width() / (image.dotsPerMeterX() * 0.0254 / 72), 40 / scale, 0.01);
+        EXPECT_NEAR(image.height() / (image.dotsPerMeterY() * 0.0254 / 72), 20 / scale, 0.01);
+    }
+    EXPECT_FALSE(Exporter::pngData(QImage(), 1));
+}
+
+TEST_F(ExporterTest, FileNamesFollowTheTitle)
+{
+    const auto plain = u"Pintalux %1.png"_qs.arg(stamp);
+    EXPECT_EQ(Exporter::defaultFileName(std::nullopt, moment), plain);
+    const struct {
+        QString title, shown;
+    } cases[]{
+        {u"Informe: Q1/Q2"_qs, u"Informe- Q1-Q2"_qs},
+        {u"../../etc"_qs, u"..-..-etc"_qs},
+        {u"."_qs, u"."_qs},
+        {u" \n dos\nlíneas \t\n"_qs, u"dos\nlíneas"_qs},
+        {u"PINTALUX  — Dibujo"_qs, u"— Dibujo"_qs},
+        {u"pintaluxury"_qs, u"ury"_qs},
+        {u"Pintalux Pintalux"_qs, u"Pintalux"_qs},
+        {u"Pintalux \nx"_qs, u"\nx"_qs},                  // only the first trimming takes line breaks
+        {u"Pintalux\u0301 x"_qs, u"Pintalux\u0301 x"_qs}, // its last letter is another one
+        {u"Mi Pintalux"_qs, u"Mi Pintalux"_qs},
+        {u"a\0b"_qs, u"a-b"_qs},
+        {u"a"_qs + QChar(0xD800) + u'b' + QChar(0xDC00), u"a-b-"_qs},
+        {u"%1 %2 100 %"_qs, u"%1 %2 100 %"_qs},
+        {u"🇪🇸 año"_qs, u"🇪🇸 año"_qs},
+    };
+    for (const auto& [title, shown] : cases)
+        EXPECT_EQ(fileName(title), u"Pintalux "_qs + shown + u' ' + stamp + u".png"_qs)
+            << title.toStdString();
+    for (const auto& title : {u""_qs, u" \t\n "_qs, u"Pintalux"_qs, u" pinTALUX \u00A0"_qs})
+        EXPECT_EQ(fileName(title), plain) << title.toStdString();
+}
+
+TEST_F(ExporterTest, TitlesAreCutBetweenCharactersAsAPersonCountsThem)
+{
+    for (const auto& character : {u"x"_qs, u"é"_qs, u"e\u0301"_qs, u"各"_qs}) {
+        EXPECT_EQ(fileName(character.repeated(60)), expected(character.repeated(60)));
+        EXPECT_EQ(fileName(character.repeated(61)), expected(character.repeated(60)));
+    }
+    EXPECT_EQ(fileName(QString(59, u'x') + u"e\u0301z"_qs), expected(QString(59, u'x') + u"e\u0301"_qs));
+
+    // Longer ones meet the limit of bytes first, the number of a taken name included.
+    const QString flag = u"🇪🇸"_qs, family = u"👨‍👩‍👧‍👦"_qs;
+    for (const auto& character : {flag, family, u"👍🏽"_qs, u"e"_qs + QString(20, QChar(0x301))}) {
+        const auto name = fileName(character.repeated(80));
+        EXPECT_LE(name.toUtf8().size() + 12, 255);
+        EXPECT_GT(name.toUtf8().size() + 12 + character.toUtf8().size(), 255) << "cut too early";
+        const auto title = name.mid(9, name.size() - 9 - 1 - stamp.size() - 4);
+        EXPECT_EQ(title, character.repeated(title.size() / character.size())) << name.toStdString();
+    }
+    EXPECT_EQ(fileName(u"e"_qs + QString(400, QChar(0x301))), u"Pintalux %1.png"_qs.arg(stamp));
+}
+
+TEST_F(ExporterTest, SavesWithinOneSecondAreNumberedAndNoneIsReplaced)
+{
+    const auto title
+        = u"👨‍👩‍👧‍👦"_qs.repeated(80); // the longest name, so that a number must find room
+    QStringList paths;
+    for (int i = 1; i <= 3; ++i) {
+        auto image = picture();
+        image.setPixelColor(0, 0, QColor(i, i, i));
+        paths << Exporter::quickSave(image, 2, title, standingClock);
+        EXPECT_EQ(QImage(paths.back()).pixelColor(0, 0), QColor(i, i, i));
+    }
+    const auto base = Settings::shared().saveFolder() + u'/' + fileName(title).chopped(4);
+    EXPECT_EQ(paths, (QStringList{base + u".png"_qs, base + u" (2).png"_qs, base + u" (3).png"_qs}));
+    EXPECT_EQ(saved().size(), 3);
+    EXPECT_EQ(QImage(paths.front()).pixelColor(0, 0), QColor(1, 1, 1));
+}
+
+TEST_F(ExporterTest, ProcessesThatSaveAtOnceNeverReplaceEachOthersPictures)
+{
+    constexpr int writers = 4, pictures = 10;
+    QList<pid_t> children;
+    for (int writer = 0; writer < writers; ++writer) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int i = 0; i < pictures; ++i)
+                Exporter::quickSave(QByteArray::number(writer * pictures + i), std::nullopt, standingClock);
+            _exit(0);
+        }
+        children << child;
+    }
+    for (const auto child : children) {
+        int result = -1;
+        waitpid(child, &result, 0);
+        EXPECT_EQ(result, 0);
+    }
+    QSet<QByteArray> found;
+    for (const auto& name : saved())
+        found << stage::contents(Settings::shared().saveFolder() + u'/' + name);
+    EXPECT_EQ(found.size(), writers * pictures);
+    EXPECT_EQ(saved().size(), writers * pictures);
+}
+
+TEST_F(ExporterTest, FailedSavesSayWhyAndLeaveNothingBehind)
+{
+    EXPECT_EQ(saveError(QImage()).domain, Error::ownDomain);
+    EXPECT_EQ(saveError(QImage()).code, 1);
+    EXPECT_EQ(saveError(QImage()).localizedDescription, u"No se pudo codificar el PNG."_qs);
+
+    const stage::SmallDisk small;
+    Settings::shared().setSaveFolder(small.path());
+    EXPECT_TRUE(saveError(noise(256)).localizedDescription.startsWith(u"No queda espacio"_qs));
+    EXPECT_TRUE(saved().isEmpty());
+    EXPECT_EQ(saveError(picture()).code, 0) << "the failed one still takes the room";
+    EXPECT_THROW(Exporter::write(noise(256), 1, small.path() + u'/' + saved().front()), Error);
+    EXPECT_EQ(QImage(small.path() + u'/' + saved().front()).size(), picture().size());
+
+    small.makeReadOnly();
+    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
+    Settings::shared().setSaveFolder(small.path() + u"/carpeta"_qs);
+    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
+
+    stage::put(root.filePath(u"archivo"_qs), "x");
+    Settings::shared().setSaveFolder(root.filePath(u"archivo"_qs));
+    EXPECT_EQ(saveError(picture()).localizedDescription,
+        u"«%1» no es una carpeta."_qs.arg(root.filePath(u"archivo"_qs)));
+}
+
+TEST_F(ExporterTest, TheTemporaryFileIsForItsPersonAlone)
+{
+    const auto runtime = root.filePath(u"run"_qs), shared = root.filePath(u"tmp"_qs);
+    QDir().mkdir(runtime);
+    QDir().mkdir(shared);
+    stage::require(chmod(QFile::encodeName(runtime).constData(), 0700) == 0, "chmod");
+    qputenv("TMPDIR", QFile::encodeName(shared));
+    const auto perUser = u"%1/pintalux-%2"_qs.arg(shared).arg(geteuid());
+
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+    const auto first = Exporter::temporaryFile(picture(), 2, u"Título"_qs);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(QFileInfo(*first).path(), runtime + u"/Pintalux"_qs);
+    EXPECT_TRUE(QFileInfo(*first).fileName().startsWith(u"Pintalux Título 20"_qs));
+    EXPECT_EQ(stage::contents(*first), Exporter::pngData(picture(), 2));
+    EXPECT_EQ(stage::modeOf(runtime + u"/Pintalux"_qs), 0700u);
+    EXPECT_EQ(stage::modeOf(*first), 0600u);
+
+    // A runtime folder that others can enter is not used, nor one that is missing.
+    stage::require(chmod(QFile::encodeName(runtime).constData(), 0755) == 0, "chmod");
+    EXPECT_EQ(QFileInfo(Exporter::temporaryFile(picture(), 1).value_or(QString())).path(),
+        perUser + u"/Pintalux"_qs);
+    qunsetenv("XDG_RUNTIME_DIR");
+    stage::require(chmod(QFile::encodeName(perUser).constData(), 0777) == 0, "chmod");
+    EXPECT_TRUE(Exporter::temporaryFile(picture(), 1));
+    EXPECT_EQ(stage::modeOf(perUser), 0700u) << "an own folder that stood open is closed";
+
+    EXPECT_FALSE(Exporter::temporaryFile(QImage(), 1));
+    QDir(perUser).removeRecursively();
+    QFile::link(runtime, perUser);
+    EXPECT_FALSE(Exporter::temporaryFile(picture(), 1)) << "somebody may have laid a link";
+    QFile::remove(perUser);
+    stage::put(perUser, "");
+    EXPECT_FALSE(Exporter::temporaryFile(picture(), 1));
+}
+
+TEST_F(ExporterTest, ATemporaryFolderOfSomebodyElseIsRefused)
+{
+    if (geteuid() != 0)
+        FAIL() << "only root can give a folder to somebody else";
+    const auto shared = root.filePath(u"tmp"_qs), perUser = shared + u"/pintalux-0"_qs;
+    QDir().mkpath(perUser);
+    stage::require(
+        chown(QFile::encodeName(perUser).constData(), stage::WithoutPrivileges::nobody, 0) == 0, "chown");
+    qputenv("TMPDIR", QFile::encodeName(shared));
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_FALSE(Exporter::temporaryFile(picture(), 1));
+    EXPECT_TRUE(QDir(perUser).isEmpty());
+}
