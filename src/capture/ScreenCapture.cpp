@@ -1,0 +1,169 @@
+#include "capture/ScreenCapture.h"
+
+#include "platform/Worker.h"
+
+#include <QThread>
+
+namespace pintalux {
+
+namespace {
+
+constexpr unsigned long retryMilliseconds = 350;
+constexpr double smallestCandidate = 40; // points; a window must exceed it both ways
+
+struct CaptureErrorRow {
+    CaptureError value;
+    QStringView description;
+};
+constexpr std::array<CaptureErrorRow, 2> captureErrorTable{{
+    {CaptureError::noDisplay, u"No se encontró ninguna pantalla para capturar."},
+    {CaptureError::permissionDenied, u"Pintalux necesita el permiso de Grabación de pantalla."},
+}};
+const QString captureErrorDomain = QStringLiteral("CaptureError");
+
+std::shared_ptr<ScreenSource>& currentSource()
+{
+    static std::shared_ptr<ScreenSource> source;
+    return source;
+}
+
+std::shared_ptr<ScreenSource> source()
+{
+    auto& current = currentSource();
+    if (!current)
+        current = makeScreenSource();
+    return current;
+}
+
+// One thread, so that captures follow one another; it stays, and with it the thread's own state.
+QThreadPool& captureThread()
+{
+    static QThreadPool pool;
+    pool.setMaxThreadCount(1);
+    pool.setExpiryTimeout(-1);
+    return pool;
+}
+
+// Tries a second time, a moment later, what failed for a moment only.
+template <typename Target> Screenshot screenshot(ScreenSource& source, const Target& target)
+{
+    try {
+        return source.screenshot(target);
+    } catch (const Error& error) {
+        if (error.domain != ScreenSource::errorDomain || error.code != ScreenSource::temporaryFailure)
+            throw;
+    }
+    QThread::msleep(retryMilliseconds);
+    return source.screenshot(target);
+}
+
+FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
+{
+    const auto content = source.shareableContent(toolkit);
+    const auto hidden = source.hideOwnWindows();
+    FrozenScreens frozen;
+    for (const auto& screen : content.screens) {
+        if (!screen.attached)
+            continue;
+        auto shot = screenshot(source, screen);
+        frozen.displays.append({screen, std::move(shot.image), shot.pixelScale});
+    }
+    if (frozen.displays.isEmpty())
+        throw toError(CaptureError::noDisplay);
+    frozen.windows = ScreenCapture::windowCandidates(content, source.ownProcessId());
+    return frozen;
+}
+
+// The right and bottom edges belong to the neighbours.
+bool contains(const QRectF& frame, QPointF point)
+{
+    return point.x() >= frame.left() && point.x() < frame.right() && point.y() >= frame.top()
+        && point.y() < frame.bottom();
+}
+
+CaptureResult captureDisplay(ScreenSource& source, const QList<ToolkitScreen>& toolkit, QPointF pointer)
+{
+    const auto content = source.shareableContent(toolkit);
+    if (content.screens.isEmpty())
+        throw toError(CaptureError::noDisplay);
+    const auto underPointer = std::ranges::find_if(content.screens,
+        [&](const ScreenInfo& screen) { return screen.attached && contains(screen.frame, pointer); });
+    const auto& chosen = underPointer == content.screens.end() ? content.screens.first() : *underPointer;
+    const auto hidden = source.hideOwnWindows();
+    auto shot = screenshot(source, chosen);
+    return {std::move(shot.image), shot.pixelScale, std::nullopt};
+}
+
+QString candidateTitle(const WindowInfo& window)
+{
+    QStringList parts{window.applicationName, window.title};
+    parts.removeAll(QString());
+    return parts.join(u" — "_qs);
+}
+
+} // namespace
+
+QString errorDescription(CaptureError error)
+{
+    return captureErrorTable[static_cast<std::size_t>(error)].description.toString();
+}
+
+Error toError(CaptureError error)
+{
+    return {captureErrorDomain, static_cast<int>(error), errorDescription(error)};
+}
+
+std::optional<CaptureError> asCaptureError(const Error& error)
+{
+    if (error.domain != captureErrorDomain)
+        return std::nullopt;
+    return static_cast<CaptureError>(error.code);
+}
+
+void ScreenCapture::setSource(std::shared_ptr<ScreenSource> source) { currentSource() = std::move(source); }
+
+bool ScreenCapture::hasPermission() { return source()->hasPermission(); }
+
+bool ScreenCapture::ensurePermission()
+{
+    if (hasPermission())
+        return true;
+    source()->requestPermission();
+    return false;
+}
+
+QFuture<FrozenScreens> ScreenCapture::freezeAllDisplays()
+{
+    return runOn(
+        captureThread(), [from = source(), toolkit = toolkitScreens()] { return freeze(*from, toolkit); });
+}
+
+QFuture<CaptureResult> ScreenCapture::captureDisplayUnderMouse()
+{
+    const auto from = source();
+    return runOn(captureThread(), [from, toolkit = toolkitScreens(), pointer = from->pointerLocation()] {
+        return captureDisplay(*from, toolkit, pointer);
+    });
+}
+
+QFuture<CaptureResult> ScreenCapture::capture(const WindowInfo& window)
+{
+    return runOn(captureThread(), [from = source(), window] {
+        auto shot = screenshot(*from, window);
+        return CaptureResult{std::move(shot.image), shot.pixelScale, std::nullopt};
+    });
+}
+
+QList<WindowCandidate> ScreenCapture::windowCandidates(const ShareableContent& content, qint64 ownProcessId)
+{
+    QList<WindowCandidate> candidates;
+    for (const auto& window : content.windows) {
+        const bool offered = window.onScreen && window.layer == 0 && window.processId != ownProcessId
+            && window.frame.width() > smallestCandidate && window.frame.height() > smallestCandidate;
+        if (offered)
+            candidates.append({window, window.frame, candidateTitle(window)});
+    }
+    return candidates;
+}
+
+} // namespace pintalux

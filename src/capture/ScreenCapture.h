@@ -1,0 +1,76 @@
+#pragma once
+
+#include "capture/CaptureResult.h"
+#include "platform/ScreenSource.h"
+
+#include <QFuture>
+
+#include <array>
+#include <memory>
+#include <optional>
+
+namespace pintalux {
+
+/// What the capture service itself can find wrong.
+enum class CaptureError { noDisplay, permissionDenied };
+
+/// The sentence to tell.
+QString errorDescription(CaptureError error);
+/// The form in which it is thrown.
+Error toError(CaptureError error);
+/// The way back; none for an error of somebody else.
+std::optional<CaptureError> asCaptureError(const Error& error);
+
+/// One display as it was when a capture started.
+struct FrozenDisplay {
+    ScreenInfo screen;     ///< an overlay belongs on the toolkit's screen of the same name
+    QImage image;          ///< the whole display at native size, without the program's own windows
+    double pixelScale = 1; ///< image pixels per point
+};
+
+/// A window that may be offered for capturing with one click.
+struct WindowCandidate {
+    WindowInfo window;
+    QRectF frame; ///< points, origin top-left of the desktop
+    QString
+        title; ///< the application's name and the window's title joined by " — ", or what there is of them
+};
+
+/// All displays at one moment, and the windows that were on them.
+struct FrozenScreens {
+    QList<FrozenDisplay> displays;
+    QList<WindowCandidate> windows; ///< front to back: the first that contains a point is the one seen there
+};
+
+/// The one place where pixels are taken from the screen.
+///
+/// Called on the main thread. The waiting is done on a thread of the service, one capture after another; a
+/// future is ended either by its result or by an `Error`, which reading the result throws. The main thread
+/// continues with `.then(context, …)`; waiting for a future there would make the windows stand still.
+class ScreenCapture {
+public:
+    ScreenCapture() = delete;
+
+    /// Never asks.
+    static bool hasPermission();
+    /// Asks the desktop when the permission is missing; what it was before asking, so false whenever it
+    /// had to be asked for.
+    static bool ensurePermission();
+
+    /// Freezes every display, one after another; a failing one ends it all. `noDisplay` when there is none.
+    static QFuture<FrozenScreens> freezeAllDisplays();
+    /// The whole display under the pointer, the first one when it is over none. `noDisplay` when there is
+    /// none.
+    static QFuture<CaptureResult> captureDisplayUnderMouse();
+    /// One window as it is now, without its shadow. The result carries no suggested name.
+    static QFuture<CaptureResult> capture(const WindowInfo& window);
+
+    /// The windows worth offering, in the order given: normal ones of other programs, on screen, wider and
+    /// higher than 40 points.
+    static QList<WindowCandidate> windowCandidates(const ShareableContent& content, qint64 ownProcessId);
+
+    /// Replaces where the pictures come from; null goes back to the desktop. For tests.
+    static void setSource(std::shared_ptr<ScreenSource> source);
+};
+
+} // namespace pintalux

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/ScreenSource.h"
+
+namespace pintalux::x11 {
+
+class XcbConnection;
+
+/// The server's monitors, each matched by name with the toolkit's screen; the primary one first.
+QList<ScreenInfo> screens(const XcbConnection& connection, const QList<ToolkitScreen>& toolkitScreens);
+
+/// The screen that holds most of a rectangle of device pixels, the first one when none does; null without
+/// screens.
+const ScreenInfo* screenOf(const QRect& nativeRect, const QList<ScreenInfo>& screens);
+
+/// A rectangle of device pixels in the points of a screen, not rounded.
+QRectF toPoints(const QRect& nativeRect, const ScreenInfo& screen);
+
+} // namespace pintalux::x11

@@ -1,0 +1,223 @@
+#include "platform/x11/Windows.h"
+
+#include "platform/x11/Screens.h"
+#include "platform/x11/XcbConnection.h"
+
+#include <vector>
+
+namespace pintalux::x11 {
+
+namespace {
+
+constexpr quint32 allDesktops = 0xffffffff;
+
+// What is asked about one window. All questions about all windows go out before the first answer is read,
+// so that the whole list costs a few round trips.
+struct Questions {
+    xcb_window_t window;
+    xcb_get_window_attributes_cookie_t attributes;
+    xcb_get_geometry_cookie_t geometry;
+    xcb_translate_coordinates_cookie_t position;
+    xcb_get_property_cookie_t frameExtents;
+    xcb_get_property_cookie_t shadowExtents;
+    xcb_get_property_cookie_t name;
+    xcb_get_property_cookie_t oldName;
+    xcb_get_property_cookie_t windowClass;
+    xcb_get_property_cookie_t processId;
+    xcb_get_property_cookie_t type;
+    xcb_get_property_cookie_t state;
+    xcb_get_property_cookie_t desktop;
+};
+
+Questions ask(const XcbConnection& connection, xcb_window_t window)
+{
+    auto* xcb = connection.get();
+    const auto property = [&](Atom name) { return connection.askProperty(window, name); };
+    return {
+        .window = window,
+        .attributes = xcb_get_window_attributes(xcb, window),
+        .geometry = xcb_get_geometry(xcb, window),
+        .position = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0),
+        .frameExtents = property(Atom::netFrameExtents),
+        .shadowExtents = property(Atom::gtkFrameExtents),
+        .name = property(Atom::netWmName),
+        .oldName = property(Atom::wmName),
+        .windowClass = property(Atom::wmClass),
+        .processId = property(Atom::netWmPid),
+        .type = property(Atom::netWmWindowType),
+        .state = property(Atom::netWmState),
+        .desktop = property(Atom::netWmDesktop),
+    };
+}
+
+// Extents are left, right, top, bottom.
+QMargins margins(const QList<quint32>& extents)
+{
+    if (extents.size() != 4)
+        return {};
+    return {int(extents[0]), int(extents[2]), int(extents[1]), int(extents[3])};
+}
+
+QRect readRect(const XcbConnection& connection, const Questions& questions)
+{
+    const auto geometry = connection.reply<xcb_get_geometry_reply_t>(questions.geometry.sequence);
+    const auto position = connection.reply<xcb_translate_coordinates_reply_t>(questions.position.sequence);
+    const auto frame = margins(connection.property(questions.frameExtents).cards());
+    const auto shadow = margins(connection.property(questions.shadowExtents).cards());
+    if (!geometry || !position)
+        return {};
+    const QRect client(position->dst_x, position->dst_y, geometry->width, geometry->height);
+    return client.marginsAdded(frame).marginsRemoved(shadow);
+}
+
+QString readText(const XcbConnection& connection, const Property& property)
+{
+    return property.type == connection.atom(Atom::utf8String) ? QString::fromUtf8(property.bytes)
+                                                              : QString::fromLatin1(property.bytes);
+}
+
+// The property holds the instance's name and the class, each ended by a zero byte.
+QString readApplicationName(const QByteArray& windowClass)
+{
+    const auto names = windowClass.split('\0');
+    return QString::fromUtf8(names.size() > 1 && !names[1].isEmpty() ? names[1] : names.first());
+}
+
+// Types are listed by preference; the first one that we know decides, and a window without one is normal.
+int readLayer(const XcbConnection& connection, const QList<quint32>& types, const QList<quint32>& states)
+{
+    constexpr int raised = 1;
+    constexpr int desktop = -1;
+    if (states.contains(connection.atom(Atom::netWmStateAbove)))
+        return raised;
+    for (const auto type : types) {
+        if (type == connection.atom(Atom::netWmWindowTypeNormal)
+            || type == connection.atom(Atom::netWmWindowTypeDialog))
+            return 0;
+        if (type == connection.atom(Atom::netWmWindowTypeDesktop))
+            return desktop;
+    }
+    return types.isEmpty() ? 0 : raised;
+}
+
+// Reads every answer, whether needed or not: one left unread would stay in memory for good.
+WindowInfo readWindow(const XcbConnection& connection, const Questions& questions, quint32 currentDesktop,
+    const QList<ScreenInfo>& screens)
+{
+    const auto attributes
+        = connection.reply<xcb_get_window_attributes_reply_t>(questions.attributes.sequence);
+    const QRect rect = readRect(connection, questions);
+    const auto name = connection.property(questions.name);
+    const auto oldName = connection.property(questions.oldName);
+    const auto windowClass = connection.property(questions.windowClass);
+    const auto processId = connection.property(questions.processId).cards();
+    const auto types = connection.property(questions.type).cards();
+    const auto states = connection.property(questions.state).cards();
+    const auto desktop = connection.property(questions.desktop).cards().value(0, allDesktops);
+
+    WindowInfo window;
+    window.id = questions.window;
+    window.layer = readLayer(connection, types, states);
+    window.processId = processId.value(0);
+    window.applicationName = readApplicationName(windowClass.bytes);
+    window.title = name.bytes.isEmpty() ? readText(connection, oldName) : QString::fromUtf8(name.bytes);
+    window.onScreen = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE
+        && !states.contains(connection.atom(Atom::netWmStateHidden))
+        && (desktop == allDesktops || desktop == currentDesktop) && !rect.isEmpty();
+    if (const auto* screen = screenOf(rect, screens)) {
+        window.frame = toPoints(rect, *screen);
+        window.pixelScale = screen->pixelScale;
+        window.onScreen = window.onScreen && screen->nativeRect.intersects(rect);
+    }
+    return window;
+}
+
+// A manager that ended leaves its hints behind; they count only while the window that it named lives.
+bool hasWindowManager(const XcbConnection& connection)
+{
+    const auto named = connection.property(connection.root(), Atom::netSupportingWmCheck).cards();
+    if (named.isEmpty())
+        return false;
+    return connection.property(named.first(), Atom::netSupportingWmCheck).cards() == named;
+}
+
+// Without hints: what is shown and either was taken up by some manager or bears a name. Menus and tool tips
+// override the manager and have neither.
+QList<xcb_window_t> windowsWithoutHints(const XcbConnection& connection)
+{
+    auto all = topLevelWindows(connection);
+    std::ranges::reverse(all);
+    QList<xcb_window_t> result;
+    for (const auto window : all) {
+        const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(
+            xcb_get_window_attributes(connection.get(), window).sequence);
+        if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE
+            || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        const bool named = !connection.property(window, Atom::netWmName).bytes.isEmpty()
+            || !connection.property(window, Atom::wmName).bytes.isEmpty();
+        const bool managed = !connection.property(window, Atom::wmState).bytes.isEmpty();
+        if (managed || (named && !attributes->override_redirect))
+            result.append(window);
+    }
+    return result;
+}
+
+} // namespace
+
+QList<xcb_window_t> topLevelWindows(const XcbConnection& connection)
+{
+    const auto tree = connection.reply<xcb_query_tree_reply_t>(
+        xcb_query_tree(connection.get(), connection.root()).sequence);
+    if (!tree)
+        return {};
+    const auto* first = xcb_query_tree_children(tree.get());
+    return {first, first + xcb_query_tree_children_length(tree.get())};
+}
+
+QList<WindowInfo> windows(const XcbConnection& connection, const QList<ScreenInfo>& screens)
+{
+    QList<xcb_window_t> ids;
+    if (hasWindowManager(connection)) {
+        ids = connection.property(connection.root(), Atom::netClientListStacking).cards();
+        std::ranges::reverse(ids);
+    } else {
+        ids = windowsWithoutHints(connection);
+    }
+    const auto currentDesktop
+        = connection.property(connection.root(), Atom::netCurrentDesktop).cards().value(0, allDesktops);
+
+    std::vector<Questions> questions;
+    for (const auto id : ids)
+        questions.push_back(ask(connection, id));
+    QList<WindowInfo> result;
+    for (const auto& each : questions)
+        result.append(readWindow(connection, each, currentDesktop, screens));
+    return result;
+}
+
+QRect decoratedRect(const XcbConnection& connection, xcb_window_t window)
+{
+    auto* xcb = connection.get();
+    Questions questions{};
+    questions.geometry = xcb_get_geometry(xcb, window);
+    questions.position = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0);
+    questions.frameExtents = connection.askProperty(window, Atom::netFrameExtents);
+    questions.shadowExtents = connection.askProperty(window, Atom::gtkFrameExtents);
+    return readRect(connection, questions);
+}
+
+xcb_window_t frameWindow(const XcbConnection& connection, xcb_window_t window)
+{
+    for (;;) {
+        const auto tree
+            = connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(connection.get(), window).sequence);
+        if (!tree || tree->parent == XCB_WINDOW_NONE)
+            return XCB_WINDOW_NONE;
+        if (tree->parent == tree->root)
+            return window;
+        window = tree->parent;
+    }
+}
+
+} // namespace pintalux::x11

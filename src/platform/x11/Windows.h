@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/ScreenSource.h"
+
+#include <xcb/xcb.h>
+
+namespace pintalux::x11 {
+
+class XcbConnection;
+
+/// The applications' windows, front to back, by the hints of the window manager; without one that gives
+/// hints, the named windows that the server itself shows.
+QList<WindowInfo> windows(const XcbConnection& connection, const QList<ScreenInfo>& screens);
+
+/// Where a window lies in device pixels of the desktop: with the decoration that the window manager draws
+/// around it, without the shadow that it draws inside itself. Empty when the window is gone.
+QRect decoratedRect(const XcbConnection& connection, xcb_window_t window);
+
+/// The topmost ancestor below the root: the window manager's frame, or the window itself. None when gone.
+xcb_window_t frameWindow(const XcbConnection& connection, xcb_window_t window);
+
+/// The root's children, bottom-most first.
+QList<xcb_window_t> topLevelWindows(const XcbConnection& connection);
+
+} // namespace pintalux::x11

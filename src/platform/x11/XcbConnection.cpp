@@ -1,0 +1,152 @@
+#include "platform/x11/XcbConnection.h"
+
+#include <QDeadlineTimer>
+
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
+#include <xcb/xcbext.h>
+
+#include <cstring>
+
+namespace pintalux::x11 {
+
+namespace {
+
+// A whole 4K screen takes some 10 ms; only a server that is stopped or grabbed needs longer than this.
+constexpr int answerLimitMilliseconds = 5000;
+constexpr uint32_t longestProperty = 1 << 16; // in units of four bytes
+
+constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> atomNames{
+    "UTF8_STRING",
+    "WM_NAME",
+    "WM_CLASS",
+    "WM_STATE",
+    "_NET_CLIENT_LIST",
+    "_NET_CLIENT_LIST_STACKING",
+    "_NET_SUPPORTING_WM_CHECK",
+    "_NET_CURRENT_DESKTOP",
+    "_NET_WM_DESKTOP",
+    "_NET_WM_NAME",
+    "_NET_WM_PID",
+    "_NET_WM_STATE",
+    "_NET_WM_STATE_ABOVE",
+    "_NET_WM_STATE_HIDDEN",
+    "_NET_WM_WINDOW_OPACITY",
+    "_NET_WM_WINDOW_TYPE",
+    "_NET_WM_WINDOW_TYPE_NORMAL",
+    "_NET_WM_WINDOW_TYPE_DIALOG",
+    "_NET_WM_WINDOW_TYPE_DESKTOP",
+    "_NET_FRAME_EXTENTS",
+    "_GTK_FRAME_EXTENTS",
+};
+
+} // namespace
+
+Error connectionLost()
+{
+    return {ScreenSource::errorDomain, 1, u"No hay conexión con el servidor gráfico."_qs};
+}
+
+Error temporaryFailure()
+{
+    return {ScreenSource::errorDomain, ScreenSource::temporaryFailure,
+        u"La pantalla no se pudo leer en este momento."_qs};
+}
+
+void ignoreBrokenPipe()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+QList<quint32> Property::cards() const
+{
+    QList<quint32> items(bytes.size() / qsizetype(sizeof(quint32)));
+    std::memcpy(items.data(), bytes.constData(), std::size_t(items.size()) * sizeof(quint32));
+    return items;
+}
+
+XcbConnection::XcbConnection(const QByteArray& displayName)
+    : connection(xcb_connect(displayName.isEmpty() ? nullptr : displayName.constData(), &screenNumber))
+{
+    if (isBroken())
+        throw connectionLost();
+    auto screens = xcb_setup_roots_iterator(&setup());
+    for (int skip = screenNumber; skip > 0 && screens.rem > 1; --skip)
+        xcb_screen_next(&screens);
+    defaultScreen = screens.data;
+
+    std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies;
+    for (std::size_t index = 0; index < atomNames.size(); ++index)
+        cookies[index] = xcb_intern_atom(get(), 0, uint16_t(std::strlen(atomNames[index])), atomNames[index]);
+    for (std::size_t index = 0; index < atomNames.size(); ++index)
+        if (const auto answer = reply<xcb_intern_atom_reply_t>(cookies[index].sequence))
+            atoms[index] = answer->atom;
+}
+
+bool XcbConnection::hasExtension(xcb_extension_t& extension) const
+{
+    const auto* data = xcb_get_extension_data(get(), &extension);
+    return data && data->present;
+}
+
+bool XcbConnection::hasCompositor() const
+{
+    const auto selection = intern("_NET_WM_CM_S" + QByteArray::number(screenNumber));
+    const auto owner
+        = reply<xcb_get_selection_owner_reply_t>(xcb_get_selection_owner(get(), selection).sequence);
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+xcb_atom_t XcbConnection::intern(const QByteArray& name) const
+{
+    const auto answer = reply<xcb_intern_atom_reply_t>(
+        xcb_intern_atom(get(), 0, uint16_t(name.size()), name.constData()).sequence);
+    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+void* XcbConnection::wait(unsigned sequence, int* errorCode) const
+{
+    const QDeadlineTimer deadline(answerLimitMilliseconds);
+    xcb_flush(get());
+    void* answer = nullptr;
+    xcb_generic_error_t* failure = nullptr;
+    while (!xcb_poll_for_reply(get(), sequence, &answer, &failure)) {
+        pollfd wake{xcb_get_file_descriptor(get()), POLLIN, 0};
+        if (deadline.hasExpired()) {
+            gaveUp = true;
+            throw temporaryFailure();
+        }
+        poll(&wake, 1, int(deadline.remainingTime()));
+    }
+    const Reply<xcb_generic_error_t> owned(failure);
+    if (errorCode)
+        *errorCode = failure ? failure->error_code : 0;
+    if (!answer && isBroken())
+        throw connectionLost();
+    return answer;
+}
+
+xcb_get_property_cookie_t XcbConnection::askProperty(xcb_window_t window, Atom name) const
+{
+    return xcb_get_property(get(), 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+}
+
+Property XcbConnection::property(xcb_get_property_cookie_t cookie) const
+{
+    const auto answer = reply<xcb_get_property_reply_t>(cookie.sequence);
+    if (!answer)
+        return {};
+    const auto* bytes = static_cast<const char*>(xcb_get_property_value(answer.get()));
+    return {QByteArray(bytes, xcb_get_property_value_length(answer.get())), answer->type};
+}
+
+void XcbConnection::drainEvents() const
+{
+    while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(get()))) { }
+}
+
+} // namespace pintalux::x11

@@ -1,0 +1,222 @@
+#include "capture/ScreenCapture.h"
+
+#include "platform/FakeScreenSource.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+using namespace pintalux;
+
+namespace {
+
+Error sourceError(int code) { return {ScreenSource::errorDomain, code, u"Falla de prueba."_qs}; }
+
+class ScreenCaptureTest : public testing::Test {
+protected:
+    std::shared_ptr<FakeScreenSource> desk = std::make_shared<FakeScreenSource>();
+
+    void SetUp() override { ScreenCapture::setSource(desk); }
+    void TearDown() override { ScreenCapture::setSource(nullptr); }
+
+    /// The error that ends a capture; none when it succeeds.
+    template <typename T> static std::optional<Error> failureOf(QFuture<T> future)
+    {
+        try {
+            future.takeResult();
+        } catch (const Error& error) {
+            return error;
+        }
+        return std::nullopt;
+    }
+};
+
+} // namespace
+
+TEST_F(ScreenCaptureTest, EveryDisplayIsFrozenAtNativePixelsWithItsOwnScale)
+{
+    const auto frozen = ScreenCapture::freezeAllDisplays().takeResult();
+    ASSERT_EQ(frozen.displays.size(), 2);
+    for (int index = 0; index < 2; ++index) {
+        const auto& display = frozen.displays[index];
+        EXPECT_EQ(display.screen.name, desk->content.screens[index].name);
+        EXPECT_EQ(display.pixelScale, index + 1);
+        ASSERT_EQ(display.image.size(), QSize(400, 300));
+        EXPECT_EQ(display.image.pixel(399, 298), FakeScreenSource::colorAt({399, 298}, index));
+    }
+    EXPECT_EQ(frozen.windows.size(), 3);
+}
+
+TEST_F(ScreenCaptureTest, OwnWindowsStayAwayUntilTheLastDisplayIsTakenAndComeBackAfterAFailure)
+{
+    ScreenCapture::freezeAllDisplays().waitForFinished();
+    EXPECT_EQ(desk->log.join(u", "), u"content, hide, screen LEFT, screen RIGHT, show");
+
+    desk->log.clear();
+    desk->failures = {sourceError(7)};
+    EXPECT_TRUE(failureOf(ScreenCapture::freezeAllDisplays()));
+    EXPECT_EQ(desk->log.join(u", "), u"content, hide, screen LEFT, show")
+        << "no second display after an error";
+}
+
+TEST_F(ScreenCaptureTest, DisplaysWithoutAToolkitScreenAreSkippedAndNoneLeftIsAnError)
+{
+    desk->content.screens[0].attached = false;
+    const auto frozen = ScreenCapture::freezeAllDisplays().takeResult();
+    ASSERT_EQ(frozen.displays.size(), 1);
+    EXPECT_EQ(frozen.displays[0].screen.name, u"RIGHT");
+
+    desk->content.screens[1].attached = false;
+    const auto failure = failureOf(ScreenCapture::freezeAllDisplays());
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(asCaptureError(*failure), CaptureError::noDisplay);
+    EXPECT_EQ(failure->localizedDescription, u"No se encontró ninguna pantalla para capturar.");
+}
+
+TEST_F(ScreenCaptureTest, OnlyATemporaryFailureOfTheSourceIsTriedAgainAndOnlyOnce)
+{
+    const int temporary = ScreenSource::temporaryFailure;
+    const struct {
+        const char* what;
+        std::deque<Error> failures;
+        std::optional<int> endsWith;
+        int attempts;
+    } table[] = {
+        {"one temporary failure", {sourceError(temporary)}, std::nullopt, 2},
+        {"the second one counts", {sourceError(temporary), sourceError(temporary)}, temporary, 2},
+        {"another one after it", {sourceError(temporary), sourceError(8)}, 8, 2},
+        {"another failure", {sourceError(8)}, 8, 1},
+        {"the person said no", {sourceError(ScreenSource::userDeclined)}, ScreenSource::userDeclined, 1},
+        {"the code in another domain", {Error(u"Other"_qs, temporary, {})}, temporary, 1},
+    };
+    for (const auto& row : table) {
+        desk->failures = row.failures;
+        desk->log.clear();
+        QElapsedTimer clock;
+        clock.start();
+        const auto failure = failureOf(ScreenCapture::capture(desk->content.windows[0]));
+        EXPECT_EQ(failure ? std::optional(failure->code) : std::nullopt, row.endsWith) << row.what;
+        EXPECT_EQ(desk->log.size(), row.attempts) << row.what;
+        EXPECT_EQ(clock.elapsed() >= 350, row.attempts == 2) << row.what;
+    }
+}
+
+TEST_F(ScreenCaptureTest, TheMainThreadGoesOnDuringARetryAndGetsTheErrorWithItsType)
+{
+    desk->failures = {sourceError(ScreenSource::temporaryFailure), sourceError(9)};
+    int ticks = 0;
+    QTimer ticking;
+    ticking.callOnTimeout([&] { ++ticks; });
+    ticking.start(10);
+    QEventLoop loop;
+    std::optional<Error> caught;
+    ScreenCapture::freezeAllDisplays().then(&loop, [&](QFuture<FrozenScreens> frozen) {
+        EXPECT_EQ(QThread::currentThread(), loop.thread());
+        caught = failureOf(std::move(frozen));
+        loop.quit();
+    });
+    loop.exec();
+    ASSERT_TRUE(caught);
+    EXPECT_EQ(caught->code, 9);
+    EXPECT_EQ(caught->localizedDescription, u"Falla de prueba.");
+    EXPECT_GT(ticks, 5);
+}
+
+TEST_F(ScreenCaptureTest, FullScreenTakesTheDisplayUnderThePointer)
+{
+    const struct {
+        QPointF pointer;
+        int display;
+    } table[] = {
+        {{0, 0}, 0},
+        {{399.5, 299.5}, 0},
+        {{400, 0}, 1}, // an edge belongs to the screen that begins there
+        {{599, 149}, 1},
+        {{500, 150}, 0}, // below the shorter screen: over none, so the first
+        {{-5, 1000}, 0},
+    };
+    for (const auto& row : table) {
+        desk->pointer = row.pointer;
+        const auto result = ScreenCapture::captureDisplayUnderMouse().takeResult();
+        EXPECT_EQ(result.pixelScale, row.display + 1) << row.pointer.x() << ", " << row.pointer.y();
+        EXPECT_EQ(qBlue(result.image.pixel(0, 0)), row.display);
+        EXPECT_FALSE(result.suggestedName);
+    }
+
+    desk->content.screens[1].attached = false;
+    desk->pointer = {450, 10};
+    EXPECT_EQ(ScreenCapture::captureDisplayUnderMouse().takeResult().pixelScale, 1)
+        << "an unattached display";
+
+    desk->content.screens.clear();
+    const auto failure = failureOf(ScreenCapture::captureDisplayUnderMouse());
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(asCaptureError(*failure), CaptureError::noDisplay);
+}
+
+TEST_F(ScreenCaptureTest, AWindowIsTakenAtTheScaleOfItsScreenAndCarriesNoName)
+{
+    const auto result = ScreenCapture::capture(desk->content.windows[2]).takeResult();
+    EXPECT_EQ(result.image.size(), QSize(240, 200));
+    EXPECT_EQ(result.pixelScale, 2);
+    EXPECT_FALSE(result.suggestedName);
+    EXPECT_EQ(desk->log.join(u", "), u"window 3") << "our own windows need not go for it";
+}
+
+TEST_F(ScreenCaptureTest, OnlyNormalVisibleWindowsOfOthersLargerThanFortyPointsAreOffered)
+{
+    const QRectF large(0, 0, 200, 100);
+    const struct {
+        WindowInfo window;
+        std::optional<QString> title; ///< none when the window must not be offered
+    } table[] = {
+        {{1, large, 0, 5, u"Notas"_qs, u"Año nuevo — plan"_qs}, u"Notas — Año nuevo — plan"_qs},
+        {{2, large, 0, 5, u"Notas"_qs, u""_qs}, u"Notas"_qs},
+        {{3, large, 0, 0, u""_qs, u"Huérfana"_qs}, u"Huérfana"_qs},
+        {{4, large, 0, 0, u""_qs, u""_qs}, u""_qs},
+        {{5, {0, 0, 41, 41}, 0, 5, u"A"_qs, u""_qs}, u"A"_qs},
+        {{6, {0, 0, 40, 100}, 0, 5, u"A"_qs, u""_qs}, std::nullopt},
+        {{7, {0, 0, 100, 40}, 0, 5, u"A"_qs, u""_qs}, std::nullopt},
+        {{8, large, 1, 5, u"A"_qs, u"Flotante"_qs}, std::nullopt},
+        {{9, large, -1, 5, u"A"_qs, u"Escritorio"_qs}, std::nullopt},
+        {{10, large, 0, desk->ownProcess, u"Pintalux"_qs, u"Editor"_qs}, std::nullopt},
+        {{11, large, 0, 5, u"A"_qs, u"Minimizada"_qs, false}, std::nullopt},
+    };
+    desk->content.windows.clear();
+    QList<std::pair<quint64, QString>> expected;
+    for (const auto& row : table) {
+        desk->content.windows.append(row.window);
+        if (row.title)
+            expected.append({row.window.id, *row.title});
+    }
+    QList<std::pair<quint64, QString>> offered;
+    for (const auto& candidate : ScreenCapture::freezeAllDisplays().takeResult().windows)
+        offered.append({candidate.window.id, candidate.title});
+    EXPECT_EQ(offered, expected);
+}
+
+TEST_F(ScreenCaptureTest, AMissingPermissionIsAskedForOnceAndStillCountsAsMissing)
+{
+    EXPECT_TRUE(ScreenCapture::ensurePermission());
+    EXPECT_EQ(desk->permissionRequests, 0);
+
+    desk->permission = false;
+    desk->grantsWhenAsked = true;
+    EXPECT_FALSE(ScreenCapture::hasPermission());
+    EXPECT_EQ(desk->permissionRequests, 0);
+    EXPECT_FALSE(ScreenCapture::ensurePermission());
+    EXPECT_EQ(desk->permissionRequests, 1);
+    EXPECT_TRUE(ScreenCapture::ensurePermission());
+}
+
+TEST(ScreenCapture, WithoutASupportedDesktopCapturingGivesAnErrorToTell)
+{
+    auto future = ScreenCapture::freezeAllDisplays();
+    EXPECT_THROW(
+        try { future.takeResult(); } catch (const Error& error) {
+            EXPECT_EQ(error.localizedDescription, u"Este escritorio no permite capturar la pantalla.");
+            throw;
+        },
+        Error);
+}

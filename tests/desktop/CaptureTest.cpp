@@ -1,0 +1,272 @@
+#include "Desktop.h"
+#include "platform/x11/X11ScreenSource.h"
+
+#include <QApplication>
+#include <QColorSpace>
+#include <QWidget>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+QImage freeze() { return finished(ScreenCapture::freezeAllDisplays()).displays.value(0).image; }
+
+// A window of this very process, in one colour.
+class OwnWindow : public QWidget {
+public:
+    OwnWindow(const QRect& geometry, QColor color, Qt::WindowFlags flags = {})
+        : QWidget(nullptr, flags)
+    {
+        setPalette(color);
+        setGeometry(geometry);
+        show();
+        waitUntil([&] { return isActiveWindow() || flags.testFlag(Qt::BypassWindowManagerHint); });
+        waitUntil([] { return false; }, 250);
+    }
+};
+
+// Every test runs bare and under a compositor that draws shadows.
+class CaptureTest : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override
+    {
+        if (GetParam())
+            compositor = &desktop().startCompositor();
+    }
+    void TearDown() override
+    {
+        if (compositor)
+            desktop().stop(*compositor);
+    }
+
+private:
+    QProcess* compositor = nullptr;
+};
+
+INSTANTIATE_TEST_SUITE_P(Desktop, CaptureTest, testing::Bool(),
+    [](const auto& tested) { return tested.param ? "Composited" : "Bare"; });
+
+} // namespace
+
+TEST_P(CaptureTest, AFreezeIsWhatAnotherProgramSeesPixelForPixelAndOpaque)
+{
+    const DemoWindow demo(u"Informe"_qs, u"520x400+90+60"_qs, u"#3B6FE0"_qs);
+    const auto image = freeze();
+    EXPECT_EQ(image.size(), QSize(1280, 800));
+    EXPECT_EQ(differingPixels(image, pictureByOthers()), 0);
+    EXPECT_EQ(image.colorSpace(), QColorSpace(QColorSpace::SRgb));
+    qsizetype holes = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            holes += reinterpret_cast<const QRgb*>(image.constScanLine(y))[x] >> 24 != 0xff;
+    EXPECT_EQ(holes, 0);
+}
+
+TEST_P(CaptureTest, ACoveredWindowIsTakenWholeWithItsDecorationAndWithoutItsShadow)
+{
+    const DemoWindow below(u"Debajo"_qs, u"300x220+100+100"_qs, u"#2E9E6B"_qs);
+    const DemoWindow above(u"Encima"_qs, u"500x400+600+300"_qs, u"#D9480F"_qs);
+    const auto frozen = finished(ScreenCapture::freezeAllDisplays());
+    const auto candidate = candidateOf(frozen, below.processId());
+    ASSERT_TRUE(candidate);
+    EXPECT_GT(candidate->frame.height(), 220) << "the title bar belongs to it";
+    const auto seen = frozen.displays[0].image.copy(candidate->frame.toRect());
+
+    desktop().run(u"xdotool"_qs, {u"windowmove"_qs, u"--sync"_qs, above.id(), u"40"_qs, u"40"_qs});
+    waitUntil([] { return false; }, 250);
+    ASSERT_GT(differingPixels(freeze().copy(candidate->frame.toRect()), seen), 10000) << "it is not covered";
+
+    const auto result = finished(ScreenCapture::capture(candidate->window));
+    EXPECT_EQ(result.image.size(), candidate->frame.size());
+    EXPECT_EQ(differingPixels(result.image, seen), 0);
+    EXPECT_EQ(result.pixelScale, 1);
+}
+
+TEST_P(CaptureTest, OwnWindowsAreNotInThePictureAndComeBackWithTheirFocus)
+{
+    const DemoWindow demo(u"Fondo"_qs, u"700x500+80+80"_qs, u"#6741D9"_qs);
+    const auto without = freeze();
+    OwnWindow window({200, 200, 300, 200}, Qt::red);
+    OwnWindow message({600, 300, 120, 60}, Qt::green, Qt::ToolTip | Qt::BypassWindowManagerHint);
+    message.setMask(QRegion(10, 0, 100, 60));
+    waitUntil([] { return false; }, 150);
+    ASSERT_EQ(pictureByOthers().pixelColor(350, 300), QColor(Qt::red));
+    ASSERT_EQ(pictureByOthers().pixelColor(650, 330), QColor(Qt::green));
+
+    const auto frozen = freeze();
+    // The title bar of the demonstration window is that of one without focus now.
+    const QRect client(85, 110, 690, 460);
+    EXPECT_EQ(differingPixels(frozen.copy(client), without.copy(client)), 0);
+
+    EXPECT_TRUE(window.isActiveWindow());
+    EXPECT_TRUE(waitUntil([] {
+        const auto now = pictureByOthers();
+        return now.pixelColor(350, 300) == QColor(Qt::red) && now.pixelColor(650, 330) == QColor(Qt::green);
+    }));
+    EXPECT_NE(pictureByOthers().pixelColor(603, 330), QColor(Qt::green)) << "its own shape must come back";
+}
+
+TEST_P(CaptureTest, ATranslucentWindowKeepsItsAlpha)
+{
+    QWidget window(nullptr, Qt::FramelessWindowHint);
+    window.setAttribute(Qt::WA_TranslucentBackground);
+    window.setGeometry(300, 200, 200, 150);
+    QWidget veil(&window);
+    veil.setAutoFillBackground(true);
+    veil.setPalette(QColor(255, 0, 0, 128));
+    veil.setGeometry(20, 20, 160, 110);
+    window.show();
+    waitUntil([] { return false; }, 400);
+
+    WindowInfo info;
+    info.id = window.winId();
+    const auto result = finished(ScreenCapture::capture(info));
+    ASSERT_EQ(result.image.format(), QImage::Format_ARGB32_Premultiplied);
+    ASSERT_EQ(result.image.size(), QSize(200, 150));
+    EXPECT_EQ(result.image.pixelColor(5, 5).alpha(), 0);
+    EXPECT_EQ(result.image.pixelColor(100, 75), QColor(255, 0, 0, 128));
+}
+
+TEST(WindowList, OrderTitlesAndLeftOutWindowsAreThoseOfTheDesktop)
+{
+    const DemoWindow first(u"Informe: Q1/Q2 — año 2026"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
+    const DemoWindow second(u"Ñandú"_qs, u"400x300+200+150"_qs, u"#2E9E6B"_qs);
+    const DemoWindow third(u"Última"_qs, u"400x300+350+250"_qs, u"#D9480F"_qs);
+    const DemoWindow narrow(u"Estrecha"_qs, u"38x200+900+100"_qs, u"#000000"_qs);
+    const DemoWindow minimized(u"Guardada"_qs, u"300x200+700+500"_qs, u"#000000"_qs);
+    const DemoWindow raised(
+        u"Siempre visible"_qs, u"300x200+800+500"_qs, u"#000000"_qs, desktop(), {u"--above"_qs});
+    const OwnWindow own({600, 100, 200, 200}, Qt::red);
+    desktop().run(u"xdotool"_qs, {u"windowminimize"_qs, u"--sync"_qs, minimized.id()});
+    desktop().run(u"xdotool"_qs, {u"windowactivate"_qs, u"--sync"_qs, first.id()});
+    waitUntil([] { return false; }, 250);
+
+    const auto frozen = finished(ScreenCapture::freezeAllDisplays());
+    QStringList titles;
+    for (const auto& candidate : frozen.windows)
+        titles.append(candidate.title);
+    EXPECT_EQ(titles.join(u'|').toStdString(),
+        "Demostración — Informe: Q1/Q2 — año 2026|Demostración — Última|Demostración — Ñandú");
+    EXPECT_EQ(candidateOf(frozen, second.processId())->frame.topLeft(), QPointF(200, 150));
+}
+
+TEST(WindowList, AShadowThatAWindowDrawsItselfBelongsNeitherToItsFrameNorToItsPicture)
+{
+    const DemoWindow demo(u"Con sombra"_qs, u"400x300+300+200"_qs, u"#3B6FE0"_qs);
+    const auto before = candidateOf(finished(ScreenCapture::freezeAllDisplays()), demo.processId());
+    ASSERT_TRUE(before);
+    desktop().run(u"xprop"_qs,
+        {u"-id"_qs, demo.id(), u"-f"_qs, u"_GTK_FRAME_EXTENTS"_qs, u"32c"_qs, u"-set"_qs,
+            u"_GTK_FRAME_EXTENTS"_qs, u"10, 20, 30, 40"_qs}); // left, right, top, bottom
+    const auto frozen = finished(ScreenCapture::freezeAllDisplays());
+    const auto after = candidateOf(frozen, demo.processId());
+    ASSERT_TRUE(after);
+    EXPECT_EQ(after->frame, before->frame.adjusted(10, 30, -20, -40));
+    const auto picture = finished(ScreenCapture::capture(after->window)).image;
+    EXPECT_EQ(differingPixels(picture, frozen.displays[0].image.copy(after->frame.toRect())), 0);
+}
+
+TEST(WindowList, AWindowThatWentAwayMeanwhileIsAnErrorToTell)
+{
+    DemoWindow demo(u"Efímera"_qs, u"300x200+100+100"_qs, u"#3B6FE0"_qs);
+    const auto candidate = candidateOf(finished(ScreenCapture::freezeAllDisplays()), demo.processId());
+    ASSERT_TRUE(candidate);
+    const auto sentence = [&] {
+        try {
+            finished(ScreenCapture::capture(candidate->window));
+        } catch (const Error& error) {
+            return error.localizedDescription;
+        }
+        return QString();
+    };
+    desktop().run(u"xdotool"_qs, {u"windowminimize"_qs, u"--sync"_qs, demo.id()});
+    EXPECT_EQ(sentence(), u"La ventana ya no está en la pantalla.") << "minimised";
+    demo.end();
+    EXPECT_EQ(sentence(), u"La ventana ya no está en la pantalla.") << "closed";
+}
+
+TEST(DisplayServer, WhenItIsMissingOrDiesCapturingGivesAnErrorAndTheNextServerWorks)
+{
+    const auto sentence = [](auto work) {
+        try {
+            work();
+        } catch (const Error& error) {
+            return error.localizedDescription;
+        }
+        return QString();
+    };
+    const QString lost = u"No hay conexión con el servidor gráfico."_qs;
+    X11ScreenSource missing(QByteArrayLiteral(":nobody"));
+    EXPECT_EQ(sentence([&] { missing.shareableContent({}); }), lost);
+
+    DisplaySession session({.size = {640, 480}, .windowManager = false});
+    X11ScreenSource dying(session.display());
+    const auto content = dying.shareableContent({{u"screen"_qs, {0, 0, 640, 480}, 1}});
+    ASSERT_EQ(content.screens.size(), 1);
+    EXPECT_EQ(dying.screenshot(content.screens[0]).image.size(), QSize(640, 480));
+    session.end();
+    EXPECT_EQ(sentence([&] { dying.screenshot(content.screens[0]); }), lost);
+    EXPECT_EQ(sentence([&] { dying.hideOwnWindows(); }), lost);
+    EXPECT_EQ(sentence([&] { dying.shareableContent({}); }), lost);
+}
+
+TEST(DisplayServer, WithoutAWindowManagerTheNamedWindowsAreListed)
+{
+    DisplaySession session({.size = {800, 600}, .windowManager = false});
+    const DemoWindow first(u"Primera"_qs, u"300x200+10+10"_qs, u"#3B6FE0"_qs, session);
+    const DemoWindow second(u"Segunda"_qs, u"300x200+100+100"_qs, u"#2E9E6B"_qs, session);
+    X11ScreenSource source(session.display());
+    const auto content = source.shareableContent({{u"screen"_qs, {0, 0, 800, 600}, 1}});
+    ASSERT_EQ(content.windows.size(), 2);
+    EXPECT_EQ(content.windows[0].title, u"Segunda");
+    EXPECT_EQ(content.windows[1].frame, QRectF(10, 10, 300, 200));
+    EXPECT_TRUE(content.windows[1].onScreen);
+}
+
+// Two monitors side by side, each with a scale of its own; another process freezes them.
+TEST(MixedScales, EveryScreenKeepsItsNativePixelsAndItsScale)
+{
+    const struct {
+        int depth;
+        const char* factors;
+        const char* screens; ///< name, frame in points, scale
+        double rightScale;
+    } table[] = {
+        {24, "IZQ=1;DER=2", "IZQ 0 0 801 602 1|DER 801 0 400 301 2", 2},
+        {24, "IZQ=1.25;DER=1.5", "IZQ 0 0 641 482 1.25|DER 801 0 533 401 1.5", 1.5},
+        {16, "IZQ=1;DER=1", "IZQ 0 0 801 602 1|DER 801 0 800 602 1", 1},
+    };
+    const QRect left(0, 0, 801, 602);
+    const QRect right(801, 0, 800, 602);
+    for (const auto& row : table) {
+        SCOPED_TRACE(testing::Message() << row.factors << " depth " << row.depth);
+        DisplaySession session({.size = {1601, 602},
+            .depth = row.depth,
+            .monitors = {{u"IZQ"_qs, u"801/200x602/150+0+0"_qs, u"screen"_qs},
+                {u"DER"_qs, u"800/200x602/150+801+0"_qs, u"none"_qs}},
+            .scaleFactors = QLatin1String(row.factors)});
+        const DemoWindow demo(u"Derecha"_qs, u"200x150+901+80"_qs, u"#D9480F"_qs, session);
+        QTemporaryDir folder;
+        auto lines = QString::fromUtf8(session.run(QStringLiteral(PINTALUX_FREEZE_SCREENS), {folder.path()}))
+                         .trimmed()
+                         .split(u'\n');
+        const auto window = lines.takeLast().split(u' ');
+        EXPECT_EQ(lines.join(u'|').toStdString(), row.screens);
+
+        const auto all = pictureByOthers(session);
+        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"IZQ.png"_qs)), all.copy(left)), 0);
+        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"DER.png"_qs)), all.copy(right)), 0);
+
+        ASSERT_EQ(window.value(0), u"window");
+        EXPECT_EQ(window[5].toDouble(), row.rightScale);
+        const auto client = session.run(u"xwininfo"_qs, {u"-id"_qs, demo.id()});
+        const auto native = [&](const char* key) {
+            return client.mid(client.indexOf(key)).split('\n')[0].split(':').value(1).trimmed().toInt();
+        };
+        // The manager's side borders are one native pixel wide.
+        EXPECT_NEAR(right.left() + (window[1].toDouble() - 801) * row.rightScale,
+            native("Absolute upper-left X") - 1, 0.01);
+        EXPECT_NEAR(window[3].toDouble() * row.rightScale, native("Width") + 2, 0.01);
+    }
+}

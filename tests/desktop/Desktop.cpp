@@ -1,0 +1,50 @@
+#include "Desktop.h"
+
+#include "platform/x11/X11ScreenSource.h"
+
+namespace pintalux::test {
+
+DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QString& color,
+    DisplaySession& on, const QStringList& more)
+    : session(on)
+    , process(on.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
+          QStringList{u"--title"_qs, title, u"--geometry"_qs, geometry, u"--color"_qs, color} + more))
+{
+    X11ScreenSource source(session.display());
+    waitUntil([&] {
+        for (const auto& window : source.shareableContent({}).windows)
+            if (window.processId == process.processId() && window.onScreen)
+                windowId = QString::number(window.id);
+        return !windowId.isEmpty();
+    });
+    waitUntil([] { return false; }, 200); // the manager's frame and the first painting
+}
+
+DemoWindow::~DemoWindow() { end(); }
+
+QImage pictureByOthers(const DisplaySession& session)
+{
+    return QImage::fromData(session.run(u"import"_qs, {u"-window"_qs, u"root"_qs, u"bmp3:-"_qs}))
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+qsizetype differingPixels(const QImage& one, const QImage& other)
+{
+    if (one.size() != other.size() || one.isNull())
+        return std::max<qsizetype>(1, qsizetype(one.width()) * one.height());
+    qsizetype count = 0;
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x)
+            count += one.pixel(x, y) != other.pixel(x, y);
+    return count;
+}
+
+std::optional<WindowCandidate> candidateOf(const FrozenScreens& frozen, qint64 processId)
+{
+    for (const auto& candidate : frozen.windows)
+        if (candidate.window.processId == processId)
+            return candidate;
+    return std::nullopt;
+}
+
+} // namespace pintalux::test

@@ -1,0 +1,160 @@
+#include "DisplaySession.h"
+
+#include "platform/x11/XcbConnection.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <signal.h>
+#include <sys/prctl.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace pintalux::test {
+
+namespace {
+
+constexpr int limitMilliseconds = 10000;
+
+[[noreturn]] void giveUp(const QString& reason)
+{
+    std::fprintf(stderr, "DisplaySession: %s\n", qPrintable(reason));
+    std::exit(EXIT_FAILURE);
+}
+
+QByteArray firstLine(QProcess& process)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!process.canReadLine() && clock.elapsed() < limitMilliseconds
+        && process.state() != QProcess::NotRunning)
+        process.waitForReadyRead(100);
+    return process.readLine().trimmed();
+}
+
+} // namespace
+
+DisplaySession::DisplaySession(const DesktopOptions& options)
+    : programEnvironment(QProcessEnvironment::systemEnvironment())
+{
+    if (!home.isValid())
+        giveUp(u"no temporary folder"_qs);
+    const QString runtime = home.filePath(u"runtime"_qs);
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    for (const auto& inherited :
+        {u"WAYLAND_DISPLAY"_qs, u"DISPLAY"_qs, u"XAUTHORITY"_qs, u"XDG_CONFIG_HOME"_qs, u"XDG_DATA_HOME"_qs,
+            u"XDG_CACHE_HOME"_qs, u"DBUS_SESSION_BUS_ADDRESS"_qs})
+        programEnvironment.remove(inherited);
+    programEnvironment.insert(u"HOME"_qs, home.path());
+    programEnvironment.insert(u"XDG_RUNTIME_DIR"_qs, runtime);
+    programEnvironment.insert(u"QT_QPA_PLATFORM"_qs, u"xcb"_qs);
+
+    startServer(options);
+    startBus();
+    for (const auto& monitor : options.monitors)
+        run(u"xrandr"_qs, QStringList{u"--setmonitor"_qs} + monitor);
+    if (!options.scaleFactors.isEmpty())
+        programEnvironment.insert(u"QT_SCREEN_SCALE_FACTORS"_qs, options.scaleFactors);
+    if (options.windowManager) {
+        start(u"openbox"_qs, {u"--sm-disable"_qs});
+        const auto managed = [this] {
+            return run(u"xprop"_qs, {u"-root"_qs, u"_NET_SUPPORTING_WM_CHECK"_qs}).contains("window id");
+        };
+        if (!waitUntil(managed, limitMilliseconds))
+            giveUp(u"openbox does not come up"_qs);
+    }
+    if (options.compositor)
+        startCompositor();
+}
+
+DisplaySession::~DisplaySession() { end(); }
+
+void DisplaySession::startServer(const DesktopOptions& options)
+{
+    const auto geometry
+        = u"%1x%2x%3"_qs.arg(options.size.width()).arg(options.size.height()).arg(options.depth);
+    // Without -noreset the server would forget its monitors when the first client leaves.
+    auto& server = start(u"Xvfb"_qs,
+        {u"-displayfd"_qs, u"1"_qs, u"-screen"_qs, u"0"_qs, geometry, u"-noreset"_qs, u"-nolisten"_qs,
+            u"tcp"_qs});
+    const auto number = firstLine(server);
+    if (number.isEmpty())
+        giveUp(u"Xvfb does not come up"_qs);
+    displayName = ':' + number;
+    programEnvironment.insert(u"DISPLAY"_qs, QString::fromLatin1(displayName));
+}
+
+void DisplaySession::startBus()
+{
+    auto& bus = start(u"dbus-daemon"_qs, {u"--session"_qs, u"--nofork"_qs, u"--print-address=1"_qs});
+    const auto address = firstLine(bus);
+    if (address.isEmpty())
+        giveUp(u"dbus-daemon does not come up"_qs);
+    programEnvironment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, QString::fromLatin1(address));
+}
+
+void DisplaySession::enter() const
+{
+    for (const auto& key : programEnvironment.keys())
+        qputenv(key.toLatin1().constData(), programEnvironment.value(key).toLocal8Bit());
+    qunsetenv("WAYLAND_DISPLAY");
+}
+
+QProcess& DisplaySession::start(const QString& program, const QStringList& arguments)
+{
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(programEnvironment);
+    process->setStandardErrorFile(QProcess::nullDevice());
+    process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    process->start(program, arguments);
+    if (!process->waitForStarted(limitMilliseconds))
+        giveUp(u"%1 does not start: %2"_qs.arg(program, process->errorString()));
+    return *processes.emplace_back(std::move(process));
+}
+
+void DisplaySession::stop(QProcess& process)
+{
+    if (process.state() == QProcess::NotRunning)
+        return;
+    process.terminate();
+    if (process.waitForFinished(2000))
+        return;
+    process.kill();
+    process.waitForFinished(2000);
+}
+
+QByteArray DisplaySession::run(const QString& program, const QStringList& arguments) const
+{
+    QProcess process;
+    process.setProcessEnvironment(programEnvironment);
+    process.start(program, arguments);
+    if (process.waitForFinished(limitMilliseconds) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0)
+        return process.readAllStandardOutput();
+    std::fprintf(stderr, "DisplaySession: %s: %s%s\n", qPrintable(program), qPrintable(process.errorString()),
+        process.readAllStandardError().constData());
+    return {};
+}
+
+QProcess& DisplaySession::startCompositor()
+{
+    auto& compositor = start(
+        u"picom"_qs, {u"--config"_qs, u"/dev/null"_qs, u"--backend"_qs, u"xrender"_qs, u"--shadow"_qs});
+    const x11::XcbConnection connection(displayName);
+    if (!waitUntil([&] { return connection.hasCompositor(); }, limitMilliseconds))
+        giveUp(u"picom does not come up"_qs);
+    QThread::msleep(200); // its first picture of the screen
+    return compositor;
+}
+
+void DisplaySession::end()
+{
+    while (!processes.empty()) {
+        stop(*processes.back());
+        processes.pop_back();
+    }
+}
+
+} // namespace pintalux::test
