@@ -2,9 +2,12 @@
 
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/GraphicsContext.h"
+#include "render/Renderer.h"
 #include "settings/Settings.h"
 
 #include <QBuffer>
+#include <QColorSpace>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -140,6 +143,24 @@ std::optional<QString> temporaryFolder()
 }
 
 } // namespace
+
+QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache)
+{
+    constexpr double mostBytes = double(1 << 30);
+    const auto composition = Renderer::compositionSize(document.image, beautify, document.pixelScale);
+    if (composition.width() < 1 || composition.height() < 1
+        || composition.width() * composition.height() * 4 > mostBytes)
+        return {};
+    QImage image(int(composition.width()), int(composition.height()), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return {};
+    image.setColorSpace(QColorSpace::SRgb);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    Renderer::draw(document, beautify, cache, {}, context);
+    return image;
+}
 
 std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
 {

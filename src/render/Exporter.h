@@ -1,5 +1,9 @@
 #pragma once
 
+#include "model/BeautifySettings.h"
+#include "model/Document.h"
+#include "render/EffectCache.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QImage>
@@ -21,6 +25,10 @@ namespace Exporter {
 
 /// Tells the time that names a file.
 using Clock = QDateTime (*)();
+
+/// The composition as one picture, sRGB with premultiplied alpha. Null when a side is shorter than a pixel,
+/// when it would take more than 1 GiB, and when there is no memory for it.
+QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache);
 
 /// None when the picture is empty or cannot be encoded.
 std::optional<QByteArray> pngData(const QImage& image, double pixelScale);
