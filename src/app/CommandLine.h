@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace pintalux {
+
+/// What the program was started for.
+struct CommandLine {
+    enum class Mode { normal, help, version, renderIcon, selfTest, annotate, misuse };
+
+    Mode mode = Mode::normal;
+    QString directory; ///< of `--render-icon` and `--selftest`
+    QString openFile;  ///< of `--open`; empty for none
+    QString picture;   ///< of `--annotate`
+    QString marksFile;
+    QString outputFile;
+    bool overlay = false;  ///< the self-test also drives the selection overlay
+    bool keepOpen = false; ///< the self-test leaves the program running
+    QString problem;       ///< of misuse: what is wrong, a Spanish sentence
+
+    /// Reads the arguments that follow the program's name. The first occurrence of an option counts. The
+    /// options
+    /// `--render-icon`, `--selftest` and `--open` are ignored when nothing follows them.
+    static CommandLine parse(const QStringList& arguments);
+
+    /// The text of `--help`, in Spanish.
+    static QString help();
+    static QString version();
+};
+
+} // namespace pintalux
