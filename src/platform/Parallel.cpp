@@ -16,15 +16,16 @@ int usefulThreads()
     return threads;
 }
 
-void parallelItems(int count, int threads, const std::function<void(int item)>& body)
+void parallelItems(int count, int threads, const std::function<std::function<void(int item)>()>& makeWorker)
 {
     std::atomic<int> next = 0;
     std::exception_ptr failure;
     std::mutex failureLock;
     const auto work = [&] {
         try {
+            const std::function<void(int)> worker = makeWorker();
             for (int item = next++; item < count; item = next++)
-                body(item);
+                worker(item);
         } catch (...) {
             next = count;
             const std::lock_guard guard(failureLock);
@@ -49,7 +50,7 @@ void parallelRanges(int count, int fewest, const std::function<void(int first, i
         return;
     const int ranges = std::clamp(count / std::max(1, fewest), 1, usefulThreads());
     const auto bound = [&](int range) { return static_cast<int>(std::int64_t(count) * range / ranges); };
-    parallelItems(ranges, ranges, [&](int range) { body(bound(range), bound(range + 1)); });
+    parallelItems(ranges, ranges, [&] { return [&](int range) { body(bound(range), bound(range + 1)); }; });
 }
 
 } // namespace pintalux

@@ -1,0 +1,128 @@
+#include "platform/ImageFile.h"
+
+#include "platform/CutOff.h"
+#include "platform/Error.h"
+#include "platform/HeifImage.h"
+#include "platform/PngFilter.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+
+#include <cmath>
+
+namespace pintalux {
+
+namespace {
+
+constexpr qint64 memoryLimit = qint64(1) << 30;
+constexpr double metresPerInch = 0.0254;
+
+[[noreturn]] void fail(int code, const QString& sentence) { throw Error(Error::fileDomain, code, sentence); }
+
+QByteArray readBytes(const QString& path)
+{
+    const QFileInfo info(path);
+    const QString name = info.fileName();
+    if (!info.exists())
+        fail(QFileDevice::OpenError, u"No existe el archivo «%1»."_qs.arg(name));
+    // Nothing that could make the program wait, or never ends.
+    if (!info.isFile())
+        fail(QFileDevice::OpenError, u"«%1» no es un archivo."_qs.arg(name));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
+    if (file.size() > memoryLimit)
+        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
+    return bytes;
+}
+
+/// A picture as its decoder gives it.
+struct Decoded {
+    QImage image;
+    std::optional<double> dotsPerInch;
+    bool tooLarge = false;
+};
+
+Decoded decodeWithToolkit(QByteArray bytes)
+{
+    if (isCutOff(bytes))
+        return {};
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader::setAllocationLimit(static_cast<int>(memoryLimit >> 20));
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > memoryLimit / 4)
+        return {{}, {}, true};
+    QImage image = reader.read();
+    if (image.isNull())
+        return {};
+    // Whole dots per metre blur what was a whole number of dots per inch.
+    const double exact = image.dotsPerMeterX() * metresPerInch;
+    const double dotsPerInch
+        = std::abs(exact - std::round(exact)) < metresPerInch ? std::round(exact) : exact;
+    return {std::move(image), dotsPerInch};
+}
+
+bool isOpaque(const QImage& image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* line = reinterpret_cast<const std::uint32_t*>(image.constScanLine(y));
+        if (!allOpaque({line, std::size_t(image.width())}))
+            return false;
+    }
+    return true;
+}
+
+/// The picture in sRGB and in one of the two working formats.
+QImage workingImage(QImage image)
+{
+    const bool transparent = image.hasAlphaChannel();
+    if (image.depth() <= 32) // deeper ones keep their depth until their colours are converted
+        image.convertTo(transparent ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    const QColorSpace standard(QColorSpace::SRgb);
+    if (image.colorSpace().isValid() && image.colorSpace() != standard)
+        image.convertToColorSpace(standard);
+    image.convertTo(transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    if (transparent && !image.isNull() && isOpaque(image))
+        image.convertTo(QImage::Format_RGB32);
+    image.setColorSpace(standard);
+    image.setDevicePixelRatio(1);
+    return image;
+}
+
+} // namespace
+
+double ImageFile::pixelScale() const
+{
+    if (!dotsPerInch || !(*dotsPerInch > 100))
+        return 1;
+    return std::max(1., std::round(*dotsPerInch / 72));
+}
+
+ImageFile readImageFile(const QString& path)
+{
+    const QByteArray bytes = readBytes(path);
+    Decoded decoded;
+    if (looksLikeHeif(bytes))
+        decoded.image = decodeHeif(bytes, memoryLimit, decoded.tooLarge);
+    else
+        decoded = decodeWithToolkit(bytes);
+    const QString name = QFileInfo(path).fileName();
+    if (decoded.tooLarge)
+        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
+    ImageFile file{workingImage(std::move(decoded.image)), decoded.dotsPerInch};
+    if (file.image.isNull())
+        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_qs.arg(name));
+    return file;
+}
+
+} // namespace pintalux

@@ -1,0 +1,237 @@
+#include "platform/Error.h"
+#include "platform/ImageFile.h"
+#include "platform/PngEncoder.h"
+
+#include <QColorSpace>
+#include <QDir>
+#include <QFile>
+#include <QImageWriter>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <libdeflate.h>
+#include <sys/stat.h>
+
+#include <cmath>
+
+namespace pintalux {
+namespace {
+
+/// Four colours, one to a quarter, so that turning and mirroring show.
+QImage quarters(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    const int w = size.width() / 2, h = size.height() / 2;
+    QPainter painter(&image);
+    painter.fillRect(0, 0, w, h, Qt::red);
+    painter.fillRect(w, 0, w, h, Qt::green);
+    painter.fillRect(0, h, w, h, Qt::blue);
+    painter.fillRect(w, h, w, h, Qt::white);
+    return image;
+}
+
+int distance(QColor a, QColor b)
+{
+    return std::max(
+        {std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
+}
+
+void expectQuarters(const QImage& image, QSize size, const std::string& what, int tolerance = 40)
+{
+    ASSERT_EQ(image.size(), size) << what;
+    const int w = size.width() / 4, h = size.height() / 4;
+    EXPECT_LE(distance(image.pixelColor(w, h), Qt::red), tolerance) << what;
+    EXPECT_LE(distance(image.pixelColor(3 * w, h), Qt::green), tolerance) << what;
+    EXPECT_LE(distance(image.pixelColor(w, 3 * h), Qt::blue), tolerance) << what;
+    EXPECT_LE(distance(image.pixelColor(3 * w, 3 * h), Qt::white), tolerance) << what;
+}
+
+void runTool(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    ASSERT_TRUE(process.waitForFinished()) << qPrintable(program);
+    ASSERT_EQ(process.exitCode(), 0) << qPrintable(program) << process.readAllStandardError().constData();
+}
+
+class ImageFiles : public testing::Test {
+protected:
+    QString path(const QString& name) const { return folder.filePath(name); }
+
+    void write(const QString& name, const QByteArray& bytes) const
+    {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    /// The contents of a file in the folder, or anywhere.
+    QByteArray bytes(const QString& name) const
+    {
+        QFile file(QDir(folder.path()).absoluteFilePath(name));
+        EXPECT_TRUE(file.open(QFile::ReadOnly));
+        return file.readAll();
+    }
+
+    /// The sentence of the failure, empty when the file could be read.
+    QString failure(const QString& name) const
+    {
+        try {
+            EXPECT_FALSE(readImageFile(path(name)).image.isNull());
+        } catch (const Error& error) {
+            EXPECT_TRUE(error.localizedDescription.endsWith(u'.'));
+            EXPECT_NE(error.code, 0);
+            return error.localizedDescription;
+        }
+        return {};
+    }
+
+    /// Four quarters in a file of each kind, most of them made by other programs: once, as that takes a
+    /// while.
+    static void SetUpTestSuite()
+    {
+        samples = std::make_unique<QTemporaryDir>();
+        const auto name = [](const QString& kind) { return samples->filePath(u"a."_qs + kind); };
+        ASSERT_TRUE(quarters({80, 60}).save(name(u"png"_qs)));
+        for (const QString& kind : {u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs})
+            runTool(u"convert"_qs, {name(u"png"_qs), u"-quality"_qs, u"95"_qs, name(kind)});
+        runTool(u"heif-enc"_qs, {u"-q"_qs, u"90"_qs, u"-o"_qs, name(u"heic"_qs), name(u"png"_qs)});
+    }
+    static void TearDownTestSuite() { samples.reset(); }
+
+    QByteArray sample(const QString& kind) const { return bytes(samples->filePath(u"a."_qs + kind)); }
+
+    static inline std::unique_ptr<QTemporaryDir> samples;
+    QTemporaryDir folder;
+};
+
+TEST_F(ImageFiles, ReadsEveryKindWhateverItsName)
+{
+    for (const QString& kind :
+        {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs, u"heic"_qs}) {
+        for (const QString& name : {u"a."_qs + kind, kind + u".txt"_qs}) {
+            write(name, sample(kind));
+            const ImageFile file = readImageFile(path(name));
+            expectQuarters(file.image, {80, 60}, name.toStdString());
+            EXPECT_EQ(file.image.format(), QImage::Format_RGB32) << qPrintable(name);
+            EXPECT_EQ(file.image.colorSpace(), QColorSpace(QColorSpace::SRgb)) << qPrintable(name);
+            EXPECT_EQ(file.pixelScale(), 1) << qPrintable(name);
+        }
+    }
+}
+
+TEST_F(ImageFiles, BrokenAndCutOffFilesAreErrorsAndNotHalfPictures)
+{
+    for (const QString& kind : {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"heic"_qs}) {
+        const QByteArray whole = sample(kind);
+        const QImage expected = readImageFile(samples->filePath(u"a."_qs + kind)).image;
+        for (const double part : {0.02, 0.1, 0.3, 0.5, 0.7, 0.9, 0.97}) {
+            write(u"cut"_qs, whole.left(qsizetype(double(whole.size()) * part)));
+            if (failure(u"cut"_qs).isEmpty()) {
+                EXPECT_EQ(readImageFile(path(u"cut"_qs)).image, expected) << qPrintable(kind) << ' ' << part;
+            }
+        }
+        for (qsizetype at = 3; at < whole.size(); at += whole.size() / 60 + 1) {
+            QByteArray broken = whole;
+            broken.replace(at, 3, "\xff\x00\x7f", 3);
+            write(u"broken"_qs, broken);
+            failure(u"broken"_qs); // either way, but no crash
+        }
+    }
+}
+
+TEST_F(ImageFiles, SaysWhatIsWrongWithAFile)
+{
+    const QString notAnImage = u"«x» no es una imagen que se pueda abrir."_qs;
+    for (const QByteArray& content : {QByteArray(), QByteArray("\xff"), QByteArray("\xff\xd8\xff"),
+             QByteArray("hello, world"), QByteArray(100'000, 'x'),
+             QByteArray("\0\0\0\x18"
+                        "ftypheic\0\0\0\0mif1heic",
+                 24)}) {
+        write(u"x"_qs, content);
+        EXPECT_EQ(failure(u"x"_qs), notAnImage) << content.size();
+    }
+    EXPECT_EQ(failure(u"none.png"_qs), u"No existe el archivo «none.png»."_qs);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.png"_qs));
+    EXPECT_EQ(failure(u"folder.png"_qs), u"«folder.png» no es un archivo."_qs);
+    ASSERT_EQ(mkfifo(qPrintable(path(u"pipe.png"_qs)), 0600), 0);
+    EXPECT_EQ(failure(u"pipe.png"_qs), u"«pipe.png» no es un archivo."_qs);
+}
+
+TEST_F(ImageFiles, RefusesWhatWouldNotFitBeforeTakingTheMemory)
+{
+    // Headers that promise 30000 x 30000 pixels, without the pixels.
+    const QByteArray huge("\0\0\x75\x30\0\0\x75\x30", 8);
+    QByteArray png = sample(u"png"_qs);
+    png.replace(16, 8, huge);
+    const quint32 checksum = qToBigEndian(libdeflate_crc32(0, png.constData() + 12, 17));
+    png.replace(29, 4, QByteArray(reinterpret_cast<const char*>(&checksum), 4));
+    QByteArray heic = sample(u"heic"_qs);
+    for (qsizetype at = heic.indexOf("ispe"); at >= 0; at = heic.indexOf("ispe", at + 1))
+        heic.replace(at + 8, 8, huge);
+    write(u"x"_qs, png);
+    EXPECT_EQ(failure(u"x"_qs), u"La imagen «x» es demasiado grande."_qs);
+    write(u"x"_qs, heic);
+    EXPECT_EQ(failure(u"x"_qs), u"La imagen «x» es demasiado grande."_qs);
+}
+
+TEST_F(ImageFiles, TurnsPhotographsTheWayTheyWereTaken)
+{
+    // As the camera stores it, and which turn the file asks for to see it upright.
+    for (const auto& [orientation, turn] : {std::pair{3, QTransform().rotate(180)},
+             {6, QTransform().rotate(-90)}, {8, QTransform().rotate(90)}, {2, QTransform().scale(-1, 1)}}) {
+        ASSERT_TRUE(quarters({80, 60}).transformed(turn).save(path(u"stored.jpg"_qs), "jpg", 95));
+        QByteArray photo = bytes(u"stored.jpg"_qs);
+        // A block of metadata with one entry: 0x0112, a short number.
+        constexpr char start[] = "\xff\xe1\0\0Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1";
+        QByteArray exif(start, sizeof start - 1);
+        exif.append('\0').append(char(orientation)).append(QByteArray(6, '\0'));
+        exif[3] = char(exif.size() - 2);
+        write(u"turned.jpg"_qs, photo.insert(2, exif));
+        expectQuarters(readImageFile(path(u"turned.jpg"_qs)).image, {80, 60}, std::to_string(orientation));
+    }
+}
+
+TEST_F(ImageFiles, ConvertsColoursToTheStandardSpace)
+{
+    QImage image(20, 20, QImage::Format_RGB32);
+    image.fill(QColor(200, 80, 60));
+    image.setColorSpace(QColorSpace::DisplayP3);
+    ASSERT_TRUE(image.save(path(u"wide.png"_qs)));
+    const QColor expected = image.convertedToColorSpace(QColorSpace::SRgb).pixelColor(3, 3);
+    const QImage read = readImageFile(path(u"wide.png"_qs)).image;
+    EXPECT_GT(distance(expected, QColor(200, 80, 60)), 8);
+    EXPECT_LE(distance(read.pixelColor(3, 3), expected), 1);
+    EXPECT_EQ(read.colorSpace(), QColorSpace(QColorSpace::SRgb));
+}
+
+TEST_F(ImageFiles, KeepsTransparencyAndDropsAnEmptyOne)
+{
+    QImage image(20, 20, QImage::Format_ARGB32);
+    image.fill(QColor(200, 80, 60));
+    ASSERT_TRUE(image.save(path(u"a.png"_qs)));
+    EXPECT_EQ(readImageFile(path(u"a.png"_qs)).image.format(), QImage::Format_RGB32);
+    image.setPixelColor(4, 4, QColor(200, 80, 60, 100));
+    ASSERT_TRUE(image.save(path(u"a.png"_qs)));
+    const QImage read = readImageFile(path(u"a.png"_qs)).image;
+    EXPECT_EQ(read.format(), QImage::Format_ARGB32_Premultiplied);
+    EXPECT_EQ(qAlpha(read.pixel(4, 4)), 100);
+}
+
+TEST_F(ImageFiles, OpensAtTheScaleThatItsResolutionSays)
+{
+    for (const auto& [dotsPerInch, scale] : {std::pair{72., 1.}, {96., 1.}, {100., 1.}, {101., 1.},
+             {107., 1.}, {108., 2.}, {144., 2.}, {180., 3.}, {216., 3.}, {252., 4.}, {300., 4.}, {36., 1.}}) {
+        EXPECT_EQ((ImageFile{{}, dotsPerInch}.pixelScale()), scale) << dotsPerInch;
+        write(u"a.png"_qs, PngEncoder::encode(quarters({8, 8}), dotsPerInch / 72).value());
+        const ImageFile file = readImageFile(path(u"a.png"_qs));
+        EXPECT_EQ(file.dotsPerInch, dotsPerInch);
+        EXPECT_EQ(file.pixelScale(), scale) << dotsPerInch;
+    }
+    EXPECT_EQ((ImageFile{{}, std::nullopt}.pixelScale()), 1);
+    EXPECT_EQ((ImageFile{{}, std::nan("")}.pixelScale()), 1);
+}
+
+} // namespace
+} // namespace pintalux

@@ -1,0 +1,233 @@
+#include "platform/DeflateSegment.h"
+#include "platform/PngEncoder.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageWriter>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtEndian>
+
+#include <libdeflate.h>
+
+#include <cmath>
+#include <vector>
+
+namespace pintalux {
+namespace {
+
+QImage noise(QSize size, QImage::Format format)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    QRandomGenerator random(5);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, random.generate());
+    return image.convertToFormat(format);
+}
+
+/// Half like a screen, flat with some writing, half like a photograph.
+QImage mixed(QSize size, QImage::Format format)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(QColor(240, 240, 245, 200));
+    QPainter painter(&image);
+    for (int y = 0; y < size.height() / 2; y += 20)
+        painter.drawText(3, y, u"Lorem ipsum dolor sit amet"_qs);
+    painter.end();
+    QRandomGenerator random(3);
+    for (int y = size.height() / 2; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const int light = 128 + int(90 * std::sin(x / 31.) * std::cos(y / 17.)) + random.bounded(5);
+            image.setPixel(x, y, qRgb(light, light / 2 + random.bounded(3), 255 - light));
+        }
+    return image.convertToFormat(format);
+}
+
+struct Chunk {
+    QByteArray type;
+    QByteArray data;
+};
+
+/// The chunks of a file whose checksums and lengths are right; fails the test otherwise.
+QList<Chunk> chunks(const QByteArray& file)
+{
+    QList<Chunk> list;
+    EXPECT_TRUE(file.startsWith("\x89PNG\r\n\x1a\n"));
+    qsizetype at = 8;
+    while (at + 12 <= file.size()) {
+        const auto length = qFromBigEndian<quint32>(file.constData() + at);
+        list.append({file.mid(at + 4, 4), file.mid(at + 8, length)});
+        EXPECT_EQ(qFromBigEndian<quint32>(file.constData() + at + 8 + length),
+            libdeflate_crc32(0, file.constData() + at + 4, length + 4))
+            << list.last().type.constData();
+        at += length + 12;
+    }
+    EXPECT_EQ(at, file.size());
+    return list;
+}
+
+QByteArray dataOf(const QList<Chunk>& list, const char* type)
+{
+    QByteArray data;
+    for (const Chunk& chunk : list)
+        if (chunk.type == type)
+            data += chunk.data;
+    return data;
+}
+
+/// What every reader must find: the pixels without premultiplication.
+QImage expectedPixels(const QImage& image) { return image.convertToFormat(QImage::Format_RGBA8888); }
+
+void expectSamePixels(const QByteArray& file, const QImage& original, const std::string& what)
+{
+    QImage read = QImage::fromData(file, "png").convertToFormat(QImage::Format_RGBA8888);
+    ASSERT_EQ(read.size(), original.size()) << what;
+    QImage expected = expectedPixels(original);
+    for (int y = 0; y < read.height(); ++y)
+        ASSERT_EQ(
+            std::memcmp(read.constScanLine(y), expected.constScanLine(y), std::size_t(read.width()) * 4), 0)
+            << what << " row " << y;
+}
+
+TEST(PngEncoder, GivesBackEveryPixelInEveryFormatAndSize)
+{
+    for (const auto format :
+        {QImage::Format_RGB32, QImage::Format_ARGB32_Premultiplied, QImage::Format_ARGB32,
+            QImage::Format_RGB888, QImage::Format_Grayscale8, QImage::Format_RGBA8888, QImage::Format_Mono})
+        for (const QSize size :
+            {QSize(1, 1), QSize(1, 97), QSize(83, 1), QSize(17, 16), QSize(255, 33), QSize(641, 480)})
+            for (const bool noisy : {true, false}) {
+                const QImage image = noisy ? noise(size, format) : mixed(size, format);
+                const auto file = PngEncoder::encode(image, 1);
+                ASSERT_TRUE(file);
+                expectSamePixels(*file, image,
+                    QString::asprintf("format %d, %d x %d", format, size.width(), size.height())
+                        .toStdString());
+            }
+}
+
+TEST(PngEncoder, JoinsTheSegmentsOfAHugePicture)
+{
+    for (const QImage& image :
+        {mixed({2500, 1700}, QImage::Format_RGB32), noise({1300, 1500}, QImage::Format_RGB32),
+            mixed({1500, 1700}, QImage::Format_ARGB32_Premultiplied)}) {
+        const auto file = PngEncoder::encode(image, 1);
+        ASSERT_TRUE(file);
+        EXPECT_GT(chunks(*file).size(), 5) << "one segment would not show anything";
+        expectSamePixels(*file, image, "huge");
+    }
+}
+
+TEST(PngEncoder, SaysHowLargeAndInWhichColoursThePictureIs)
+{
+    for (const auto& [scale, dotsPerMetre] : {std::pair{1., 2835U}, {2., 5669U}, {1.5, 4252U}, {0.5, 1417U},
+             {std::nan(""), 2835U}, {-1., 2835U}}) {
+        const auto list = chunks(PngEncoder::encode(noise({20, 10}, QImage::Format_RGB32), scale).value());
+        ASSERT_EQ(list.size(), 5);
+        EXPECT_EQ(list[0].type, "IHDR");
+        EXPECT_EQ(list[1].type, "sRGB");
+        EXPECT_EQ(list[2].type, "pHYs");
+        EXPECT_EQ(list[4].type, "IEND");
+        const QByteArray size = dataOf(list, "pHYs");
+        ASSERT_EQ(size.size(), 9);
+        EXPECT_EQ(qFromBigEndian<quint32>(size.constData()), dotsPerMetre);
+        EXPECT_EQ(qFromBigEndian<quint32>(size.constData() + 4), dotsPerMetre);
+        EXPECT_EQ(size[8], 1);
+        EXPECT_EQ(dataOf(list, "sRGB").size(), 1);
+    }
+}
+
+TEST(PngEncoder, LeavesOutTransparencyWhenThereIsNone)
+{
+    constexpr qsizetype colourType = 9;
+    QImage image = noise({30, 30}, QImage::Format_RGB32).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    EXPECT_EQ(dataOf(chunks(PngEncoder::encode(image, 1).value()), "IHDR")[colourType], 2);
+    image.setPixel(29, 29, 0xfe000000);
+    EXPECT_EQ(dataOf(chunks(PngEncoder::encode(image, 1).value()), "IHDR")[colourType], 6);
+    EXPECT_FALSE(PngEncoder::encode({}, 1));
+}
+
+TEST(PngEncoder, ConvertsColoursThatAreNotStandard)
+{
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(QColor(200, 80, 60));
+    image.setColorSpace(QColorSpace::DisplayP3);
+    const QImage read = QImage::fromData(PngEncoder::encode(image, 1).value());
+    const QColor expected = image.convertedToColorSpace(QColorSpace::SRgb).pixelColor(0, 0);
+    EXPECT_NE(expected.red(), 200);
+    EXPECT_EQ(read.pixelColor(0, 0), expected);
+}
+
+TEST(PngEncoder, AnIndependentReaderFindsTheSameFile)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(u"a.png"_qs);
+    const QImage image = mixed({1200, 900}, QImage::Format_ARGB32_Premultiplied);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write(PngEncoder::encode(image, 2).value());
+    file.close();
+    QProcess identify;
+    identify.start(u"identify"_qs,
+        {u"-units"_qs, u"PixelsPerInch"_qs, u"-format"_qs, u"%w %h %x %[colorspace] %m"_qs, path});
+    ASSERT_TRUE(identify.waitForFinished());
+    const QList<QByteArray> found = identify.readAllStandardOutput().split(' ');
+    ASSERT_EQ(found.size(), 5) << identify.readAllStandardError().constData();
+    EXPECT_EQ(found[0], "1200");
+    EXPECT_EQ(found[1], "900");
+    EXPECT_NEAR(found[2].toDouble(), 144, 0.1);
+    EXPECT_EQ(found[3], "sRGB");
+    EXPECT_EQ(found[4], "PNG");
+
+    QProcess convert;
+    convert.start(u"convert"_qs, {path, u"-depth"_qs, u"8"_qs, u"rgba:-"_qs});
+    ASSERT_TRUE(convert.waitForFinished());
+    const QImage expected = expectedPixels(image);
+    EXPECT_EQ(convert.readAllStandardOutput(),
+        QByteArray(reinterpret_cast<const char*>(expected.constBits()), expected.sizeInBytes()));
+}
+
+/// Data of every kind that makes the compressor choose other blocks.
+std::vector<std::uint8_t> sample(int kind, std::size_t length)
+{
+    std::vector<std::uint8_t> data(length);
+    QRandomGenerator random(quint32(kind + 1));
+    for (std::size_t i = 0; i < length; ++i) {
+        const std::array<quint32, 5> values{0, random.generate(), random.bounded(4U),
+            i < length / 2 ? random.generate() : quint32(i / 700),
+            quint32(std::pow(random.generateDouble(), 9) * 256)};
+        data[i] = static_cast<std::uint8_t>(values[std::size_t(kind)]);
+    }
+    return data;
+}
+
+TEST(SegmentCompressor, SegmentsPutTogetherUnpackToTheirData)
+{
+    for (const int level : {1, 5})
+        for (int kind = 0; kind < 5; ++kind)
+            for (const std::size_t length :
+                {std::size_t(0), std::size_t(1), std::size_t(7), std::size_t(70), std::size_t(310'000)}) {
+                SegmentCompressor compressor(level);
+                std::vector<std::uint8_t> stream, expected;
+                for (int part = 0; part < 9; ++part) { // bit positions of all kinds at the seams
+                    const auto data = sample((kind + part / 3) % 5, length + std::size_t(part) * 3);
+                    const auto segment = compressor.compress(data);
+                    stream.insert(stream.end(), segment.begin(), segment.end());
+                    expected.insert(expected.end(), data.begin(), data.end());
+                }
+                stream.insert(stream.end(), std::begin(streamEnd), std::end(streamEnd));
+                std::vector<std::uint8_t> unpacked(expected.size());
+                const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)>
+                    decompressor(libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
+                ASSERT_EQ(libdeflate_deflate_decompress(decompressor.get(), stream.data(), stream.size(),
+                              unpacked.data(), unpacked.size(), nullptr),
+                    LIBDEFLATE_SUCCESS)
+                    << "level " << level << " kind " << kind << " length " << length;
+                EXPECT_EQ(unpacked, expected);
+            }
+}
+
+} // namespace
+} // namespace pintalux
