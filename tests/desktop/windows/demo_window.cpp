@@ -118,7 +118,12 @@ volatile sig_atomic_t asked = 0;
 
 int main(int argc, char** argv)
 {
-    QApplication application(argc, argv);
+    // Read before the toolkit takes the options that it knows by the same names.
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    int programNameOnly = 1;
+    QApplication application(programNameOnly, argv);
     QApplication::setApplicationName(QStringLiteral("Demostración"));
     QCommandLineParser options;
     const QString title = QStringLiteral("title");
@@ -131,7 +136,7 @@ int main(int argc, char** argv)
     options.addOption({text, text, text, defaultText});
     const QString above = QStringLiteral("above");
     options.addOption({above, QStringLiteral("stay above other windows")});
-    options.process(application);
+    options.process(arguments);
 
     static const QRegularExpression form(QStringLiteral("^(\\d+)x(\\d+)\\+(-?\\d+)\\+(-?\\d+)$"));
     const auto numbers = form.match(options.value(geometry));
