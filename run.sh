@@ -8,7 +8,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 "$here/tools/setup.sh" build run >&2
 {
   cmake -S "$here" --preset release -DPINTALUX_TESTS=OFF -DPINTALUX_BENCH=OFF
-  cmake --build "$here/build/release" --target pintalux
+  cmake --build "$here/build/release" --target pintalux pintalux_demo_window
 } >"$here/build-release.log" 2>&1 || { cat "$here/build-release.log" >&2; exit 1; }
 rm -f "$here/build-release.log"
 

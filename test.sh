@@ -22,7 +22,7 @@ tools/check-layers.sh
 
 cmake --preset "$preset" >/dev/null
 cmake --build --preset "$preset"
-[ "$tidy" = no ] || tools/check-tidy.sh "build/$preset"
+[ "$tidy" = no ] || tools/check-tidy.sh
 
 export QT_LOGGING_RULES="${QT_LOGGING_RULES:-}"
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=0}"

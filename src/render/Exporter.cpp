@@ -3,15 +3,14 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/GraphicsContext.h"
+#include "platform/PngEncoder.h"
 #include "render/Renderer.h"
 #include "settings/Settings.h"
 
-#include <QBuffer>
 #include <QColorSpace>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QLocale>
 #include <QStringView>
 #include <QTextBoundaryFinder>
@@ -32,18 +31,6 @@ const QString ending = QStringLiteral(".png");
 constexpr int longestTitle = 60;     ///< characters as a person counts them
 constexpr int longestFileName = 255; ///< bytes of UTF-8, the limit of nearly every file system
 constexpr int longestNumber = 12;    ///< bytes kept for " (n)"
-constexpr double pointsPerMeter = 72 / 0.0254;
-
-/// The bytes of a PNG file; empty when the picture cannot be encoded.
-QByteArray encode(QImage image, double pixelScale)
-{
-    const auto dotsPerMeter = int(std::lround(std::clamp(pixelScale, 0.01, 1000.0) * pointsPerMeter));
-    image.setDotsPerMeterX(dotsPerMeter);
-    image.setDotsPerMeterY(dotsPerMeter);
-    QBuffer buffer;
-    QImageWriter writer(&buffer, "png");
-    return writer.write(image) ? buffer.data() : QByteArray();
-}
 
 /// Slashes, colons, and what no file name can hold: null characters and halves of a surrogate pair.
 QString withoutForbidden(QString text)
@@ -164,8 +151,7 @@ QImage render(const Document& document, const BeautifySettings& beautify, Effect
 
 std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
 {
-    auto png = image.isNull() ? QByteArray() : encode(image, pixelScale);
-    return png.isEmpty() ? std::nullopt : std::optional(std::move(png));
+    return PngEncoder::encode(image, pixelScale);
 }
 
 QString defaultFileName(const std::optional<QString>& name, const QDateTime& now)

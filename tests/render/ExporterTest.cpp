@@ -4,6 +4,7 @@
 #include "platform/Error.h"
 #include "settings/Settings.h"
 
+#include <QColorSpace>
 #include <QDir>
 #include <QImageReader>
 #include <QTextBoundaryFinder>
@@ -26,6 +27,7 @@ QImage picture()
     QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
     image.fill(QColor(10, 200, 30, 128));
     image.setPixelColor(3, 4, Qt::red);
+    image.setColorSpace(QColorSpace::SRgb);
     return image;
 }
 

@@ -1,5 +1,6 @@
-#include "platform/Error.h"
 #include "platform/ImageFile.h"
+
+#include "platform/Error.h"
 #include "platform/PngEncoder.h"
 
 #include <QColorSpace>

@@ -1,5 +1,6 @@
-#include "platform/DeflateSegment.h"
 #include "platform/PngEncoder.h"
+
+#include "platform/DeflateSegment.h"
 
 #include <QBuffer>
 #include <QColorSpace>

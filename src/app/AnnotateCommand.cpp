@@ -1,0 +1,71 @@
+#include "app/AnnotateCommand.h"
+
+#include "model/MarksFile.h"
+#include "platform/Error.h"
+#include "platform/ImageFile.h"
+#include "render/Exporter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace pintalux::AnnotateCommand {
+
+namespace {
+
+QByteArray readMarksText(const QString& path)
+{
+    constexpr qint64 mostBytes = 64 << 20;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Error(Error::fileDomain, file.error(), u"«%1»: %2"_qs.arg(path, file.errorString()));
+    const auto bytes = file.read(mostBytes + 1);
+    if (bytes.size() > mostBytes)
+        throw Error(
+            Error::fileDomain, 0, u"«%1» es demasiado grande para ser un archivo de marcas."_qs.arg(path));
+    return bytes;
+}
+
+MarksFile readMarks(const QString& path)
+{
+    const auto folder = QFileInfo(path).absoluteDir();
+    const auto load
+        = [&folder](const QString& name) { return readImageFile(folder.absoluteFilePath(name)).image; };
+    const auto json = readMarksText(path);
+    try {
+        return MarksFile::parse(json, load);
+    } catch (const Error& error) {
+        throw Error(error.domain, error.code, u"«%1»: %2"_qs.arg(path, error.localizedDescription));
+    }
+}
+
+void annotate(const CommandLine& commandLine)
+{
+    const auto picture = readImageFile(commandLine.picture);
+    const auto marks = readMarks(commandLine.marksFile);
+    const Document document{
+        picture.image, marks.annotations, marks.pixelScale.value_or(picture.pixelScale())};
+    EffectCache cache;
+    const auto image = Exporter::render(document, marks.beautify, cache);
+    if (image.isNull())
+        throw Error(Error::ownDomain, 3, u"No se pudo crear la imagen: es demasiado grande."_qs);
+    Exporter::write(image, document.pixelScale, commandLine.outputFile);
+}
+
+} // namespace
+
+int run(const CommandLine& commandLine)
+{
+    try {
+        annotate(commandLine);
+        return EXIT_SUCCESS;
+    } catch (const Error& error) {
+        std::fprintf(stderr, "pintalux: %s\n", error.localizedDescription.toUtf8().constData());
+        return EXIT_FAILURE;
+    }
+}
+
+} // namespace pintalux::AnnotateCommand

@@ -1,0 +1,62 @@
+#include "app/CommandLine.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+using Mode = CommandLine::Mode;
+
+namespace {
+
+CommandLine parsed(const char* arguments)
+{
+    return CommandLine::parse(QString::fromUtf8(arguments).split(u' ', Qt::SkipEmptyParts));
+}
+
+} // namespace
+
+TEST(CommandLine, DecidesWhatTheProgramIsFor)
+{
+    struct Row {
+        const char* arguments;
+        Mode mode;
+    };
+    for (const auto& row : {
+             Row{"", Mode::normal},
+             Row{"--open a.png --open b.png", Mode::normal},
+             Row{"--open", Mode::normal},
+             Row{"--selftest", Mode::normal},
+             Row{"--selftest /tmp/out --open x.png", Mode::selfTest},
+             Row{"--open x.png --selftest /tmp/out", Mode::selfTest},
+             Row{"--selftest out --render-icon icons", Mode::renderIcon},
+             Row{"--nonsense --render-icon icons", Mode::renderIcon},
+             Row{"--selftest out --render-icon", Mode::selfTest},
+             Row{"--help --version", Mode::help},
+             Row{"--version", Mode::version},
+             Row{"--nonsense", Mode::misuse},
+             Row{"foto.png", Mode::misuse},
+             Row{"--annotate a.png --marks m.json --output o.png", Mode::annotate},
+             Row{"--output o.png --annotate a.png --marks m.json", Mode::annotate},
+             Row{"--annotate a.png --marks m.json", Mode::misuse},
+             Row{"--annotate a.png --marks m.json --output", Mode::misuse},
+         })
+        EXPECT_EQ(parsed(row.arguments).mode, row.mode) << row.arguments;
+}
+
+TEST(CommandLine, TheFirstOccurrenceCounts)
+{
+    EXPECT_EQ(parsed("--open a.png --open b.png").openFile, u"a.png");
+    const auto annotate = parsed("--annotate a.png --marks m.json --output o.png --marks n.json");
+    EXPECT_EQ(annotate.marksFile, u"m.json");
+    EXPECT_EQ(annotate.picture, u"a.png");
+    EXPECT_EQ(annotate.outputFile, u"o.png");
+    EXPECT_EQ(parsed("--selftest --overlay").directory, u"--overlay") << "the argument after it is its value";
+    const auto selfTest = parsed("--keep-open --selftest out");
+    EXPECT_TRUE(selfTest.keepOpen);
+    EXPECT_FALSE(selfTest.overlay);
+}
+
+TEST(CommandLine, ProblemsNameTheArgument)
+{
+    EXPECT_EQ(parsed("--nonsense").problem, u"Opción desconocida: --nonsense");
+    EXPECT_EQ(parsed("--annotate a.png --output o.png").problem, u"Falta el valor de --marks.");
+}
