@@ -59,6 +59,7 @@ PINTALUX_VECTORIZED
 void roundToBytes(const float* values, std::uint8_t* __restrict bytes, int length)
 {
     for (int i = 0; i < length; ++i)
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings): no value is negative, and rounding so is quick
         bytes[i] = static_cast<std::uint8_t>(static_cast<int>(values[i] + 0.5F));
 }
 
@@ -85,7 +86,7 @@ struct Kernel {
     std::vector<float> weights;
 };
 
-Kernel makeKernel(int first, std::vector<double> weights)
+Kernel makeKernel(int first, const std::vector<double>& weights)
 {
     double total = 0;
     for (const double weight : weights)
@@ -103,7 +104,7 @@ Kernel gaussianKernel(double sigma)
     std::vector<double> weights;
     for (int offset = -reach; offset <= reach; ++offset)
         weights.push_back(std::exp(-0.5 * offset * offset / (sigma * sigma)));
-    return makeKernel(-reach, std::move(weights));
+    return makeKernel(-reach, weights);
 }
 
 /// How reduced sample k sees the pixels around pixel k · factor.
@@ -114,7 +115,7 @@ Kernel tentKernel(int factor)
     std::vector<double> weights;
     for (int offset = first; offset < centre + factor; ++offset)
         weights.push_back(1 - std::abs(offset - centre) / factor);
-    return makeKernel(first, std::move(weights));
+    return makeKernel(first, weights);
 }
 
 double variance(const Kernel& kernel, double centre)

@@ -4,7 +4,8 @@
 
 #include <libheif/heif.h>
 
-#include <cstring>
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 
 namespace pintalux {
@@ -27,7 +28,7 @@ QColorSpace colourSpace(const heif_image_handle* handle)
     if (const std::size_t size = heif_image_handle_get_raw_color_profile_size(handle); size > 0) {
         QByteArray profile(static_cast<qsizetype>(size), '\0');
         if (succeeded(heif_image_handle_get_raw_color_profile(handle, profile.data())))
-            if (const QColorSpace space = QColorSpace::fromIccProfile(profile); space.isValid())
+            if (QColorSpace space = QColorSpace::fromIccProfile(profile); space.isValid())
                 return space;
     }
     heif_color_profile_nclx* numbers = nullptr;
@@ -49,9 +50,8 @@ bool looksLikeHeif(const QByteArray& bytes)
         != heif_filetype_no;
 }
 
-QImage decodeHeif(const QByteArray& bytes, qint64 limit, bool& tooLarge)
+HeifImage decodeHeif(const QByteArray& bytes, qint64 limit)
 {
-    tooLarge = false;
     const Owned<heif_context> context(heif_context_alloc());
     heif_image_handle* found = nullptr;
     if (!context
@@ -61,9 +61,8 @@ QImage decodeHeif(const QByteArray& bytes, qint64 limit, bool& tooLarge)
         return {};
     const Owned<heif_image_handle> handle(found);
     const qint64 pixels = qint64(heif_image_handle_get_width(found)) * heif_image_handle_get_height(found);
-    tooLarge = pixels > limit / 4;
-    if (pixels <= 0 || tooLarge)
-        return {};
+    if (pixels > limit / 4)
+        return {{}, true};
 
     heif_image* decoded = nullptr;
     const heif_error error
@@ -83,7 +82,7 @@ QImage decodeHeif(const QByteArray& bytes, qint64 limit, bool& tooLarge)
                                                      : QImage::Format_RGBX8888;
     QImage image = QImage(plane, width, height, stride, format).copy();
     image.setColorSpace(colourSpace(found));
-    return image;
+    return {image};
 }
 
 } // namespace pintalux

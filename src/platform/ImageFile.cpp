@@ -36,7 +36,7 @@ QByteArray readBytes(const QString& path)
         fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
     if (file.size() > memoryLimit)
         fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
     return bytes;
@@ -112,10 +112,12 @@ ImageFile readImageFile(const QString& path)
 {
     const QByteArray bytes = readBytes(path);
     Decoded decoded;
-    if (looksLikeHeif(bytes))
-        decoded.image = decodeHeif(bytes, memoryLimit, decoded.tooLarge);
-    else
+    if (looksLikeHeif(bytes)) {
+        HeifImage heif = decodeHeif(bytes, memoryLimit);
+        decoded = {std::move(heif.image), std::nullopt, heif.tooLarge};
+    } else {
         decoded = decodeWithToolkit(bytes);
+    }
     const QString name = QFileInfo(path).fileName();
     if (decoded.tooLarge)
         fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));

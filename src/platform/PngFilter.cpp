@@ -77,7 +77,7 @@ std::uint32_t bitsInCommon(const std::uint32_t* pixels, int length)
 PINTALUX_VECTORIZED
 void packRgbPixels(const std::uint32_t* pixels, std::uint8_t* __restrict target, int length)
 {
-    for (int i = 0; i < length; ++i) {
+    for (std::ptrdiff_t i = 0; i < length; ++i) {
         target[3 * i] = static_cast<std::uint8_t>(pixels[i] >> 16);
         target[3 * i + 1] = static_cast<std::uint8_t>(pixels[i] >> 8);
         target[3 * i + 2] = static_cast<std::uint8_t>(pixels[i]);
