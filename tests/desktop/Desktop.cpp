@@ -10,14 +10,20 @@ DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QStr
     , process(on.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
           QStringList{u"--title"_qs, title, u"--geometry"_qs, geometry, u"--color"_qs, color} + more))
 {
+    // Shown in front of all others, framed and painted, once its coloured header is on the screen.
     X11ScreenSource source(session.display());
     waitUntil([&] {
-        for (const auto& window : source.shareableContent({}).windows)
-            if (window.processId == process.processId() && window.onScreen)
-                windowId = QString::number(window.id);
-        return !windowId.isEmpty();
+        for (const auto& window : source.shareableContent({}).windows) {
+            if (window.processId != process.processId() || !window.onScreen)
+                continue;
+            windowId = QString::number(window.id);
+            ScreenInfo headerPixel;
+            headerPixel.nativeRect = {window.frame.topLeft().toPoint() + QPoint(10, 45), QSize(1, 1)};
+            return source.screenshot(headerPixel).image.pixelColor(0, 0) == QColor(color);
+        }
+        return false;
     });
-    waitUntil([] { return false; }, 200); // the manager's frame and the first painting
+    waitUntil([] { return false; }, 100); // whatever the manager still draws
 }
 
 DemoWindow::~DemoWindow() { end(); }

@@ -65,7 +65,8 @@ void ignoreBrokenPipe()
 QList<quint32> Property::cards() const
 {
     QList<quint32> items(bytes.size() / qsizetype(sizeof(quint32)));
-    std::memcpy(items.data(), bytes.constData(), std::size_t(items.size()) * sizeof(quint32));
+    if (!items.isEmpty())
+        std::memcpy(items.data(), bytes.constData(), std::size_t(items.size()) * sizeof(quint32));
     return items;
 }
 
