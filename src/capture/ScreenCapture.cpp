@@ -1,5 +1,6 @@
 #include "capture/ScreenCapture.h"
 
+#include "model/Geometry.h"
 #include "platform/Worker.h"
 
 #include <QThread>
@@ -27,7 +28,7 @@ std::shared_ptr<ScreenSource>& currentSource()
     return source;
 }
 
-std::shared_ptr<ScreenSource> source()
+std::shared_ptr<ScreenSource> currentOrDefaultSource()
 {
     auto& current = currentSource();
     if (!current)
@@ -74,20 +75,13 @@ FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
     return frozen;
 }
 
-// The right and bottom edges belong to the neighbours.
-bool contains(const QRectF& frame, QPointF point)
-{
-    return point.x() >= frame.left() && point.x() < frame.right() && point.y() >= frame.top()
-        && point.y() < frame.bottom();
-}
-
 CaptureResult captureDisplay(ScreenSource& source, const QList<ToolkitScreen>& toolkit, QPointF pointer)
 {
     const auto content = source.shareableContent(toolkit);
     if (content.screens.isEmpty())
         throw toError(CaptureError::noDisplay);
     const auto underPointer = std::ranges::find_if(content.screens,
-        [&](const ScreenInfo& screen) { return screen.attached && contains(screen.frame, pointer); });
+        [&](const ScreenInfo& screen) { return screen.attached && containsPoint(screen.frame, pointer); });
     const auto& chosen = underPointer == content.screens.end() ? content.screens.first() : *underPointer;
     const auto hidden = source.hideOwnWindows();
     auto shot = screenshot(source, chosen);
@@ -122,13 +116,15 @@ std::optional<CaptureError> asCaptureError(const Error& error)
 
 void ScreenCapture::setSource(std::shared_ptr<ScreenSource> source) { currentSource() = std::move(source); }
 
+std::shared_ptr<ScreenSource> ScreenCapture::source() { return currentOrDefaultSource(); }
+
 bool ScreenCapture::hasPermission() { return source()->hasPermission(); }
 
 bool ScreenCapture::ensurePermission()
 {
     if (hasPermission())
         return true;
-    source()->requestPermission();
+    requestPermissionInteractive();
     return false;
 }
 

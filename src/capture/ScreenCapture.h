@@ -53,6 +53,12 @@ public:
 
     /// Never asks.
     static bool hasPermission();
+    /// Asks the desktop for the permission, and where it has no such question says in a dialog what the person can
+    /// do. Main thread.
+    static void requestPermissionInteractive();
+    /// Tells the person about a failed capture: the permission dialog where that is what is missing, else an
+    /// on-screen message. Main thread.
+    static void report(const Error& error);
     /// Asks the desktop when the permission is missing; what it was before asking, so false whenever it
     /// had to be asked for.
     static bool ensurePermission();
@@ -71,6 +77,9 @@ public:
 
     /// Replaces where the pictures come from; null goes back to the desktop. For tests.
     static void setSource(std::shared_ptr<ScreenSource> source);
+
+private:
+    static std::shared_ptr<ScreenSource> source();
 };
 
 } // namespace pintalux

@@ -8,6 +8,7 @@
 #include <QRect>
 #include <QRectF>
 #include <QString>
+#include <QUrl>
 
 #include <memory>
 
@@ -56,6 +57,15 @@ struct Screenshot {
     double pixelScale = 1; ///< image pixels per point
 };
 
+/// What to tell a person who has not allowed the program to take pictures of the screen.
+struct PermissionHelp {
+    QString message;
+    QString details;
+    QString settingsButton; ///< empty: there is nothing to open
+    QUrl settings;          ///< what that button opens
+    QString dismissButton;
+};
+
 /// Where pictures of the screen come from: one back end per display system, one in memory for tests.
 ///
 /// The operations that may wait are meant for a worker thread, one at a time; each of them ends, with a
@@ -81,6 +91,8 @@ public:
     virtual bool hasPermission() const = 0;
     /// Asks the desktop for the permission where it has such a thing; true when it is granted. Main thread.
     virtual bool requestPermission() = 0;
+    /// What to do where the permission is missing.
+    virtual PermissionHelp permissionHelp() const { return {}; }
     /// In points. Main thread, at once.
     virtual QPointF pointerLocation() const = 0;
     /// The process whose windows are the program's own.

@@ -8,11 +8,19 @@ namespace pintalux {
 
 namespace {
 
-// Stands where no back end does: everything that is asked of it says why it cannot be done.
+// Stands where no back end does: nothing is permitted, and everything that is asked of it says why.
 class NoScreenSource : public ScreenSource {
 public:
-    bool hasPermission() const override { return true; }
-    bool requestPermission() override { return true; }
+    bool hasPermission() const override { return false; }
+    bool requestPermission() override { return false; }
+    PermissionHelp permissionHelp() const override
+    {
+        return {u"Esta sesión no deja capturar la pantalla"_qs,
+            u"Pintalux captura en sesiones X11, y las sesiones Wayland aún no son compatibles.\n\n"
+            "Cierra la sesión y elige «Xorg» o «X11» al volver a entrar. Abrir imágenes, los ajustes y los menús "
+            "funcionan también aquí."_qs,
+            {}, {}, u"Entendido"_qs};
+    }
     QPointF pointerLocation() const override { return {}; }
     qint64 ownProcessId() const override { return QCoreApplication::applicationPid(); }
 
@@ -40,7 +48,9 @@ QList<ToolkitScreen> toolkitScreens()
 
 std::unique_ptr<ScreenSource> makeScreenSource()
 {
-    if (QGuiApplication::platformName() == u"xcb")
+    // Through XWayland the toolkit finds an X server whose root window shows nothing of the desktop.
+    const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (QGuiApplication::platformName() == u"xcb" && !isWayland)
         return std::make_unique<X11ScreenSource>();
     return std::make_unique<NoScreenSource>();
 }

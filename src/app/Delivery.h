@@ -1,0 +1,51 @@
+#pragma once
+
+#include "capture/CaptureResult.h"
+
+#include <QColor>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace pintalux {
+
+class Settings;
+
+/// Takes a finished capture to where the person's settings want it.
+///
+/// Main thread only. What belongs to others (windows, focus, sound, text recognition) is reached through `Routes`.
+class Delivery {
+public:
+    struct Routes {
+        /// Gives the focus back to the window that had it before the capture.
+        std::function<void()> reactivatePrevious;
+        /// Forgets that window: a window of the program's own takes the focus.
+        std::function<void()> forgetPrevious;
+        std::function<void()> playSound;
+        std::function<void(const CaptureResult&)> openEditor;
+        std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> showThumbnail;
+        /// Recognises the text of a picture and calls back on the main thread; an empty text means none was found.
+        std::function<void(const QImage&, std::function<void(const QString&)>)> recognizeText;
+        std::function<void(const QString& message, const QString& symbol, const QColor& tint)> showMessage;
+    };
+
+    Delivery(const Settings& settings, Routes routes);
+
+    /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. An automatic
+    /// save that fails is silent.
+    void deliver(const CaptureResult& result);
+    /// Copies the text in the picture.
+    void deliverText(const CaptureResult& result);
+    /// Copies the colour's hexadecimal text.
+    void deliverColor(const QString& hex);
+    void cancelled() { routes.reactivatePrevious(); }
+
+private:
+    void copyText(const QString& text);
+
+    const Settings& settings;
+    Routes routes;
+};
+
+} // namespace pintalux

@@ -1,0 +1,40 @@
+// What the capture service tells a person.
+
+#include "capture/ScreenCapture.h"
+
+#include "app/HUD.h"
+
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace pintalux {
+
+void ScreenCapture::requestPermissionInteractive()
+{
+    const auto from = source();
+    if (from->requestPermission())
+        return;
+    const auto help = from->permissionHelp();
+    auto* alert = new QMessageBox(QMessageBox::Information, u"Pintalux"_qs, help.message);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setInformativeText(help.details);
+    if (!help.settingsButton.isEmpty()) {
+        const auto* open = alert->addButton(help.settingsButton, QMessageBox::AcceptRole);
+        QObject::connect(open, &QPushButton::clicked, alert, [help] { QDesktopServices::openUrl(help.settings); });
+    }
+    alert->addButton(help.dismissButton, QMessageBox::RejectRole);
+    alert->open();
+    alert->raise();
+    alert->activateWindow();
+}
+
+void ScreenCapture::report(const Error& error)
+{
+    const bool declined = error.domain == ScreenSource::errorDomain && error.code == ScreenSource::userDeclined;
+    if (declined || (asCaptureError(error) && !hasPermission()))
+        return requestPermissionInteractive();
+    HUD::show(u"No se pudo capturar: "_qs + error.localizedDescription, u"exclamationmark.triangle"_qs);
+}
+
+} // namespace pintalux
