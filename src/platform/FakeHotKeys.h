@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/HotKeyBackend.h"
+
+#include <QList>
+
+namespace pintalux {
+
+/// A keyboard in memory for tests, on which other programs may have taken keys already.
+class FakeHotKeys : public HotKeyBackend {
+public:
+    QList<HotKey> taken;   ///< by other programs
+    QList<HotKey> grabbed; ///< by this one, in order
+    bool supported = true;
+
+    /// A person presses the key. True when it was grabbed and its press was told.
+    bool press(const HotKey& key) const;
+
+    bool isSupported() const override { return supported; }
+    bool grab(const HotKey& key) override;
+    void ungrabAll() override { grabbed.clear(); }
+};
+
+} // namespace pintalux
