@@ -13,15 +13,17 @@ struct Option {
     QStringView help;
 };
 
-constexpr std::array<Option, 10> options{{
+constexpr std::array<Option, 12> options{{
+    {u"--capture", u"ACCIÓN", u"Captura: area, window, fullScreen, text o color"},
     {u"--annotate", u"IMAGEN", u"Dibuja sobre una imagen las marcas de --marks y guarda --output"},
     {u"--marks", u"ARCHIVO", u"Marcas en JSON (con --annotate)"},
-    {u"--output", u"ARCHIVO", u"PNG que se escribe (con --annotate)"},
+    {u"--output", u"ARCHIVO", u"PNG que se escribe (con --annotate o --capture fullScreen)"},
     {u"--open", u"ARCHIVO", u"Abre una imagen en el editor"},
     {u"--render-icon", u"CARPETA", u"Escribe el icono de la aplicación en todos sus tamaños"},
     {u"--selftest", u"CARPETA", u"Recorre todo el programa y deja imágenes y un registro en la carpeta"},
     {u"--overlay", u"", u"Con --selftest: prueba también la selección en pantalla"},
     {u"--keep-open", u"", u"Con --selftest: no termina al acabar"},
+    {u"--trace", u"", u"Escribe cuánto tarda cada paso de una captura"},
     {u"--help", u"", u"Muestra esta ayuda"},
     {u"--version", u"", u"Muestra la versión"},
 }};
@@ -48,7 +50,8 @@ std::optional<QString> firstStranger(const QStringList& arguments)
         const auto* option = optionNamed(arguments[i]);
         if (!option)
             return arguments[i];
-        if (!option->value.isEmpty())
+        const bool nextIsOption = i + 1 < arguments.size() && optionNamed(arguments[i + 1]);
+        if (!option->value.isEmpty() && !nextIsOption)
             ++i;
     }
     return std::nullopt;
@@ -73,6 +76,42 @@ CommandLine annotate(const QStringList& arguments)
             return misuse(u"Falta el valor de %1."_qs.arg(option));
         *target = *value;
     }
+    return line;
+}
+
+/// `--capture`, with or without `--output`.
+CommandLine capture(const QStringList& arguments)
+{
+    CommandLine line;
+    const auto name = valueOf(arguments, u"--capture"_qs);
+    line.capture = fromRawValue<CaptureAction>(name.value_or(QString()));
+    if (!line.capture)
+        return misuse(u"--capture necesita una acción: area, window, fullScreen, text o color."_qs);
+    if (!arguments.contains(u"--output"_qs))
+        return line;
+    line.outputFile = valueOf(arguments, u"--output"_qs).value_or(QString());
+    if (line.outputFile.isEmpty())
+        return misuse(u"Falta el valor de --output."_qs);
+    if (*line.capture != CaptureAction::fullScreen)
+        return misuse(u"--output solo sirve con --capture fullScreen."_qs);
+    line.mode = CommandLine::Mode::captureToFile;
+    return line;
+}
+
+/// What is neither a command of its own nor wrong: the program itself, or its self-test.
+CommandLine normal(const QStringList& arguments)
+{
+    CommandLine line;
+    if (const auto directory = valueOf(arguments, u"--selftest"_qs)) {
+        line.mode = CommandLine::Mode::selfTest;
+        line.directory = *directory;
+        line.overlay = arguments.contains(u"--overlay"_qs);
+        line.keepOpen = arguments.contains(u"--keep-open"_qs);
+        return line;
+    }
+    if (arguments.contains(u"--capture"_qs))
+        line = capture(arguments);
+    line.openFile = valueOf(arguments, u"--open"_qs).value_or(QString());
     return line;
 }
 
@@ -101,14 +140,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
     if (arguments.contains(u"--annotate"_qs))
         return annotate(arguments);
 
-    line.overlay = arguments.contains(u"--overlay"_qs);
-    line.keepOpen = arguments.contains(u"--keep-open"_qs);
-    if (const auto directory = valueOf(arguments, u"--selftest"_qs)) {
-        line.mode = Mode::selfTest;
-        line.directory = *directory;
-    } else {
-        line.openFile = valueOf(arguments, u"--open"_qs).value_or(QString());
-    }
+    line = normal(arguments);
+    line.trace = arguments.contains(u"--trace"_qs);
     return line;
 }
 

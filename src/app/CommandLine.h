@@ -1,5 +1,7 @@
 #pragma once
 
+#include "capture/CaptureAction.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -9,16 +11,27 @@ namespace pintalux {
 
 /// What the program was started for.
 struct CommandLine {
-    enum class Mode { normal, help, version, renderIcon, selfTest, annotate, misuse };
+    enum class Mode {
+        normal,
+        help,
+        version,
+        renderIcon,
+        selfTest,
+        annotate,
+        captureToFile, ///< the full screen into `outputFile`, without tray and without the running program
+        misuse,
+    };
 
     Mode mode = Mode::normal;
-    QString directory; ///< of `--render-icon` and `--selftest`
-    QString openFile;  ///< of `--open`; empty for none
-    QString picture;   ///< of `--annotate`
+    QString directory;                    ///< of `--render-icon` and `--selftest`
+    QString openFile;                     ///< of `--open`; empty for none
+    std::optional<CaptureAction> capture; ///< of `--capture`
+    QString picture;                      ///< of `--annotate`
     QString marksFile;
     QString outputFile;
     bool overlay = false;  ///< the self-test also drives the selection overlay
     bool keepOpen = false; ///< the self-test leaves the program running
+    bool trace = false;    ///< milestones with their times go to standard error
     QString problem;       ///< of misuse: what is wrong, a Spanish sentence
 
     /// Reads the arguments that follow the program's name. The first occurrence of an option counts. The

@@ -1,8 +1,15 @@
 #include "app/AnnotateCommand.h"
+#include "app/AppDelegate.h"
 #include "app/AppIcon.h"
 #include "app/CommandLine.h"
+#include "app/SingleInstance.h"
+#include "capture/HotKeyCenter.h"
+#include "capture/ScreenCapture.h"
 #include "platform/DisplayServer.h"
+#include "platform/Trace.h"
+#include "render/Exporter.h"
 #include "selftest/SelfTest.h"
+#include "settings/Settings.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -50,15 +57,81 @@ int runWithoutDisplay(int argc, char** argv, const CommandLine& commandLine)
     return EXIT_SUCCESS;
 }
 
+/// In a Wayland session the windows come through its X server, until they can do better.
+void chooseDisplaySystem()
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+}
+
 int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
 {
-    if (const auto problem = displayProblem())
-        return complain(*problem, EXIT_FAILURE);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     SelfTest::Run selfTest(commandLine.directory, commandLine.keepOpen);
     if (!selfTest.start())
         return EXIT_FAILURE;
+    return QApplication::exec();
+}
+
+int captureToFile(int argc, char** argv, const CommandLine& commandLine)
+{
+    QGuiApplication application(argc, argv);
+    int status = EXIT_FAILURE;
+    ScreenCapture::captureDisplayUnderMouse().then(&application, [&](QFuture<CaptureResult> shot) {
+        try {
+            const auto result = shot.takeResult();
+            Exporter::write(result.image, result.pixelScale, commandLine.outputFile);
+            status = EXIT_SUCCESS;
+        } catch (const Error& error) {
+            complain(u"No se pudo capturar: "_qs + error.localizedDescription, EXIT_FAILURE);
+        }
+        QGuiApplication::quit();
+    });
+    QGuiApplication::exec();
+    return status;
+}
+
+/// Hands the wish to the process that runs already. None when that one is gone and this process took its
+/// place.
+std::optional<int> handOver(SingleInstance& instance, const CommandLine& commandLine)
+{
+    bool taken = true;
+    if (commandLine.capture)
+        taken = instance.forwardAction(rawValue(*commandLine.capture));
+    if (taken && !commandLine.openFile.isEmpty())
+        taken = instance.forwardOpen({commandLine.openFile});
+    if (!commandLine.capture && commandLine.openFile.isEmpty())
+        taken = instance.forwardActivation();
+    if (taken)
+        return EXIT_SUCCESS;
+    if (instance.role() != SingleInstance::Role::second)
+        return std::nullopt;
+    return complain(u"Pintalux ya está en marcha, pero no responde."_qs, EXIT_FAILURE);
+}
+
+int runProgram(int argc, char** argv, const CommandLine& commandLine)
+{
+    if (commandLine.trace)
+        Trace::enable();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"pintalux"_qs);
+    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setQuitOnLastWindowClosed(false);
+    SingleInstance instance;
+    if (instance.role() == SingleInstance::Role::second)
+        if (const auto status = handOver(instance, commandLine))
+            return *status;
+
+    AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
+    QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {
+        for (const auto& path : paths)
+            delegate.openImageFile(path);
+    });
+    QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
+        [&](const QString& name) { delegate.runAction(name); });
+    delegate.finishLaunching(commandLine);
     return QApplication::exec();
 }
 
@@ -81,12 +154,18 @@ int main(int argc, char** argv)
     case CommandLine::Mode::renderIcon:
     case CommandLine::Mode::annotate:
         return runWithoutDisplay(argc, argv, commandLine);
-    case CommandLine::Mode::selfTest:
-        return runSelfTest(argc, argv, commandLine);
     case CommandLine::Mode::normal:
+    case CommandLine::Mode::selfTest:
+    case CommandLine::Mode::captureToFile:
         break;
     }
-    return complain(
-        u"La bandeja y el editor aún no forman parte de esta versión.\n\n"_qs + CommandLine::help(),
-        EXIT_FAILURE);
+
+    chooseDisplaySystem();
+    if (const auto problem = displayProblem())
+        return complain(*problem, EXIT_FAILURE);
+    if (commandLine.mode == CommandLine::Mode::selfTest)
+        return runSelfTest(argc, argv, commandLine);
+    if (commandLine.mode == CommandLine::Mode::captureToFile)
+        return captureToFile(argc, argv, commandLine);
+    return runProgram(argc, argv, commandLine);
 }

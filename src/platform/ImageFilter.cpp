@@ -1,6 +1,7 @@
 #include "platform/ImageFilter.h"
 
 #include "platform/GaussianBlur.h"
+#include "platform/LargeImage.h"
 #include "platform/Parallel.h"
 #include "platform/Vectorized.h"
 
@@ -30,7 +31,7 @@ QImage workingFormat(const QImage& source)
 
 QImage emptyCopy(const QImage& source)
 {
-    QImage copy(source.size(), source.format());
+    auto copy = newImage(source.size(), source.format());
     copy.setColorSpace(source.colorSpace());
     copy.setDotsPerMeterX(source.dotsPerMeterX());
     copy.setDotsPerMeterY(source.dotsPerMeterY());
@@ -175,7 +176,7 @@ QImage blurMask(const QImage& mask, double sigma)
     QImage coverage = mask;
     if (mask.format() != QImage::Format_Grayscale8)
         coverage.convertTo(QImage::Format_Alpha8);
-    QImage result(coverage.size(), QImage::Format_Alpha8);
+    auto result = newImage(coverage.size(), QImage::Format_Alpha8);
     if (!result.isNull())
         pintalux::gaussianBlur(plane(std::as_const(coverage), 1), plane(result, 1), sigma, BlurEdge::zero);
     return result;

@@ -22,12 +22,10 @@ namespace pintalux {
 /// Nothing of the person's is lost on the way:
 /// - Another process may write the same file: each change is merged into what the file holds at that moment,
 ///   under a lock, and keys that nobody here knows stay.
-/// - A file that is not a JSON object is moved aside to `defaults.damaged.json` (`defaults.damaged-2.json`,
-/// …)
+/// - A file that is not a JSON object is moved aside, to `defaults.damaged.json` or the next free number,
 ///   when the first change is written; until then it is left alone and counts as empty.
 /// - A file that cannot be read is never replaced. Then, and when a write fails, values live in memory, the
-/// next
-///   change tries to write them again, and `lastError` tells why.
+///   next change tries to write them again, and `lastError` tells why.
 ///
 /// For the main thread only.
 class UserDefaults {

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/GraphicsContext.h"
+#include "platform/LargeImage.h"
 #include "platform/PngEncoder.h"
 #include "render/Renderer.h"
 #include "settings/Settings.h"
@@ -138,11 +139,11 @@ QImage render(const Document& document, const BeautifySettings& beautify, Effect
     if (composition.width() < 1 || composition.height() < 1
         || composition.width() * composition.height() * 4 > mostBytes)
         return {};
-    QImage image(int(composition.width()), int(composition.height()), QImage::Format_ARGB32_Premultiplied);
+    const QSize wholePixels(int(composition.width()), int(composition.height()));
+    auto image = clearedImage(wholePixels, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return {};
     image.setColorSpace(QColorSpace::SRgb);
-    image.fill(Qt::transparent);
     QPainter painter(&image);
     GraphicsContext context(painter);
     Renderer::draw(document, beautify, cache, {}, context);

@@ -38,6 +38,13 @@ TEST(CommandLine, DecidesWhatTheProgramIsFor)
              Row{"--output o.png --annotate a.png --marks m.json", Mode::annotate},
              Row{"--annotate a.png --marks m.json", Mode::misuse},
              Row{"--annotate a.png --marks m.json --output", Mode::misuse},
+             Row{"--open --selftest out", Mode::selfTest},
+             Row{"--capture area", Mode::normal},
+             Row{"--capture fullScreen --output o.png", Mode::captureToFile},
+             Row{"--capture area --output o.png", Mode::misuse},
+             Row{"--capture fullScreen --output", Mode::misuse},
+             Row{"--capture Area", Mode::misuse},
+             Row{"--capture", Mode::misuse},
          })
         EXPECT_EQ(parsed(row.arguments).mode, row.mode) << row.arguments;
 }
@@ -53,6 +60,13 @@ TEST(CommandLine, TheFirstOccurrenceCounts)
     const auto selfTest = parsed("--keep-open --selftest out");
     EXPECT_TRUE(selfTest.keepOpen);
     EXPECT_FALSE(selfTest.overlay);
+}
+
+TEST(CommandLine, CapturesAreNamedByTheirRawValues)
+{
+    for (const auto action : allCases<CaptureAction>())
+        EXPECT_EQ(CommandLine::parse({u"--capture"_qs, rawValue(action)}).capture, action);
+    EXPECT_FALSE(parsed("").capture);
 }
 
 TEST(CommandLine, ProblemsNameTheArgument)

@@ -1,4 +1,5 @@
 #include "platform/GraphicsContext.h"
+#include "platform/LargeImage.h"
 
 #include <gtest/gtest.h>
 
@@ -168,4 +169,22 @@ TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
     painter.end();
     EXPECT_EQ(image.pixel(19, 10), qRgb(0, 0, 0));
     EXPECT_EQ(image.pixel(20, 10), qRgb(255, 255, 255));
+}
+
+TEST(ClearedImage, IsAnOrdinaryWritableImageOfZeros)
+{
+    for (const QSize size : {QSize(3, 2), QSize(2001, 1003)}) {
+        for (const auto format : {QImage::Format_ARGB32_Premultiplied, QImage::Format_Alpha8}) {
+            auto image = clearedImage(size, format);
+            ASSERT_EQ(image.size(), size);
+            QImage expected(size, format);
+            expected.fill(0);
+            EXPECT_EQ(image, expected);
+            const auto copy = image;
+            QPainter(&image).fillRect(0, 0, 1, 1, Qt::red);
+            EXPECT_NE(image, copy);
+            EXPECT_EQ(copy, expected);
+        }
+    }
+    EXPECT_TRUE(clearedImage({0, 5}, QImage::Format_RGB32).isNull());
 }

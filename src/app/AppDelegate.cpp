@@ -1,0 +1,170 @@
+#include "app/AppDelegate.h"
+
+#include "app/Author.h"
+#include "app/CommandLine.h"
+#include "app/HUD.h"
+#include "app/StatusItem.h"
+#include "capture/HotKeyCenter.h"
+#include "capture/ScreenCapture.h"
+#include "platform/ImageFile.h"
+#include "platform/KeyLabel.h"
+#include "platform/SystemSound.h"
+#include "platform/Trace.h"
+#include "render/Clipboard.h"
+#include "settings/Settings.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QTimer>
+
+namespace pintalux {
+
+namespace {
+
+AppDelegate* running = nullptr;
+
+/// How long a menu of ours may take to leave the screen before the screens are frozen.
+constexpr int menuCloseMilliseconds = 180;
+
+} // namespace
+
+AppDelegate* AppDelegate::shared() { return running; }
+
+AppDelegate::AppDelegate(
+    Settings& appSettings, HotKeyCenter& globalHotKeys, std::unique_ptr<Workspace> desktop)
+    : settings(appSettings)
+    , hotKeys(globalHotKeys)
+    , workspace(std::move(desktop))
+    , delivery(appSettings, routes())
+{
+    running = this;
+    connect(&settings, &Settings::changed, this, [this](Setting setting) {
+        if (setting == Setting::shortcutPreset)
+            registerShortcuts();
+    });
+}
+
+AppDelegate::~AppDelegate()
+{
+    hotKeys.unregisterAll();
+    running = nullptr;
+}
+
+void AppDelegate::finishLaunching(const CommandLine& commandLine)
+{
+    const auto menuState = [this] {
+        return StatusMenuState{settings.shortcutPreset(), failed, ScreenCapture::hasPermission()};
+    };
+    const auto keyText = [](const QString& combination) { return KeyLabel::text(combination); };
+    statusItem = std::make_unique<StatusItem>(menuState, keyText);
+    connect(statusItem.get(), &StatusItem::actionChosen, this, &AppDelegate::runAction);
+    connect(statusItem.get(), &StatusItem::trayMissing, this, [] {
+        HUD::show(
+            u"Este escritorio no tiene bandeja: usa los atajos o abre Pintalux otra vez"_qs, u"sparkles"_qs);
+    });
+    statusItem->show();
+    registerShortcuts();
+
+    if (!commandLine.openFile.isEmpty())
+        openImageFile(commandLine.openFile);
+    if (commandLine.capture)
+        perform(*commandLine.capture);
+    if (!settings.hasLaunchedBefore()) {
+        settings.setHasLaunchedBefore(true);
+        HUD::show(u"Pintalux está en la barra de menús"_qs, u"sparkles"_qs);
+    }
+    Trace::begin(u"en marcha");
+}
+
+void AppDelegate::registerShortcuts()
+{
+    hotKeys.unregisterAll();
+    failed.clear();
+    const auto modifiers = enumRow(settings.shortcutPreset()).modifiers;
+    for (const auto action : allCases<CaptureAction>()) {
+        const auto pressed = [guard = QPointer(this), action] {
+            Trace::begin(u"atajo");
+            if (guard)
+                guard->perform(action);
+        };
+        if (!hotKeys.registerHotKey(hotKeyID(action), enumRow(action).keyCode, modifiers, pressed))
+            failed.insert(action);
+    }
+}
+
+void AppDelegate::reopen() { statusItem->performClick(); }
+
+void AppDelegate::menuCapture(CaptureAction action)
+{
+    QTimer::singleShot(menuCloseMilliseconds, this, [this, action] { perform(action); });
+}
+
+void AppDelegate::runAction(const QString& actionId)
+{
+    if (const auto action = fromRawValue<CaptureAction>(actionId))
+        return menuCapture(*action);
+    struct Row {
+        QStringView actionId;
+        std::function<void()> run;
+    };
+    const std::array<Row, 7> rows{{
+        {StatusMenuAction::openImage, [this] { openImage(); }},
+        {StatusMenuAction::revealFolder, [this] { revealFolder(); }},
+        {StatusMenuAction::openPermission, [] { ScreenCapture::requestPermissionInteractive(); }},
+        {StatusMenuAction::showPreferences,
+            [] { HUD::show(u"La ventana de ajustes "_qs + notYet, u"sparkles"_qs); }},
+        {StatusMenuAction::showAbout, [this] { showAbout(); }},
+        {StatusMenuAction::openWebsite, [this] { workspace->openUrl(QUrl(Author::url.toString())); }},
+        {StatusMenuAction::terminate, [] { QApplication::quit(); }},
+    }};
+    for (const auto& row : rows)
+        if (row.actionId == actionId)
+            row.run();
+}
+
+void AppDelegate::openImage()
+{
+    const auto paths = QFileDialog::getOpenFileNames(nullptr, u"Abrir imagen"_qs, {},
+        u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif);;Todos los archivos (*)"_qs);
+    for (const auto& path : paths)
+        openImageFile(path);
+}
+
+void AppDelegate::openImageFile(const QString& path)
+{
+    try {
+        const auto file = readImageFile(path);
+        openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()}, {});
+    } catch (const Error&) {
+        HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
+    }
+}
+
+void AppDelegate::openEditor(const CaptureResult&, const QString& whatIsLeft)
+{
+    HUD::show(whatIsLeft + u"El editor "_qs + notYet, u"sparkles"_qs);
+}
+
+void AppDelegate::revealFolder()
+{
+    const auto& folder = settings.saveFolder();
+    QDir().mkpath(folder);
+    workspace->openFolder(folder);
+}
+
+void AppDelegate::showAbout()
+{
+    auto* about = new QMessageBox(QMessageBox::NoIcon, u"Acerca de Pintalux"_qs,
+        u"<b>Pintalux</b> "_qs + CommandLine::version(), QMessageBox::Close);
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->setInformativeText(u"%1<br><a href=\"%2\">%3</a>"_qs.arg(
+        Author::credit.toString(), Author::url.toString(), Author::website.toString()));
+    about->open();
+    about->raise();
+    about->activateWindow();
+}
+
+} // namespace pintalux

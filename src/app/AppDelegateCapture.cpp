@@ -1,0 +1,131 @@
+// Captures, from the action to the delivery.
+
+#include "app/AppDelegate.h"
+#include "app/HUD.h"
+#include "capture/ScreenCapture.h"
+#include "platform/SystemSound.h"
+#include "platform/Trace.h"
+#include "render/Clipboard.h"
+#include "settings/Settings.h"
+
+namespace pintalux {
+
+void AppDelegate::perform(CaptureAction action)
+{
+    if (overlay || isFreezing || !ScreenCapture::ensurePermission())
+        return;
+    HUD::dismiss();
+    previousApp = workspace->frontmostWindow();
+    switch (action) {
+    case CaptureAction::fullScreen:
+        return captureFullScreen();
+    case CaptureAction::area:
+        return startOverlay(OverlayMode::area);
+    case CaptureAction::window:
+        return startOverlay(OverlayMode::window);
+    case CaptureAction::text:
+        return startOverlay(OverlayMode::text);
+    case CaptureAction::color:
+        return startOverlay(OverlayMode::color);
+    }
+}
+
+void AppDelegate::captureFullScreen()
+{
+    isFreezing = true;
+    ScreenCapture::captureDisplayUnderMouse().then(this, [this](QFuture<CaptureResult> shot) {
+        isFreezing = false;
+        try {
+            delivery.deliver(shot.takeResult());
+        } catch (const Error& error) {
+            ScreenCapture::report(error);
+        }
+    });
+}
+
+void AppDelegate::startOverlay(OverlayMode mode)
+{
+    isFreezing = true;
+    ScreenCapture::freezeAllDisplays().then(this, [this, mode](QFuture<FrozenScreens> screens) {
+        isFreezing = false;
+        Trace::mark(u"pantallas congeladas");
+        try {
+            overlay = std::make_unique<CaptureOverlayController>(
+                mode, screens.takeResult(), [guard = QPointer(this)](const OverlayOutcome& outcome) {
+                    if (guard)
+                        guard->overlayFinished(outcome);
+                });
+            overlay->show();
+        } catch (const Error& error) {
+            ScreenCapture::report(error);
+        }
+    });
+}
+
+void AppDelegate::overlayFinished(const OverlayOutcome& outcome)
+{
+    // Destroying the controller ends its call: keep what it reported.
+    const auto chosen = outcome;
+    overlay.reset();
+    if (const auto* image = std::get_if<Outcome::Image>(&chosen))
+        delivery.deliver(image->result);
+    else if (const auto* window = std::get_if<Outcome::Window>(&chosen))
+        captureWindow(window->window, window->title);
+    else if (const auto* text = std::get_if<Outcome::Text>(&chosen))
+        delivery.deliverText(text->result);
+    else if (const auto* color = std::get_if<Outcome::Color>(&chosen))
+        delivery.deliverColor(color->hex);
+    else
+        delivery.cancelled();
+}
+
+void AppDelegate::captureWindow(const WindowInfo& window, const QString& title)
+{
+    ScreenCapture::capture(window).then(this, [this, title](QFuture<CaptureResult> shot) {
+        try {
+            auto result = shot.takeResult();
+            result.suggestedName = title;
+            delivery.deliver(result);
+        } catch (const Error& error) {
+            ScreenCapture::report(error);
+        }
+    });
+}
+
+void AppDelegate::reactivatePrevious()
+{
+    if (previousApp)
+        workspace->activate(*previousApp);
+    previousApp.reset();
+}
+
+Delivery::Routes AppDelegate::routes()
+{
+    // A capture that nothing else keeps is copied: what was captured must not be lost for want of a window.
+    const auto keep = [this](const CaptureResult& shot) {
+        if (!settings.autoCopy() && !settings.autoSave())
+            Clipboard::copy(shot.image, shot.pixelScale);
+        return settings.autoCopy() || !settings.autoSave() ? u"Captura copiada. "_qs
+                                                           : u"Captura guardada. "_qs;
+    };
+    return {
+        .reactivatePrevious = [this] { reactivatePrevious(); },
+        .forgetPrevious = [this] { previousApp.reset(); },
+        .playSound = [] { SystemSound::play(); },
+        .openEditor = [this, keep](const CaptureResult& shot) { openEditor(shot, keep(shot)); },
+        .showThumbnail =
+            [keep](const CaptureResult& shot, const std::optional<QString>&) {
+                HUD::show(keep(shot) + u"La miniatura "_qs + notYet, u"sparkles"_qs);
+            },
+        .recognizeText =
+            [](const QImage&, const std::function<void(const QString&)>&) {
+                HUD::show(u"La lectura de texto "_qs + notYet, u"text.viewfinder"_qs);
+            },
+        .showMessage =
+            [](const QString& message, const QString& symbol, const QColor& tint) {
+                HUD::show(message, symbol, tint.isValid() ? std::optional(tint) : std::nullopt);
+            },
+    };
+}
+
+} // namespace pintalux

@@ -1,0 +1,181 @@
+// The real executable as a person uses it: hot keys and mouse from outside, files and clipboard read back.
+
+#include "Desktop.h"
+#include "platform/Files.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMimeData>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+/// Milestones that the program writes with `--trace`.
+const QByteArray ready = "en marcha";
+const QByteArray overlayPainted = "superposición pintada";
+
+/// The program with settings and a captures folder of its own.
+class ProgramTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        const QJsonObject settings{{u"autoSave"_qs, true}, {u"autoCopy"_qs, true},
+            {u"afterCapture"_qs, u"copyOnly"_qs}, {u"saveFolder"_qs, captures()},
+            {u"hasLaunchedBefore"_qs, true}};
+        makeFolders(home.filePath(u"config/pintalux"_qs));
+        replaceFile(home.filePath(u"config/pintalux/defaults.json"_qs), QJsonDocument(settings).toJson());
+        QGuiApplication::clipboard()->setText(u"antes"_qs);
+
+        auto environment = desktop().environment();
+        environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
+        program.setProcessEnvironment(environment);
+        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
+        ASSERT_TRUE(reaches(ready));
+    }
+
+    void TearDown() override
+    {
+        program.terminate();
+        EXPECT_TRUE(program.waitForFinished(5000));
+    }
+
+    /// Waits for the next line with this milestone.
+    bool reaches(const QByteArray& milestone)
+    {
+        return waitUntil(
+            [&] {
+                printed += program.readAllStandardError();
+                const auto at = printed.indexOf(milestone);
+                if (at >= 0)
+                    printed.remove(0, at + milestone.size());
+                return at >= 0;
+            },
+            10000);
+    }
+
+    static void xdotool(const QString& commands) { desktop().run(u"xdotool"_qs, commands.split(u' ')); }
+
+    void pressHotKey(int digit)
+    {
+        xdotool(u"key ctrl+shift+%1"_qs.arg(digit));
+        ASSERT_TRUE(reaches(overlayPainted));
+    }
+
+    QString captures() const { return home.filePath(u"capturas"_qs); }
+
+    /// The one picture that was saved.
+    QImage saved()
+    {
+        QStringList names;
+        waitUntil([&] { return !(names = QDir(captures()).entryList({u"*.png"_qs})).isEmpty(); });
+        savedName = names.value(0);
+        return QImage(QDir(captures()).filePath(savedName)).convertToFormat(QImage::Format_RGB32);
+    }
+
+    static QImage copied()
+    {
+        const auto* offered = QGuiApplication::clipboard()->mimeData();
+        waitUntil(
+            [&] { return (offered = QGuiApplication::clipboard()->mimeData())->hasFormat(u"image/png"_qs); });
+        return QImage::fromData(offered->data(u"image/png"_qs)).convertToFormat(QImage::Format_RGB32);
+    }
+
+    static QString activeWindow()
+    {
+        return QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getactivewindow"_qs})).trimmed();
+    }
+
+    QTemporaryDir home;
+    QProcess program;
+    QByteArray printed;
+    QString savedName;
+};
+
+} // namespace
+
+TEST_F(ProgramTest, AHotKeyAndADragSaveAndCopyJustThePixelsUnderTheSelection)
+{
+    const DemoWindow window(u"Fondo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
+    const auto before = pictureByOthers();
+    pressHotKey(1);
+    xdotool(u"mousemove 180 140 mousedown 1 mousemove 300 200 mousemove 520 391 mouseup 1"_qs);
+    const auto expected = before.copy(180, 140, 340, 251);
+    EXPECT_EQ(differingPixels(saved(), expected), 0);
+    EXPECT_EQ(differingPixels(copied(), expected), 0);
+    EXPECT_TRUE(savedName.startsWith(u"Pintalux 2"));
+    EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
+}
+
+TEST_F(ProgramTest, WindowModeTakesTheWindowOnTopWholeUnderItsTitle)
+{
+    const DemoWindow below(u"Debajo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
+    const DemoWindow above(u"Año: Q1/Q2"_qs, u"400x300+300+200"_qs, u"#D9480F"_qs);
+    const auto candidate = candidateOf(finished(ScreenCapture::freezeAllDisplays()), above.processId());
+    ASSERT_TRUE(candidate);
+    const auto expected = pictureByOthers().copy(candidate->frame.toRect());
+    pressHotKey(1);
+    xdotool(u"key space mousemove 450 350 click 1"_qs);
+    EXPECT_EQ(differingPixels(saved(), expected), 0);
+    EXPECT_TRUE(savedName.contains(u"Año- Q1-Q2 2")) << savedName.toStdString();
+}
+
+TEST_F(ProgramTest, TheColourUnderThePointerIsCopied)
+{
+    const DemoWindow window(u"Color"_qs, u"500x400+150+100"_qs, u"#2E9E6B"_qs);
+    pressHotKey(5);
+    xdotool(u"mousemove 161 146 click 1"_qs);
+    EXPECT_TRUE(waitUntil([] { return QGuiApplication::clipboard()->text() == u"#2E9E6B"; }))
+        << QGuiApplication::clipboard()->text().toStdString();
+    EXPECT_FALSE(QDir(captures()).exists());
+}
+
+TEST_F(ProgramTest, EscapeLeavesEverythingAsItWas)
+{
+    const DemoWindow other(u"Otra"_qs, u"300x200+700+100"_qs, u"#3B6FE0"_qs);
+    const DemoWindow window(u"Activa"_qs, u"500x400+150+100"_qs, u"#2E9E6B"_qs);
+    ASSERT_EQ(activeWindow(), window.id());
+    const auto before = pictureByOthers();
+    pressHotKey(1);
+    EXPECT_GT(differingPixels(pictureByOthers(), before), 1000);
+    xdotool(u"key ctrl+shift+5"_qs); // while an overlay is up, a hot key does nothing
+    xdotool(u"mousemove 200 200 mousedown 1 mousemove 300 300 key Escape mouseup 1"_qs);
+    EXPECT_GT(differingPixels(pictureByOthers(), before), 1000) << "the first one only ends the drag";
+    xdotool(u"key Escape"_qs);
+    EXPECT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), before) == 0; }));
+    EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); }));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"antes");
+    EXPECT_FALSE(QDir(captures()).exists());
+}
+
+TEST_F(ProgramTest, ASecondStartHandsItsWishOver)
+{
+    auto environment = desktop().environment();
+    QProcess second;
+    second.setProcessEnvironment(environment);
+    second.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_qs, u"color"_qs});
+    ASSERT_TRUE(second.waitForFinished(5000));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(reaches(overlayPainted));
+    xdotool(u"key Escape"_qs);
+}
+
+TEST_F(ProgramTest, AFullScreenGoesStraightToAFileBesideTheRunningProgram)
+{
+    const DemoWindow window(u"Fondo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
+    const auto before = pictureByOthers();
+    const auto path = home.filePath(u"pantalla.png"_qs);
+    desktop().run(
+        QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_qs, u"fullScreen"_qs, u"--output"_qs, path});
+    EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), before), 0);
+
+    xdotool(u"key ctrl+shift+3"_qs);
+    EXPECT_EQ(differingPixels(saved(), before), 0);
+}
