@@ -73,13 +73,15 @@ void X11HotKeys::ungrabAll()
     xcb_flush(connection);
 }
 
-// All or none: with one state missing the key would work or not, depending on a lock.
+// All or none: with one state missing the key would work or not, depending on a lock. Without owner events,
+// for presses must come to the root also while a window of this program has the focus.
 bool X11HotKeys::grabInAllLockStates(xcb_connection_t* connection, const HotKey& key) const
 {
+    constexpr uint8_t ownerEvents = 0;
     const auto states = map.lockStates();
     std::array<xcb_void_cookie_t, 4> cookies;
     for (std::size_t index = 0; index < states.size(); ++index)
-        cookies[index] = xcb_grab_key_checked(connection, 1, rootOf(connection),
+        cookies[index] = xcb_grab_key_checked(connection, ownerEvents, rootOf(connection),
             uint16_t(map.maskOf(key.modifiers) | states[index]), xcb_keycode_t(key.keyCode),
             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     bool all = true;
