@@ -151,9 +151,7 @@ bool SingleInstance::forward(const QString& method, const QVariantList& argument
     const auto answer = bus->call(message, QDBus::Block, answerLimitMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage)
         return true;
-    const QDBusError error(answer);
-    if (error.type() == QDBusError::ServiceUnknown || error.type() == QDBusError::NoReply)
-        claim(); // it may have ended meanwhile
+    claim(); // the first may have ended meanwhile; while it lives, this changes nothing
     return false;
 }
 

@@ -72,9 +72,11 @@ QByteArray samples()
 // The sound server reads a file. The person's cache may be emptied at any time, so it is looked after anew.
 std::optional<QByteArray> soundFile()
 {
-    const auto path
-        = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/pintalux/tink.wav"_qs;
+    const auto folder
+        = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/pintalux"_qs;
+    const auto path = folder + u"/tink.wav"_qs;
     try {
+        makeFolders(folder, Audience::onlyOwner);
         const auto bytes = wave();
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly) || file.readAll() != bytes)
