@@ -13,17 +13,18 @@ namespace {
 
 void xdotool(const QStringList& arguments) { desktop().run(u"xdotool"_qs, arguments); }
 
-// Presses and releases a physical key while others, named by what they type, are held.
-void press(const QStringList& held, quint32 keyCode)
+// Presses and releases physical keys one after another while others, named by what they type, are held.
+void press(const QStringList& held, const QList<quint32>& keyCodes)
 {
     QStringList arguments;
     for (const auto& key : held)
         arguments << u"keydown"_qs << key;
-    arguments << u"key"_qs << QString::number(keyCode);
+    for (const auto keyCode : keyCodes)
+        arguments << u"key"_qs << QString::number(keyCode);
     for (const auto& key : held)
         arguments << u"keyup"_qs << key;
     xdotool(arguments);
-    waitUntil([] { return false; }, 60);
+    waitUntil([] { return false; }, 80);
 }
 
 const QStringList controlShift{u"Control_L"_qs, u"Shift_L"_qs};
@@ -75,8 +76,7 @@ protected:
     QList<quint32> pressedAll(const QStringList& held)
     {
         ran.clear();
-        for (const auto action : allCases<CaptureAction>())
-            press(held, enumRow(action).keyCode);
+        press(held, {10, 11, 12, 13, 14});
         return ran;
     }
 
@@ -93,7 +93,7 @@ TEST_F(HotKeysTest, EveryPresetWorksWithEveryLockAndItsDigitsReachNobodyElse)
     field.setGeometry(100, 100, 400, 60);
     field.show();
     ASSERT_TRUE(waitUntil([&] { return field.isActiveWindow(); }));
-    press({}, 11);
+    press({}, {11});
     ASSERT_EQ(field.text(), u"2") << "the keyboard reaches the field at all";
     field.clear();
 
@@ -104,14 +104,17 @@ TEST_F(HotKeysTest, EveryPresetWorksWithEveryLockAndItsDigitsReachNobodyElse)
         EXPECT_TRUE(registerAll(preset).isEmpty());
         for (const auto& lock : {u"Caps_Lock"_qs, u"Num_Lock"_qs, u"Caps_Lock"_qs, u"Num_Lock"_qs}) {
             xdotool({u"key"_qs, lock});
-            for (const auto held : allCases<ShortcutPreset>())
-                EXPECT_EQ(pressedAll(keys[std::size_t(held)]), held == preset ? all : QList<quint32>())
-                    << "registered " << qPrintable(rawValue(preset)) << ", held "
-                    << qPrintable(rawValue(held)) << ", after " << qPrintable(lock);
-            field.clear();
+            EXPECT_EQ(pressedAll(keys[std::size_t(preset)]), all)
+                << qPrintable(rawValue(preset)) << " after " << qPrintable(lock);
         }
-        pressedAll(keys[std::size_t(preset)]);
         EXPECT_EQ(field.text(), u"");
+        for (const auto other : allCases<ShortcutPreset>()) {
+            if (other == preset)
+                continue;
+            EXPECT_TRUE(pressedAll(keys[std::size_t(other)]).isEmpty())
+                << qPrintable(rawValue(other)) << " held for " << qPrintable(rawValue(preset));
+        }
+        field.clear();
     }
     center.unregisterAll();
     EXPECT_TRUE(pressedAll(controlShift).isEmpty());
@@ -179,8 +182,8 @@ TEST_F(HotKeysTest, AKeyThatIsHeldCountsOnce)
     xdotool({u"keydown"_qs, u"Control_L"_qs, u"keydown"_qs, u"Shift_L"_qs});
     hold(u"10"_qs);
     hold(u"11"_qs);
-    press({}, 11);
-    press({}, 11);
+    press({}, {11});
+    press({}, {11});
     xdotool({u"keyup"_qs, u"Control_L"_qs, u"keyup"_qs, u"Shift_L"_qs});
     EXPECT_EQ(ran, (QList<quint32>{1, 2, 2, 2}));
 }
