@@ -12,7 +12,8 @@ run=(qt6-image-formats-plugins libcanberra-pulse xdg-utils
   fonts-inter fonts-quicksand fonts-comic-neue fonts-dejavu-core fonts-noto-color-emoji
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
-  xvfb openbox picom xdotool xclip x11-utils x11-apps x11-xkb-utils x11-xserver-utils imagemagick libheif-examples dbus dbus-x11)
+  xvfb openbox picom xdotool xclip x11-utils x11-apps x11-xkb-utils x11-xserver-utils imagemagick libheif-examples dbus dbus-x11
+  libglib2.0-bin)
 
 groups=("$@")
 [ ${#groups[@]} -gt 0 ] || groups=(build run test)

@@ -133,14 +133,6 @@ WindowInfo readWindow(const XcbConnection& connection, const Questions& question
 }
 
 // A manager that ended leaves its hints behind; they count only while the window that it named lives.
-bool hasWindowManager(const XcbConnection& connection)
-{
-    const auto named = connection.property(connection.root(), Atom::netSupportingWmCheck).cards();
-    if (named.isEmpty())
-        return false;
-    return connection.property(named.first(), Atom::netSupportingWmCheck).cards() == named;
-}
-
 // Without hints: what is shown and either was taken up by some manager or bears a name. Menus and tool tips
 // override the manager and have neither.
 QList<xcb_window_t> windowsWithoutHints(const XcbConnection& connection)
@@ -164,6 +156,14 @@ QList<xcb_window_t> windowsWithoutHints(const XcbConnection& connection)
 }
 
 } // namespace
+
+bool hasWindowManager(const XcbConnection& connection)
+{
+    const auto named = connection.property(connection.root(), Atom::netSupportingWmCheck).cards();
+    if (named.isEmpty())
+        return false;
+    return connection.property(named.first(), Atom::netSupportingWmCheck).cards() == named;
+}
 
 QList<xcb_window_t> topLevelWindows(const XcbConnection& connection)
 {

@@ -19,6 +19,9 @@ QRect decoratedRect(const XcbConnection& connection, xcb_window_t window);
 /// The topmost ancestor below the root: the window manager's frame, or the window itself. None when gone.
 xcb_window_t frameWindow(const XcbConnection& connection, xcb_window_t window);
 
+/// True when a window manager that gives and takes hints about windows runs.
+bool hasWindowManager(const XcbConnection& connection);
+
 /// The root's children, bottom-most first.
 QList<xcb_window_t> topLevelWindows(const XcbConnection& connection);
 

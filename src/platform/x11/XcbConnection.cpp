@@ -22,6 +22,7 @@ constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> atomNam
     "WM_NAME",
     "WM_CLASS",
     "WM_STATE",
+    "_NET_ACTIVE_WINDOW",
     "_NET_CLIENT_LIST",
     "_NET_CLIENT_LIST_STACKING",
     "_NET_SUPPORTING_WM_CHECK",

@@ -27,6 +27,7 @@ enum class Atom {
     wmName,
     wmClass,
     wmState,
+    netActiveWindow,
     netClientList,
     netClientListStacking,
     netSupportingWmCheck,

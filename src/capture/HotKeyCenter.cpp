@@ -1,0 +1,69 @@
+#include "capture/HotKeyCenter.h"
+
+#include <QMetaObject>
+
+#include <algorithm>
+
+namespace pintalux {
+
+HotKeyCenter& HotKeyCenter::shared()
+{
+    static HotKeyCenter center(makeHotKeyBackend());
+    return center;
+}
+
+HotKeyCenter::HotKeyCenter(std::unique_ptr<HotKeyBackend> hotKeys)
+    : backend(std::move(hotKeys))
+{
+    backend->onPress = [this](const HotKey& key) { pressed(key); };
+}
+
+bool HotKeyCenter::registerHotKey(
+    quint32 id, quint32 keyCode, KeyModifiers modifiers, std::function<void()> action)
+{
+    const HotKey key{keyCode, modifiers};
+    const auto* ref = refOf(key);
+    if (ref ? ref->id != id : !backend->grab(key))
+        return false;
+    if (!ref)
+        refs.append({key, id});
+    actions.insert(id, std::move(action));
+    return true;
+}
+
+void HotKeyCenter::unregisterAll()
+{
+    backend->ungrabAll();
+    refs.clear();
+    actions.clear();
+}
+
+QList<quint32> HotKeyCenter::registeredIds() const
+{
+    QList<quint32> ids;
+    for (const auto& ref : refs)
+        ids.append(ref.id);
+    return ids;
+}
+
+const HotKeyCenter::Ref* HotKeyCenter::refOf(const HotKey& key) const
+{
+    const auto found = std::ranges::find(refs, key, &Ref::key);
+    return found == refs.end() ? nullptr : &*found;
+}
+
+void HotKeyCenter::pressed(const HotKey& key)
+{
+    const auto* ref = refOf(key);
+    if (!ref)
+        return;
+    // The action may have been replaced or dropped by the time it is its turn. It is copied, for it may
+    // register anew while it runs.
+    const auto run = [this, id = ref->id] {
+        if (const auto action = actions.value(id))
+            action();
+    };
+    QMetaObject::invokeMethod(&queue, run, Qt::QueuedConnection);
+}
+
+} // namespace pintalux

@@ -1,0 +1,21 @@
+#include "platform/FakeHotKeys.h"
+
+namespace pintalux {
+
+bool FakeHotKeys::press(const HotKey& key) const
+{
+    if (!grabbed.contains(key) || !onPress)
+        return false;
+    onPress(key);
+    return true;
+}
+
+bool FakeHotKeys::grab(const HotKey& key)
+{
+    if (!supported || taken.contains(key))
+        return false;
+    grabbed.append(key);
+    return true;
+}
+
+} // namespace pintalux

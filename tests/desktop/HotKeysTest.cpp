@@ -1,0 +1,189 @@
+#include "Desktop.h"
+#include "capture/CaptureAction.h"
+#include "capture/HotKeyCenter.h"
+#include "platform/x11/X11HotKeys.h"
+#include "platform/x11/XcbConnection.h"
+
+#include <QLineEdit>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+void xdotool(const QStringList& arguments) { desktop().run(u"xdotool"_qs, arguments); }
+
+// Presses and releases physical keys one after another while others, named by what they type, are held.
+void press(const QStringList& held, const QList<quint32>& keyCodes)
+{
+    QStringList arguments;
+    for (const auto& key : held)
+        arguments << u"keydown"_qs << key;
+    for (const auto keyCode : keyCodes)
+        arguments << u"key"_qs << QString::number(keyCode);
+    for (const auto& key : held)
+        arguments << u"keyup"_qs << key;
+    xdotool(arguments);
+    waitUntil([] { return false; }, 80);
+}
+
+const QStringList controlShift{u"Control_L"_qs, u"Shift_L"_qs};
+
+// Another client of the server that may hold keys.
+class OtherClient {
+public:
+    bool grab(uint16_t modifiers, quint32 keyCode) const
+    {
+        const auto cookie = xcb_grab_key_checked(connection.get(), 0, connection.root(), modifiers,
+            xcb_keycode_t(keyCode), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        return !x11::Reply<xcb_generic_error_t>(xcb_request_check(connection.get(), cookie));
+    }
+    bool numLockIsOn() const
+    {
+        const auto before = connection.reply<xcb_query_pointer_reply_t>(
+            xcb_query_pointer(connection.get(), connection.root()).sequence);
+        return (before->mask & x11::KeyboardMap::read(connection.get()).numLock) != 0;
+    }
+
+private:
+    x11::XcbConnection connection{desktop().display()};
+};
+
+// The five hot keys on the desktop's keyboard; each test leaves the keyboard as it was.
+class HotKeysTest : public testing::Test {
+protected:
+    ~HotKeysTest() override
+    {
+        center.unregisterAll();
+        desktop().run(u"setxkbmap"_qs, {u"us"_qs});
+        waitUntil([] { return false; }, 100);
+    }
+
+    // The ids that failed.
+    QList<quint32> registerAll(ShortcutPreset preset)
+    {
+        QList<quint32> failed;
+        for (const auto action : allCases<CaptureAction>()) {
+            const auto id = hotKeyID(action);
+            if (!center.registerHotKey(
+                    id, enumRow(action).keyCode, enumRow(preset).modifiers, [this, id] { ran.append(id); }))
+                failed.append(id);
+        }
+        return failed;
+    }
+
+    // Which actions ran after each of the five digits was pressed with the modifiers held.
+    QList<quint32> pressedAll(const QStringList& held)
+    {
+        ran.clear();
+        press(held, {10, 11, 12, 13, 14});
+        return ran;
+    }
+
+    HotKeyCenter center{makeHotKeyBackend()};
+    QList<quint32> ran;
+    const QList<quint32> all{1, 2, 3, 4, 5};
+};
+
+} // namespace
+
+TEST_F(HotKeysTest, EveryPresetWorksWithEveryLockAndItsDigitsReachNobodyElse)
+{
+    QLineEdit field;
+    field.setGeometry(100, 100, 400, 60);
+    field.show();
+    ASSERT_TRUE(waitUntil([&] { return field.isActiveWindow(); }));
+    press({}, {11});
+    ASSERT_EQ(field.text(), u"2") << "the keyboard reaches the field at all";
+    field.clear();
+
+    const std::array<QStringList, 4> keys{{controlShift, {u"Alt_L"_qs, u"Shift_L"_qs},
+        {u"Super_L"_qs, u"Shift_L"_qs}, {u"Control_L"_qs, u"Alt_L"_qs}}};
+    for (const auto preset : allCases<ShortcutPreset>()) {
+        center.unregisterAll();
+        EXPECT_TRUE(registerAll(preset).isEmpty());
+        for (const auto& lock : {u"Caps_Lock"_qs, u"Num_Lock"_qs, u"Caps_Lock"_qs, u"Num_Lock"_qs}) {
+            xdotool({u"key"_qs, lock});
+            EXPECT_EQ(pressedAll(keys[std::size_t(preset)]), all)
+                << qPrintable(rawValue(preset)) << " after " << qPrintable(lock);
+        }
+        EXPECT_EQ(field.text(), u"");
+        for (const auto other : allCases<ShortcutPreset>()) {
+            if (other == preset)
+                continue;
+            EXPECT_TRUE(pressedAll(keys[std::size_t(other)]).isEmpty())
+                << qPrintable(rawValue(other)) << " held for " << qPrintable(rawValue(preset));
+        }
+        field.clear();
+    }
+    center.unregisterAll();
+    EXPECT_TRUE(pressedAll(controlShift).isEmpty());
+}
+
+TEST_F(HotKeysTest, TheyWorkWhileAnotherProgramHasTheFocusOnEveryLayout)
+{
+    const DemoWindow other(u"Otra"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
+    ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
+    for (const auto& layout : {u"es"_qs, u"fr"_qs, u"us"_qs}) {
+        desktop().run(u"setxkbmap"_qs, {layout});
+        waitUntil([] { return false; }, 150);
+        EXPECT_EQ(pressedAll(controlShift), all) << "registered before " << qPrintable(layout);
+        center.unregisterAll();
+        EXPECT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
+        EXPECT_EQ(pressedAll(controlShift), all) << "registered on " << qPrintable(layout);
+    }
+}
+
+TEST_F(HotKeysTest, AKeyThatAnotherProgramHasInAnyLockStateFailsAloneAndIsLeftToIt)
+{
+    constexpr uint16_t held = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT;
+    for (const uint16_t lock : {0, int(XCB_MOD_MASK_LOCK)}) {
+        const OtherClient other;
+        ASSERT_TRUE(other.grab(held | lock, 12));
+        EXPECT_EQ(registerAll(ShortcutPreset::controlShift), QList<quint32>{3});
+        EXPECT_EQ(pressedAll(controlShift), (QList<quint32>{1, 2, 4, 5}));
+        for (const uint16_t rest : {0, int(XCB_MOD_MASK_LOCK), int(XCB_MOD_MASK_2)})
+            EXPECT_TRUE(other.grab(held | rest, 12)) << "no state of it is held back";
+        EXPECT_FALSE(other.grab(held, 11)) << "the others are ours";
+        center.unregisterAll();
+    }
+}
+
+TEST_F(HotKeysTest, WhenNumberLockMovesToAnotherModifierTheyFollow)
+{
+    const OtherClient other;
+    ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
+    desktop().run(
+        u"xmodmap"_qs, {u"-e"_qs, u"remove mod2 = Num_Lock"_qs, u"-e"_qs, u"add mod3 = Num_Lock"_qs});
+    waitUntil([] { return false; }, 200);
+    EXPECT_EQ(pressedAll(controlShift), all);
+    xdotool({u"key"_qs, u"Num_Lock"_qs});
+    EXPECT_TRUE(other.numLockIsOn());
+    EXPECT_EQ(pressedAll(controlShift), all);
+    xdotool({u"key"_qs, u"Num_Lock"_qs});
+    EXPECT_FALSE(other.numLockIsOn());
+}
+
+TEST_F(HotKeysTest, AKeyThatIsHeldCountsOnce)
+{
+    QLineEdit field;
+    field.setGeometry(100, 100, 400, 60);
+    field.show();
+    ASSERT_TRUE(waitUntil([&] { return field.isActiveWindow(); }));
+    const auto hold = [](const QString& key) {
+        xdotool({u"keydown"_qs, key});
+        waitUntil([] { return false; }, 1000);
+        xdotool({u"keyup"_qs, key});
+    };
+    hold(u"15"_qs);
+    ASSERT_GT(field.text().size(), 3) << "keys repeat here";
+
+    ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
+    xdotool({u"keydown"_qs, u"Control_L"_qs, u"keydown"_qs, u"Shift_L"_qs});
+    hold(u"10"_qs);
+    hold(u"11"_qs);
+    press({}, {11});
+    press({}, {11});
+    xdotool({u"keyup"_qs, u"Control_L"_qs, u"keyup"_qs, u"Shift_L"_qs});
+    EXPECT_EQ(ran, (QList<quint32>{1, 2, 2, 2}));
+}

@@ -1,0 +1,154 @@
+#include "app/SingleInstance.h"
+
+#include "Desktop.h"
+
+#include <QDir>
+
+#include <signal.h>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+// A process that tries to be the program; its lines as they come.
+class Start {
+public:
+    explicit Start(const QStringList& arguments = {}, DisplaySession& on = desktop())
+        : session(on)
+        , process(on.start(QStringLiteral(PINTALUX_SINGLE_INSTANCE), arguments))
+    {
+    }
+    ~Start() { end(); }
+    Start(const Start&) = delete;
+    Start& operator=(const Start&) = delete;
+
+    QStringList lines()
+    {
+        process.waitForReadyRead(1);
+        while (process.canReadLine())
+            seen.append(QString::fromUtf8(process.readLine()).trimmed());
+        return seen;
+    }
+    bool says(const QString& line, int limitMilliseconds = 5000)
+    {
+        return waitUntil([&] { return lines().contains(line); }, limitMilliseconds);
+    }
+    void signal(int number) const { ::kill(pid_t(process.processId()), number); }
+    void end() { session.stop(process); }
+
+private:
+    DisplaySession& session;
+    QProcess& process;
+    QStringList seen;
+};
+
+QByteArray call(const QString& method, const QStringList& arguments)
+{
+    return desktop().run(u"gdbus"_qs,
+        QStringList{u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
+            u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
+            u"org.freedesktop.Application."_qs + method}
+            + arguments);
+}
+
+} // namespace
+
+TEST(SingleInstance, OfManyStartsAtOnceExactlyOneIsFirstAndTheOthersReachIt)
+{
+    std::vector<std::unique_ptr<Start>> starts;
+    for (int count = 0; count < 8; ++count)
+        starts.push_back(std::make_unique<Start>());
+    ASSERT_TRUE(waitUntil(
+        [&] {
+            return std::ranges::all_of(starts, [](const auto& start) {
+                return start->lines().contains(u"first"_qs) || start->lines().size() == 2;
+            });
+        },
+        10000));
+    Start* first = nullptr;
+    for (const auto& start : starts) {
+        if (start->lines().first() == u"first") {
+            EXPECT_FALSE(first) << "two are first";
+            first = start.get();
+        } else {
+            EXPECT_EQ(start->lines(), (QStringList{u"second"_qs, u"true second"_qs}));
+        }
+    }
+    ASSERT_TRUE(first);
+    EXPECT_TRUE(waitUntil([&] { return first->lines().count(u"activated"_qs) == 7; }));
+}
+
+TEST(SingleInstance, FilesArriveByTheirAbsoluteNamesWhateverTheyAreCalled)
+{
+    Start first;
+    ASSERT_TRUE(first.says(u"first"_qs));
+    Start second({u"--open"_qs, u"sub/../año #1 50%.png"_qs, u"/tmp/b?c.png"_qs});
+    EXPECT_TRUE(second.says(u"true second"_qs));
+    const auto relative = QDir::current().absoluteFilePath(u"año #1 50%.png"_qs);
+    EXPECT_TRUE(first.says(u"open %1|/tmp/b?c.png"_qs.arg(relative)))
+        << qPrintable(first.lines().join(u'\n'));
+}
+
+TEST(SingleInstance, OtherProgramsReachItAsTheStandardInterface)
+{
+    Start first;
+    ASSERT_TRUE(first.says(u"first"_qs));
+    const QString noData = u"{}"_qs;
+    EXPECT_EQ(call(u"Activate"_qs, {noData}), "()\n");
+    EXPECT_TRUE(first.says(u"activated"_qs));
+    EXPECT_EQ(
+        call(u"Open"_qs, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_qs, noData}), "()\n");
+    EXPECT_TRUE(first.says(u"open /tmp/a b.png"_qs)) << "nothing is fetched from elsewhere";
+    EXPECT_EQ(call(u"ActivateAction"_qs, {u"area"_qs, u"[<'texto'>, <3>, <true>]"_qs, noData}), "()\n");
+    EXPECT_TRUE(first.says(u"action area QString=texto|int=3|bool=true"_qs))
+        << qPrintable(first.lines().join(u'\n'));
+    Start second({u"--action"_qs, u"color"_qs, u"uno"_qs});
+    EXPECT_TRUE(second.says(u"true second"_qs));
+    EXPECT_TRUE(first.says(u"action color QString=uno"_qs)) << qPrintable(first.lines().join(u'\n'));
+}
+
+TEST(SingleInstance, AFirstProcessThatHangsDoesNotHangTheSecond)
+{
+    Start first;
+    ASSERT_TRUE(first.says(u"first"_qs));
+    first.signal(SIGSTOP);
+    Start second({u"--open"_qs, u"/tmp/a.png"_qs});
+    EXPECT_TRUE(second.says(u"false second"_qs, 2 * SingleInstance::answerLimitMilliseconds));
+    first.signal(SIGCONT);
+}
+
+TEST(SingleInstance, WhenTheFirstHasEndedMeanwhileTheSecondTakesItsPlace)
+{
+    auto first = std::make_unique<Start>();
+    ASSERT_TRUE(first->says(u"first"_qs));
+    SingleInstance instance;
+    ASSERT_EQ(instance.role(), SingleInstance::Role::second);
+    int activations = 0;
+    QObject::connect(&instance, &SingleInstance::activated, [&] { ++activations; });
+    first->signal(SIGKILL);
+    first.reset();
+    EXPECT_FALSE(instance.forwardActivation());
+    EXPECT_EQ(instance.role(), SingleInstance::Role::first);
+
+    Start later;
+    EXPECT_TRUE(waitUntil([&] { return activations == 1; })) << "and is reachable there";
+}
+
+TEST(SingleInstance, WithoutASessionBusTheProgramRunsAloneAndStartsNoBus)
+{
+    for (const auto& address : {QString(), u"unix:path=/nonexistent/bus"_qs, u"autolaunch:"_qs}) {
+        QProcess process;
+        auto environment = desktop().environment();
+        if (address.isEmpty())
+            environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_qs);
+        else
+            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, address);
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(PINTALUX_SINGLE_INSTANCE));
+        waitUntil([&] { return process.waitForReadyRead(1), process.canReadLine(); });
+        EXPECT_EQ(process.readLine(), "alone\n") << qPrintable(address);
+        process.kill();
+        process.waitForFinished();
+    }
+}
