@@ -5,14 +5,18 @@
 #include "platform/StringEnum.h"
 
 #include <QObject>
+#include <QPointF>
+#include <QRectF>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
 namespace pintalux {
 
+class FormerKeyboardOwner;
 class OverlayWindow;
 
 /// What a gesture on the overlay selects.
@@ -54,6 +58,12 @@ struct Cancelled { };
 using OverlayOutcome
     = std::variant<Outcome::Image, Outcome::Window, Outcome::Text, Outcome::Color, Outcome::Cancelled>;
 
+/// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
+struct DeleteLater {
+    void operator()(OverlayWindow* window) const;
+};
+using OverlayWindowPointer = std::unique_ptr<OverlayWindow, DeleteLater>;
+
 /// Lets a person select on the frozen screens, once.
 ///
 /// One borderless window lies above everything on each screen and shows that screen's still picture, so what
@@ -74,7 +84,7 @@ public:
     OverlayMode mode() const { return currentMode; }
     const FrozenScreens& frozen() const { return frozenScreens; }
     /// One for each frozen display that has a screen, in their order; empty before `show` and at the end.
-    const std::vector<std::unique_ptr<OverlayWindow>>& windows() const { return overlayWindows; }
+    const std::vector<OverlayWindowPointer>& windows() const { return overlayWindows; }
 
     /// Brings every screen up to date with the state of its view; repaints only what looks different.
     void refreshAll();
@@ -97,7 +107,8 @@ private:
 
     OverlayMode currentMode;
     FrozenScreens frozenScreens;
-    std::vector<std::unique_ptr<OverlayWindow>> overlayWindows;
+    std::vector<OverlayWindowPointer> overlayWindows;
+    std::unique_ptr<FormerKeyboardOwner> formerKeyboardOwner;
     Completion completion;
     bool finished = false;
 };
