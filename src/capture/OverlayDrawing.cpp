@@ -27,7 +27,8 @@ QPainterPath box(const QRectF& rect)
 
 void dim(const OverlayLayout& layout, const QRectF& damage, GraphicsContext& context)
 {
-    QPainterPath outside = box(damage);
+    // Beyond the damage, or its edges would be half covered where points do not fall on pixels.
+    QPainterPath outside = box(expanded(damage, 2));
     outside.setFillRule(Qt::OddEvenFill);
     if (layout.selection)
         outside.addRect(*layout.selection);

@@ -111,7 +111,7 @@ TEST(OverlayLayout, TheSizeLabelTellsPixelsAndKeepsItsRules)
     scene.selection = QRectF(100, 100, 100, 50);
     EXPECT_EQ(layOut(scene).label->content, u"200 × 100");
     EXPECT_EQ(layOut(scene).label->pill.topLeft(), QPointF(100, 158));
-    scene.selection = QRectF(700, 100, 100, 50);
+    scene.selection = QRectF(760, 100, 40, 50);
     EXPECT_NEAR(layOut(scene).label->pill.right(), 794, 1e-6);
     scene.selection = QRectF(-2, 300, 100, 200);
     const auto low = *layOut(scene).label;
