@@ -29,4 +29,11 @@ Font handwrittenFont(double size)
     return {families, size, FontWeight::bold};
 }
 
+Font monospacedFont(double size, FontWeight weight)
+{
+    static const QStringList families
+        = QStringList{u"JetBrains Mono"_qs, u"DejaVu Sans Mono"_qs} + fallbacks();
+    return {families, size, weight};
+}
+
 } // namespace pintalux::Draw

@@ -29,6 +29,8 @@ Font systemFont(double size, FontWeight weight);
 Font roundedFont(double size, FontWeight weight);
 /// The font that looks written by hand, always bold; the rounded one where none is installed.
 Font handwrittenFont(double size);
+/// The font whose characters are all equally wide, for values to compare.
+Font monospacedFont(double size, FontWeight weight);
 
 } // namespace Draw
 

@@ -4,8 +4,10 @@
 #include <QCache>
 #include <QPainter>
 #include <QPalette>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 
 #include <cmath>
 
@@ -61,6 +63,8 @@ TextBlock::TextBlock(const QString& text, const TextAttributes& attributes, std:
 }
 
 QSizeF TextBlock::size() const { return QSizeF(document->idealWidth(), document->size().height()) * scale; }
+
+double TextBlock::ascent() const { return document->firstBlock().layout()->lineAt(0).ascent() * scale; }
 
 void TextBlock::draw(QPainter& painter, QPointF topLeft) const
 {

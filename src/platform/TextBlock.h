@@ -38,6 +38,9 @@ public:
 
     double fontSize() const { return scale * layoutSize; }
 
+    /// From the top of the first line's box down to its base line.
+    double ascent() const;
+
     /// Paints with the top-left corner of the first line's box at `topLeft`, in the painter's user space.
     void draw(QPainter& painter, QPointF topLeft) const;
 

@@ -1,0 +1,119 @@
+#include "capture/CaptureOverlay.h"
+
+#include "capture/OverlayWindow.h"
+#include "model/Geometry.h"
+#include "platform/PanelWindow.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace pintalux {
+
+void DeleteLater::operator()(OverlayWindow* window) const { window->deleteLater(); }
+
+CaptureOverlayController::CaptureOverlayController(
+    OverlayMode mode, FrozenScreens frozen, Completion whenFinished)
+    : currentMode(mode)
+    , frozenScreens(std::move(frozen))
+    , completion(std::move(whenFinished))
+{
+}
+
+CaptureOverlayController::~CaptureOverlayController() { removeWindows(); }
+
+void CaptureOverlayController::show()
+{
+    formerKeyboardOwner = std::make_unique<FormerKeyboardOwner>();
+    for (const auto& display : frozenScreens.displays)
+        addWindow(display);
+    if (overlayWindows.empty()) {
+        finish(Outcome::Cancelled());
+        return;
+    }
+    watchScreens();
+    const auto underPointer = std::ranges::find_if(overlayWindows,
+        [pointer = QCursor::pos()](const auto& window) { return window->geometry().contains(pointer); });
+    giveKeyboard(underPointer == overlayWindows.end() ? *overlayWindows.front() : **underPointer);
+    refreshAll();
+}
+
+void CaptureOverlayController::addWindow(const FrozenDisplay& display)
+{
+    auto* screen = screenNamed(display.screen.name);
+    if (!screen)
+        return;
+    OverlayWindowPointer window(new OverlayWindow(display, *screen, *this));
+    window->show();
+    window->raise();
+    overlayWindows.push_back(std::move(window));
+}
+
+void CaptureOverlayController::watchScreens()
+{
+    const auto cancel = [this] { finish(Outcome::Cancelled()); };
+    for (const auto& window : overlayWindows) {
+        const auto* screen = screenNamed(window->displayName());
+        connect(screen, &QScreen::geometryChanged, this, cancel);
+        connect(screen, &QObject::destroyed, this, cancel);
+    }
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this, cancel](const QScreen* removed) {
+        if (std::ranges::any_of(
+                overlayWindows, [&](const auto& window) { return window->displayName() == removed->name(); }))
+            cancel();
+    });
+}
+
+void CaptureOverlayController::refreshAll()
+{
+    for (const auto& window : overlayWindows)
+        window->view().refresh();
+}
+
+void CaptureOverlayController::toggleWindowMode()
+{
+    if (currentMode == OverlayMode::area)
+        currentMode = OverlayMode::window;
+    else if (currentMode == OverlayMode::window)
+        currentMode = OverlayMode::area;
+    else
+        return;
+    refreshAll();
+}
+
+void CaptureOverlayController::finish(const OverlayOutcome& outcome)
+{
+    if (std::exchange(finished, true))
+        return;
+    removeWindows();
+    // The completion may destroy this object, and with it what the outcome was made from.
+    const auto report = std::exchange(completion, nullptr);
+    const auto reported = outcome;
+    if (report)
+        report(reported);
+}
+
+void CaptureOverlayController::removeWindows()
+{
+    const auto leaving = std::exchange(overlayWindows, {});
+    for (const auto& window : leaving)
+        window->hide();
+    if (formerKeyboardOwner)
+        std::exchange(formerKeyboardOwner, nullptr)->restore();
+}
+
+const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint) const
+{
+    const auto& windows = frozenScreens.windows;
+    const auto found = std::ranges::find_if(
+        windows, [&](const WindowCandidate& each) { return containsPoint(each.frame, screenPoint); });
+    return found == windows.end() ? nullptr : &*found;
+}
+
+void CaptureOverlayController::debugSimulate(const std::optional<QRectF>& selection, QPointF mouse)
+{
+    for (const auto& window : overlayWindows)
+        window->view().debugSimulate(selection, mouse);
+}
+
+} // namespace pintalux

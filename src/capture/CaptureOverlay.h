@@ -1,0 +1,116 @@
+#pragma once
+
+#include "capture/CaptureResult.h"
+#include "capture/ScreenCapture.h"
+#include "platform/StringEnum.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QRectF>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <variant>
+#include <vector>
+
+namespace pintalux {
+
+class FormerKeyboardOwner;
+class OverlayWindow;
+
+/// What a gesture on the overlay selects.
+enum class OverlayMode { area, window, text, color };
+
+inline constexpr std::array<TitledRow<OverlayMode>, 4> overlayModeTable{{
+    {OverlayMode::area, u"area", u"Área"},
+    {OverlayMode::window, u"window", u"Ventana"},
+    {OverlayMode::text, u"text", u"Texto"},
+    {OverlayMode::color, u"color", u"Color"},
+}};
+constexpr const auto& enumTable(OverlayMode) { return overlayModeTable; }
+static_assert(isOrdered<OverlayMode>());
+
+/// What a person chose, one type for each way out.
+namespace Outcome {
+
+/// A part of a screen, or the whole of it.
+struct Image {
+    CaptureResult result;
+};
+/// A window that is still to be captured.
+struct Window {
+    WindowInfo window;
+    QString title; ///< the candidate's, for the file's name
+};
+/// A part of a screen whose text is wanted.
+struct Text {
+    CaptureResult result;
+};
+/// "#" and six upper-case digits.
+struct Color {
+    QString hex;
+};
+struct Cancelled { };
+
+} // namespace Outcome
+
+using OverlayOutcome
+    = std::variant<Outcome::Image, Outcome::Window, Outcome::Text, Outcome::Color, Outcome::Cancelled>;
+
+/// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
+struct DeleteLater {
+    void operator()(OverlayWindow* window) const;
+};
+using OverlayWindowPointer = std::unique_ptr<OverlayWindow, DeleteLater>;
+
+/// Lets a person select on the frozen screens, once.
+///
+/// One borderless window lies above everything on each screen and shows that screen's still picture, so what
+/// is selected is what was there when the capture began. Main thread only.
+class CaptureOverlayController : public QObject {
+public:
+    /// Called exactly once, as the last thing that the overlay does: it may destroy the controller.
+    using Completion = std::function<void(const OverlayOutcome&)>;
+
+    CaptureOverlayController(OverlayMode mode, FrozenScreens frozen, Completion completion);
+    /// Takes the windows away without calling the completion.
+    ~CaptureOverlayController() override;
+
+    /// Shows the windows and takes the keyboard. Ends as cancelled, before it returns, when none of the
+    /// frozen displays has a screen any more, and later when one of the screens goes away or changes.
+    void show();
+
+    OverlayMode mode() const { return currentMode; }
+    const FrozenScreens& frozen() const { return frozenScreens; }
+    /// One for each frozen display that has a screen, in their order; empty before `show` and at the end.
+    const std::vector<OverlayWindowPointer>& windows() const { return overlayWindows; }
+
+    /// Brings every screen up to date with the state of its view; repaints only what looks different.
+    void refreshAll();
+    /// Goes from area to window mode and back; does nothing in the others.
+    void toggleWindowMode();
+    /// Takes the windows away and reports. Only the first call counts.
+    void finish(const OverlayOutcome& outcome);
+
+    /// The window seen at a point of the desktop (points); null where there is none. Lives as long as the
+    /// controller.
+    const WindowCandidate* windowAt(QPointF screenPoint) const;
+
+    /// For the self-test: shows a selection (view points) and the pointer on every screen.
+    void debugSimulate(const std::optional<QRectF>& selection, QPointF mouse);
+
+private:
+    void addWindow(const FrozenDisplay& display);
+    void watchScreens();
+    void removeWindows();
+
+    OverlayMode currentMode;
+    FrozenScreens frozenScreens;
+    std::vector<OverlayWindowPointer> overlayWindows;
+    std::unique_ptr<FormerKeyboardOwner> formerKeyboardOwner;
+    Completion completion;
+    bool finished = false;
+};
+
+} // namespace pintalux

@@ -1,0 +1,256 @@
+#include "capture/OverlayView.h"
+
+#include "capture/OverlayDrawing.h"
+#include "capture/PixelSampler.h"
+#include "model/Color.h"
+#include "platform/LetterKey.h"
+#include "platform/PanelWindow.h"
+
+#include <QMouseEvent>
+#include <QPaintEvent>
+
+namespace pintalux {
+
+OverlayView::OverlayView(FrozenDisplay frozen, CaptureOverlayController& owner, QWidget* parent)
+    : QWidget(parent)
+    , display(std::move(frozen))
+    , controller(&owner)
+{
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::CrossCursor);
+}
+
+void OverlayView::refresh()
+{
+    const auto former = std::exchange(shown, layOut(scene()));
+    update(damage(former, shown));
+}
+
+void OverlayView::refreshAll()
+{
+    if (controller)
+        controller->refreshAll();
+    else
+        refresh();
+}
+
+void OverlayView::debugSimulate(const std::optional<QRectF>& selection, QPointF pointer)
+{
+    if (selection) {
+        dragStart = selection->topLeft();
+        dragCurrent = selection->bottomRight();
+    }
+    mouse = pointer;
+    refresh();
+}
+
+// ---- What is shown
+
+OverlayMode OverlayView::mode() const { return controller ? controller->mode() : OverlayMode::area; }
+
+OverlayScene OverlayView::scene() const
+{
+    OverlayScene scene;
+    scene.mode = mode();
+    scene.viewSize = size();
+    scene.imageSize = display.image.size();
+    scene.pixelScale = display.pixelScale;
+    scene.mouse = mouse;
+    scene.hasKeyboard = hasFocus() && isActiveWindow();
+    if (scene.mode != OverlayMode::window) {
+        scene.selection = dragged();
+    } else if (const auto* hovered = hoveredWindow()) {
+        scene.selection = hovered->frame.translated(-display.screen.frame.topLeft());
+        scene.windowTitle = hovered->title;
+    }
+    return scene;
+}
+
+std::optional<QRectF> OverlayView::dragged() const
+{
+    if (!dragStart || !dragCurrent)
+        return std::nullopt;
+    return QRectF(*dragStart, *dragCurrent).normalized();
+}
+
+const WindowCandidate* OverlayView::hoveredWindow() const
+{
+    if (mode() != OverlayMode::window || !mouse || !controller)
+        return nullptr;
+    return controller->windowAt(*mouse + display.screen.frame.topLeft());
+}
+
+std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const
+{
+    const auto pixel = pixelAt(viewPoint, display.pixelScale);
+    const auto color = PixelSampler::color(display.image, pixel.x(), pixel.y());
+    return color ? std::optional(hexString(*color)) : std::nullopt;
+}
+
+void OverlayView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    GraphicsContext context(painter);
+    // Rectangle by rectangle: the toolkit blends much faster inside one than through a region.
+    for (const QRect& part : event->region()) {
+        const GraphicsContext::Saved saved(context);
+        context.clip(QRectF(part));
+        OverlayDrawing::draw(shown, display.image, part, context);
+    }
+}
+
+void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }
+
+// ---- The pointer
+
+void OverlayView::enterEvent(QEnterEvent* event)
+{
+    mouse = event->position();
+    giveKeyboard(*window());
+    setFocus();
+    refreshAll();
+}
+
+void OverlayView::leaveEvent(QEvent*)
+{
+    mouse.reset();
+    refresh();
+}
+
+void OverlayView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        press(event->position());
+    else if (event->button() == Qt::RightButton && controller)
+        controller->finish(Outcome::Cancelled());
+}
+
+void OverlayView::press(QPointF viewPoint)
+{
+    mouse = viewPoint;
+    switch (mode()) {
+    case OverlayMode::color:
+        pickColorAt(viewPoint);
+        break;
+    case OverlayMode::window:
+        if (const auto* hovered = hoveredWindow())
+            controller->finish(Outcome::Window{hovered->window, hovered->title});
+        break;
+    case OverlayMode::area:
+    case OverlayMode::text:
+        dragStart = dragCurrent = viewPoint;
+        break;
+    }
+    refresh();
+}
+
+void OverlayView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (event->buttons() & Qt::LeftButton) {
+        drag(event->position(), event->modifiers().testFlag(Qt::ShiftModifier));
+    } else if (event->buttons() == Qt::NoButton) {
+        mouse = event->position();
+        refreshAll();
+    }
+}
+
+void OverlayView::drag(QPointF viewPoint, bool square)
+{
+    if (!dragStart)
+        return;
+    QPointF end(
+        std::clamp(viewPoint.x(), 0.0, double(width())), std::clamp(viewPoint.y(), 0.0, double(height())));
+    if (square) {
+        const auto way = end - *dragStart;
+        const double side = std::max(std::abs(way.x()), std::abs(way.y()));
+        end = *dragStart + QPointF(way.x() >= 0 ? side : -side, way.y() >= 0 ? side : -side);
+    }
+    dragCurrent = mouse = end;
+    refresh();
+}
+
+void OverlayView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    constexpr double smallest = 3;
+    const auto selection = dragged();
+    if (selection && selection->width() >= smallest && selection->height() >= smallest)
+        finishWithCrop(*selection);
+    endDrag();
+}
+
+void OverlayView::endDrag()
+{
+    dragStart.reset();
+    dragCurrent.reset();
+    refresh();
+}
+
+// ---- The keys
+
+void OverlayView::keyPressEvent(QKeyEvent* event)
+{
+    // A key that is held must not end the overlay after it ended the drag, nor let the modes flicker.
+    if (event->isAutoRepeat())
+        return;
+    if (isLetterKey(*event, 'C')) {
+        if (mouse)
+            pickColorAt(*mouse);
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (mode() == OverlayMode::area || mode() == OverlayMode::text)
+            finishWithCrop(rect());
+        break;
+    case Qt::Key_Space:
+        if (controller)
+            controller->toggleWindowMode();
+        break;
+    case Qt::Key_Escape:
+        escape();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void OverlayView::escape()
+{
+    if (dragStart)
+        endDrag();
+    else if (controller)
+        controller->finish(Outcome::Cancelled());
+}
+
+void OverlayView::focusInEvent(QFocusEvent*) { refresh(); }
+void OverlayView::focusOutEvent(QFocusEvent*) { refresh(); }
+
+// ---- Ways out
+
+void OverlayView::pickColorAt(QPointF viewPoint)
+{
+    const auto hex = hexColorAt(viewPoint);
+    if (hex && controller)
+        controller->finish(Outcome::Color{*hex});
+}
+
+void OverlayView::finishWithCrop(const QRectF& viewRect)
+{
+    const auto pixels = pixelsOf(viewRect, display.pixelScale, display.image.size());
+    if (pixels.isEmpty() || !controller)
+        return;
+    const CaptureResult result{display.image.copy(pixels), display.pixelScale, std::nullopt};
+    if (result.image.isNull())
+        return;
+    if (mode() == OverlayMode::text)
+        controller->finish(Outcome::Text{result});
+    else
+        controller->finish(Outcome::Image{result});
+}
+
+} // namespace pintalux

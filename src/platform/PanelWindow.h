@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/ScreenSource.h"
+
+class QScreen;
+class QWidget;
+
+namespace pintalux {
+
+/// The toolkit's screen of a display; null when it is gone.
+QScreen* screenNamed(const QString& name);
+
+/// Makes a window, before it is first shown, a panel that covers `screen`: above everything, on all desktops,
+/// without frame, shadow or the window manager's say.
+void makeScreenPanel(QWidget& window, QScreen& screen);
+
+/// Gives the keyboard to a panel that is shown, or as soon as it is.
+void giveKeyboard(QWidget& panel);
+
+/// Remembers which window of the desktop has the keyboard.
+///
+/// A panel that the window manager does not know takes the keyboard without being asked for it back: not
+/// every manager, and none where none runs, gives it to the former window by itself.
+class FormerKeyboardOwner {
+public:
+    FormerKeyboardOwner();
+    /// Gives the keyboard back, once; does nothing when that window is gone.
+    void restore();
+
+private:
+    quint32 window = 0;
+};
+
+} // namespace pintalux

@@ -1,0 +1,13 @@
+// Runs the folder's tests on two screens in memory: LEFT at 1×, RIGHT at 2× and a little higher.
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" TEST_DATA "/screens.json");
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

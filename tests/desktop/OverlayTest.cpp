@@ -1,0 +1,136 @@
+#include "Desktop.h"
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+// Somebody selecting on a desktop of two monitors, the right one at 2×; every test runs bare and composited.
+class OverlayDesktopTest : public testing::TestWithParam<bool> {
+protected:
+    DisplaySession session{{.size = {1600, 600},
+        .compositor = GetParam(),
+        .monitors = {{u"IZQ"_qs, u"800/200x600/150+0+0"_qs, u"screen"_qs},
+            {u"DER"_qs, u"800/200x600/150+800+0"_qs, u"none"_qs}},
+        .scaleFactors = u"IZQ=1;DER=2"_qs}};
+    DemoWindow demo{u"Informe"_qs, u"420x300+100+100"_qs, u"#3B6FE0"_qs, session};
+    QTemporaryDir folder;
+    QImage before;
+    QProcess* selecting = nullptr;
+
+    void show(const QString& mode, QPoint pointer)
+    {
+        xdotool({u"windowactivate"_qs, u"--sync"_qs, demo.id()});
+        moveTo(pointer);
+        waitUntil([] { return false; }, 200);
+        before = pictureByOthers(session);
+        selecting = &session.start(QStringLiteral(PINTALUX_SELECT_ON_SCREENS), {mode, folder.path()});
+        const auto formerFocus = focus();
+        ASSERT_TRUE(waitUntil([&] { return focus() != formerFocus; })) << "it never took the keyboard";
+        waitUntil([] { return false; }, 300);
+    }
+
+    void xdotool(const QStringList& arguments) const { session.run(u"xdotool"_qs, arguments); }
+    void moveTo(QPoint to) const
+    {
+        xdotool({u"mousemove"_qs, QString::number(to.x()), QString::number(to.y())});
+        waitUntil([] { return false; }, 60);
+    }
+    void key(const QString& name) const { xdotool({u"key"_qs, name}); }
+    void dragTo(QPoint from, QPoint to) const
+    {
+        moveTo(from);
+        xdotool({u"mousedown"_qs, u"1"_qs});
+        moveTo((from + to) / 2);
+        moveTo(to);
+    }
+    QByteArray focus() const { return session.run(u"xdotool"_qs, {u"getwindowfocus"_qs}).trimmed(); }
+
+    std::string outcome() const
+    {
+        if (!waitUntil([&] { return selecting->state() == QProcess::NotRunning; }))
+            return "still open";
+        return selecting->readAllStandardOutput().trimmed().toStdString();
+    }
+    QImage saved(const QString& name) const
+    {
+        return QImage(folder.filePath(name)).convertToFormat(QImage::Format_RGB32);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Desktop, OverlayDesktopTest, testing::Bool(),
+    [](const auto& tested) { return tested.param ? "Composited" : "Bare"; });
+
+} // namespace
+
+TEST_P(OverlayDesktopTest, TheOverlayIsTheScreenPixelForPixelAndGivesTheKeyboardBack)
+{
+    const auto formerFocus = [&] {
+        xdotool({u"windowactivate"_qs, u"--sync"_qs, demo.id()});
+        waitUntil([] { return false; }, 200);
+        return focus();
+    }();
+    show(u"color"_qs, {400, 500});
+    const auto shown = pictureByOthers(session);
+    // The bar is on the screen of the pointer, and so is the loupe.
+    const QRect right(800, 0, 800, 600);
+    const QRect left(0, 80, 380, 520);
+    EXPECT_EQ(differingPixels(shown.copy(right), before.copy(right)), 0);
+    EXPECT_EQ(differingPixels(shown.copy(left), before.copy(left)), 0);
+    EXPECT_GT(differingPixels(shown, before), 10000) << "no bar and no loupe";
+
+    key(u"Escape"_qs);
+    EXPECT_EQ(outcome(), "cancelled");
+    EXPECT_TRUE(waitUntil([&] { return focus() == formerFocus; }));
+}
+
+TEST_P(OverlayDesktopTest, ADraggedSelectionIsCutFromItsOwnScreen)
+{
+    show(u"area"_qs, {400, 400});
+    dragTo({120, 140}, {420, 340});
+    xdotool({u"mouseup"_qs, u"1"_qs});
+    EXPECT_EQ(outcome(), "image 300x200 1");
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), before.copy(120, 140, 300, 200)), 0);
+
+    // From the right screen across to the left one: kept inside, and at the right one's scale.
+    show(u"area"_qs, {1200, 400});
+    dragTo({1100, 240}, {600, 440});
+    xdotool({u"mouseup"_qs, u"1"_qs});
+    EXPECT_EQ(outcome(), "image 300x200 2");
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(0, 240, 300, 200)), 0);
+}
+
+TEST_P(OverlayDesktopTest, KeysActOnTheScreenUnderThePointerInAnyLayout)
+{
+    show(u"area"_qs, {400, 400});
+    moveTo({1200, 300});
+    key(u"Return"_qs);
+    EXPECT_EQ(outcome(), "image 800x600 2");
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs)), 0);
+
+    show(u"area"_qs, {400, 400});
+    moveTo({300, 250});
+    key(u"space"_qs);
+    xdotool({u"click"_qs, u"1"_qs});
+    EXPECT_EQ(outcome(), "window Demostración — Informe");
+
+    show(u"text"_qs, {400, 400});
+    dragTo({100, 100}, {300, 300});
+    key(u"Escape"_qs);
+    xdotool({u"mouseup"_qs, u"1"_qs});
+    EXPECT_EQ(selecting->state(), QProcess::Running);
+    session.run(u"setxkbmap"_qs, {u"ru"_qs});
+    waitUntil([] { return false; }, 200);
+    moveTo({120, 130});
+    xdotool({u"key"_qs, u"54"_qs});
+    EXPECT_EQ(outcome(), "color #3B6FE0");
+}
+
+TEST_P(OverlayDesktopTest, AScreenThatGoesAwayEndsItAsCancelled)
+{
+    show(u"area"_qs, {400, 400});
+    dragTo({900, 100}, {1000, 200});
+    session.run(u"xrandr"_qs, {u"--delmonitor"_qs, u"DER"_qs});
+    EXPECT_EQ(outcome(), "cancelled");
+    xdotool({u"mouseup"_qs, u"1"_qs});
+}
