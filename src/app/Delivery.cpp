@@ -65,7 +65,8 @@ void Delivery::copyText(const QString& text)
     }
     Clipboard::copy(text);
     const auto lines = text.split(u'\n', Qt::SkipEmptyParts).size();
-    routes.showMessage(lines == 1 ? u"Texto copiado"_qs : QString::number(lines) + u" líneas de texto copiadas"_qs,
+    routes.showMessage(
+        lines == 1 ? u"Texto copiado"_qs : QString::number(lines) + u" líneas de texto copiadas"_qs,
         u"text.viewfinder"_qs, {});
 }
 
@@ -73,7 +74,8 @@ void Delivery::deliverColor(const QString& hex)
 {
     routes.reactivatePrevious();
     Clipboard::copy(hex);
-    routes.showMessage(u"Color %1 copiado"_qs.arg(hex), u"eyedropper"_qs, colorFromHex(hex).value_or(QColor()));
+    routes.showMessage(
+        u"Color %1 copiado"_qs.arg(hex), u"eyedropper"_qs, colorFromHex(hex).value_or(QColor()));
 }
 
 } // namespace pintalux

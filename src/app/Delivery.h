@@ -14,7 +14,8 @@ class Settings;
 
 /// Takes a finished capture to where the person's settings want it.
 ///
-/// Main thread only. What belongs to others (windows, focus, sound, text recognition) is reached through `Routes`.
+/// Main thread only. What belongs to others (windows, focus, sound, text recognition) is reached through
+/// `Routes`.
 class Delivery {
 public:
     struct Routes {
@@ -25,15 +26,16 @@ public:
         std::function<void()> playSound;
         std::function<void(const CaptureResult&)> openEditor;
         std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> showThumbnail;
-        /// Recognises the text of a picture and calls back on the main thread; an empty text means none was found.
+        /// Recognises the text of a picture and calls back on the main thread; an empty text means none was
+        /// found.
         std::function<void(const QImage&, std::function<void(const QString&)>)> recognizeText;
         std::function<void(const QString& message, const QString& symbol, const QColor& tint)> showMessage;
     };
 
     Delivery(const Settings& settings, Routes routes);
 
-    /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. An automatic
-    /// save that fails is silent.
+    /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. An
+    /// automatic save that fails is silent.
     void deliver(const CaptureResult& result);
     /// Copies the text in the picture.
     void deliverText(const CaptureResult& result);
