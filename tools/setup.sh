@@ -7,13 +7,13 @@ set -euo pipefail
 build=(build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev libgl-dev
   libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev
-  libdeflate-dev libheif-dev libcanberra-dev)
+  libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont)
 run=(qt6-image-formats-plugins libcanberra-pulse xdg-utils
   fonts-inter fonts-quicksand fonts-comic-neue fonts-dejavu-core fonts-noto-color-emoji
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
   xvfb openbox picom xdotool xclip x11-utils x11-apps x11-xkb-utils x11-xserver-utils imagemagick libheif-examples dbus dbus-x11
-  libglib2.0-bin)
+  libglib2.0-bin trayer python3-dbus python3-gi)
 
 groups=("$@")
 [ ${#groups[@]} -gt 0 ] || groups=(build run test)

@@ -4,12 +4,14 @@
 #include "model/Geometry.h"
 #include "model/Palette.h"
 #include "platform/Error.h"
+#include "platform/PathData.h"
 #include "render/Draw.h"
 #include "render/Exporter.h"
 #include "render/Renderer.h"
 
 #include <QColorSpace>
 #include <QDir>
+#include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
 
@@ -80,7 +82,59 @@ void drawMark(const QRectF& mark, double lineWidth, GraphicsContext& graphics)
     graphics.fill(Draw::ellipse(expanded(center, 0.07 * mark.width())), Palette::chalkYellow);
 }
 
+// Points of a square of 18.
+constexpr double statusSide = 18;
+constexpr QStringView statusBrackets = u"M2 6V2H6M12 2H16V6M16 12V16H12M6 16H2V12";
+constexpr QStringView statusCurve = u"M5.5 12C8 4.5 9.5 14 12.5 6";
+
+class StatusImage : public QIconEngine {
+public:
+    explicit StatusImage(const QColor& ink)
+        : color(ink)
+    {
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override
+    {
+        const double scale = std::min(rect.width(), rect.height()) / statusSide;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(QRectF(rect).center() - QPointF(statusSide, statusSide) * scale / 2);
+        painter->scale(scale, scale);
+        painter->setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter->drawPath(pathFromData(statusBrackets));
+        painter->setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter->drawPath(pathFromData(statusCurve));
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap result(size);
+        result.fill(Qt::transparent);
+        QPainter painter(&result);
+        paint(&painter, QRect({}, size), mode, state);
+        return result;
+    }
+
+    // Those that are handed to the host of a StatusNotifier item.
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
+    {
+        QList<QSize> sizes;
+        for (const int side : {16, 18, 22, 24, 32, 36, 44, 48, 64})
+            sizes.append({side, side});
+        return sizes;
+    }
+
+    QIconEngine* clone() const override { return new StatusImage(*this); }
+
+private:
+    QColor color;
+};
+
 } // namespace
+
+QIcon statusBarImage(const QColor& color) { return QIcon(new StatusImage(color)); }
 
 QImage render(int size)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+#include <QIcon>
 #include <QImage>
 #include <QString>
 
@@ -7,6 +9,10 @@ namespace pintalux {
 
 /// The application's icons, drawn in code: no icon file is needed at run time.
 namespace AppIcon {
+
+/// The status item's image: one colour on clear ground, drawn anew for each size and device pixel ratio.
+/// Whoever shows it chooses the colour that stands out from the panel.
+QIcon statusBarImage(const QColor& color);
 
 /// The full-colour icon, `size` × `size` pixels; null for a size below 1.
 QImage render(int size);

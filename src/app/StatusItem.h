@@ -4,14 +4,17 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QTimer>
 
 #include <memory>
+#include <optional>
 
 class QMenu;
 class QSystemTrayIcon;
-class QTimer;
 
 namespace pintalux {
+
+class Menu;
 
 /// The program's icon in the desktop's panel, with its menu.
 ///
@@ -34,7 +37,12 @@ public:
     /// Opens the menu at the icon, or under the pointer where it is not known where the icon is.
     void performClick();
 
-    QMenu& menu() { return *statusMenu; }
+    QMenu& menu();
+
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+    /// Paints the icon anew for the panel it stands in.
+    Q_SLOT void updateIcon();
 
 Q_SIGNALS:
     /// A row was chosen; see `StatusMenuAction` and the raw values of `CaptureAction`.
@@ -47,14 +55,16 @@ Q_SIGNALS:
 private:
     void rebuildMenu();
     void lookForTray();
-    void updateIcon();
+    void createIcon();
+    bool wantsLightImage() const;
 
     std::function<StatusMenuState()> state;
     KeyText keyText;
-    std::unique_ptr<QMenu> statusMenu;
+    std::unique_ptr<Menu> statusMenu;
     std::unique_ptr<QSystemTrayIcon> icon;
-    QTimer* search;
+    QTimer search; ///< for a place, while there is none
     bool announcedMissing = false;
+    std::optional<bool> lightImage; ///< as it is shown now
 };
 
 } // namespace pintalux

@@ -95,9 +95,9 @@ bool XcbConnection::hasExtension(xcb_extension_t& extension) const
     return data && data->present;
 }
 
-bool XcbConnection::hasCompositor() const
+bool XcbConnection::hasManager(const QByteArray& selectionPrefix) const
 {
-    const auto selection = intern("_NET_WM_CM_S" + QByteArray::number(screenNumber));
+    const auto selection = intern(selectionPrefix + QByteArray::number(screenNumber));
     const auto owner
         = reply<xcb_get_selection_owner_reply_t>(xcb_get_selection_owner(get(), selection).sequence);
     return owner && owner->owner != XCB_WINDOW_NONE;

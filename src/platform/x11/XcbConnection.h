@@ -74,8 +74,10 @@ public:
 
     xcb_atom_t atom(Atom name) const { return atoms[static_cast<std::size_t>(name)]; }
     bool hasExtension(xcb_extension_t& extension) const;
-    /// True when a compositing manager owns the screen.
-    bool hasCompositor() const;
+    /// True when some client holds the manager selection of that name and this screen's number, such as
+    /// "_NET_SYSTEM_TRAY_S" for the panel that takes status icons.
+    bool hasManager(const QByteArray& selectionPrefix) const;
+    bool hasCompositor() const { return hasManager("_NET_WM_CM_S"); }
 
     /// The answer to a request made before; null when the server answered with an error, whose code then
     /// is in `errorCode`.

@@ -1,0 +1,284 @@
+#include "app/HUD.h"
+
+#include "model/Palette.h"
+#include "platform/Compositor.h"
+#include "platform/GraphicsContext.h"
+#include "platform/Symbol.h"
+#include "platform/TextBlock.h"
+
+#include <QApplication>
+#include <QBitmap>
+#include <QLinearGradient>
+#include <QPaintEvent>
+#include <QScreen>
+#include <QTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+namespace pintalux::HUD {
+
+namespace {
+
+constexpr int fadeInMilliseconds = 180;
+constexpr int shownMilliseconds = 2000;
+constexpr int fadeOutMilliseconds = 300;
+
+// Points.
+constexpr double aboveVisibleBottom = 56;
+constexpr double freeSpace = 16;   ///< around the capsule, part of the panel that stands above the bottom
+constexpr double shadowSpace = 32; ///< around the capsule in our window: the shadow fades out within it
+constexpr double sidePadding = 18;
+constexpr double verticalPadding = 11;
+constexpr double glyphSize = 18;
+constexpr double discSize = 14;
+constexpr double gap = 9;
+constexpr double widestText = 520;
+constexpr double largestRadius = 20;
+constexpr int mostLines = 4;
+
+constexpr QColor capsuleColor{0x1B, 0x1A, 0x22, 230};
+constexpr QColor ringColor{255, 255, 255, 41};
+constexpr QColor discRingColor{255, 255, 255, 179};
+constexpr QColor shadowColor{0, 0, 0, 66};
+
+TextBlock laidOut(const QString& text, std::optional<double> wrapWidth)
+{
+    return {text, {Draw::systemFont(13, FontWeight::medium), Qt::white}, wrapWidth};
+}
+
+/// One line where it fits into `width`, else up to `mostLines` lines that end in "…" where that is not
+/// enough.
+TextBlock fitted(const QString& text, double width)
+{
+    auto line = laidOut(text, std::nullopt);
+    const double highest = laidOut(QString(mostLines - 1, u'\n'), std::nullopt).size().height() + 0.5;
+    if (line.size().width() <= width && line.size().height() <= highest)
+        return line;
+    auto block = laidOut(text, width);
+    if (block.size().height() <= highest)
+        return block;
+    qsizetype fits = 0;
+    qsizetype tooMany = text.size();
+    while (tooMany - fits > 1) {
+        const auto middle = (fits + tooMany) / 2;
+        const bool good = laidOut(text.left(middle) + u'…', width).size().height() <= highest;
+        (good ? fits : tooMany) = middle;
+    }
+    if (fits > 0 && text[fits - 1].isHighSurrogate())
+        --fits;
+    return laidOut(text.left(fits).trimmed() + u'…', width);
+}
+
+/// The widget of one message.
+class Panel : public QWidget {
+public:
+    Panel(
+        const QString& text, const QString& symbol, const std::optional<QColor>& tintColor, QSizeF available)
+        : message(text)
+        , symbolName(symbol)
+        , tint(tintColor)
+        , block(fitted(text,
+              std::min(widestText, available.width() - 2 * (freeSpace + sidePadding) - glyphSize - gap)))
+        , translucent(hasCompositor())
+    {
+        setWindowFlags(Qt::ToolTip | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint
+            | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput
+            | Qt::NoDropShadowWindowHint);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAttribute(Qt::WA_TranslucentBackground, translucent);
+        setFocusPolicy(Qt::NoFocus);
+        setWindowTitle(u"Pintalux"_qs);
+        setAccessibleName(text);
+
+        const QSizeF content(markWidth() + gap + std::ceil(block.size().width()),
+            std::max(glyphSize, std::ceil(block.size().height())));
+        capsule = QRectF(
+            margin(), margin(), content.width() + 2 * sidePadding, content.height() + 2 * verticalPadding);
+        setFixedSize((capsule.bottomRight() + QPointF(margin(), margin())).toPoint().x(),
+            int(std::ceil(capsule.bottom() + margin())));
+        if (!translucent)
+            setMask(capsuleMask());
+    }
+
+    /// Around the capsule on every side of the window.
+    double margin() const { return translucent ? shadowSpace : 0; }
+
+    void fadeTo(double target, int milliseconds)
+    {
+        if (!translucent || prefersReducedMotion()) {
+            opacity = target;
+            update();
+            return;
+        }
+        fade.stop();
+        fade.setStartValue(opacity);
+        fade.setEndValue(target);
+        fade.setDuration(milliseconds);
+        fade.disconnect(this);
+        connect(&fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+            opacity = value.toDouble();
+            update();
+        });
+        fade.start();
+    }
+
+    const QString message;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        if (picture.isNull() || picture.devicePixelRatioF() != devicePixelRatioF())
+            picture = render();
+        QPainter painter(this);
+        painter.setOpacity(opacity);
+        painter.drawImage(QPointF(0, 0), picture);
+    }
+
+private:
+    double markWidth() const { return tint ? discSize : glyphSize; }
+    double radius() const { return std::min(capsule.height() / 2, largestRadius); }
+
+    QPainterPath outline(double inset) const
+    {
+        QPainterPath path;
+        const auto rect = capsule.adjusted(inset, inset, -inset, -inset);
+        path.addRoundedRect(rect, radius() - inset, radius() - inset);
+        return path;
+    }
+
+    QBitmap capsuleMask() const
+    {
+        QBitmap mask(size());
+        mask.clear();
+        QPainter painter(&mask);
+        painter.fillPath(outline(0), Qt::color1);
+        return mask;
+    }
+
+    // Drawn once: the shadow is too dear for every step of a fade.
+    QImage render() const
+    {
+        const double ratio = devicePixelRatioF();
+        QImage image((QSizeF(size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        auto opaque = capsuleColor;
+        opaque.setAlpha(255);
+        image.fill(translucent ? QColor(Qt::transparent) : opaque);
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        if (translucent) {
+            drawShadow(painter, ratio);
+            context.fill(outline(0), capsuleColor);
+        }
+        context.stroke(outline(0.5), {ringColor, 1});
+        drawMark(context);
+        const double textTop = capsule.center().y() - block.size().height() / 2;
+        context.draw(block, {capsule.left() + sidePadding + markWidth() + gap, textTop});
+        return image;
+    }
+
+    // Only outside the capsule, whose own colour lets what is below shine through.
+    void drawShadow(QPainter& painter, double ratio) const
+    {
+        painter.save();
+        QPainterPath outside;
+        outside.addRect(QRectF(QPointF(0, 0), QSizeF(size())));
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setClipPath(outside.subtracted(outline(0)));
+        GraphicsContext context(painter);
+        context.setShadow({shadowColor, {0, 6 * ratio}, 20 * ratio});
+        context.fill(outline(0), QColor(Qt::black));
+        painter.restore();
+    }
+
+    void drawMark(GraphicsContext& context) const
+    {
+        const QRectF mark(
+            capsule.left() + sidePadding, capsule.center().y() - markWidth() / 2, markWidth(), markWidth());
+        if (tint) {
+            QPainterPath disc;
+            disc.addEllipse(mark.adjusted(0.5, 0.5, -0.5, -0.5));
+            context.fillAndStroke(disc, *tint, {discRingColor, 1});
+            return;
+        }
+        QLinearGradient chalk(mark.topLeft(), mark.bottomRight());
+        chalk.setColorAt(0, Palette::chalkWhite);
+        chalk.setColorAt(1, Palette::chalkYellow);
+        Symbol::draw(symbolName, mark, chalk, context);
+    }
+
+    QString symbolName;
+    std::optional<QColor> tint;
+    TextBlock block;
+    bool translucent;
+    QRectF capsule; ///< in the window
+    QImage picture;
+    double opacity = 0;
+    QVariantAnimation fade;
+};
+
+/// The message on screen and its pending end.
+std::unique_ptr<Panel> currentPanel;
+
+QScreen* screenUnderPointer()
+{
+    auto* screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+// The windows must be gone before the connection to the display is.
+void dismissAtTheEnd()
+{
+    static bool promised = false;
+    if (std::exchange(promised, true))
+        return;
+    qAddPostRoutine([] {
+        currentPanel.reset();
+        promised = false;
+    });
+}
+
+} // namespace
+
+void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return;
+    const auto* screen = screenUnderPointer();
+    if (!screen)
+        return;
+    dismiss();
+    dismissAtTheEnd();
+    const QRectF visible = screen->availableGeometry();
+    currentPanel = std::make_unique<Panel>(message, symbol, tint, visible.size());
+    auto& panel = *currentPanel;
+    const double bottom = visible.bottom() - aboveVisibleBottom - freeSpace + panel.margin();
+    panel.move(qRound(visible.center().x() - panel.width() / 2.0), qRound(bottom - panel.height()));
+    disableCompositorShadow(panel);
+    panel.show();
+    panel.raise();
+    panel.fadeTo(1, fadeInMilliseconds);
+    // The timers belong to the panel: a newer message ends them with it.
+    QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, &panel, [&panel] {
+        panel.fadeTo(0, fadeOutMilliseconds);
+        QTimer::singleShot(fadeOutMilliseconds, &panel, dismiss);
+    });
+}
+
+std::optional<QString> currentMessage()
+{
+    if (!currentPanel)
+        return std::nullopt;
+    return currentPanel->message;
+}
+
+void dismiss()
+{
+    if (auto* leaving = currentPanel.release()) {
+        leaving->hide();
+        leaving->deleteLater(); // it may be its own timer that asks
+    }
+}
+
+} // namespace pintalux::HUD

@@ -1,0 +1,356 @@
+#include "app/MenuStyle.h"
+
+#include "app/Theme.h"
+#include "model/Color.h"
+#include "model/Geometry.h"
+#include "platform/Compositor.h"
+#include "platform/GraphicsContext.h"
+#include "platform/Symbol.h"
+#include "platform/TextBlock.h"
+#include "render/Draw.h"
+
+#include <QBitmap>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QProxyStyle>
+#include <QScreen>
+#include <QStyleOptionMenuItem>
+
+namespace pintalux {
+
+namespace {
+
+// Points.
+constexpr int padding = 6;
+constexpr int rowHeight = 28;
+constexpr int smallRowHeight = 22;
+constexpr int separatorHeight = 11;
+constexpr int separatorInset = 8;
+constexpr int sidePadding = 10;
+constexpr int iconSize = 17;
+constexpr int iconGap = 9;
+constexpr int keyGap = 24;
+constexpr int textLeft = sidePadding + iconSize + iconGap;
+constexpr int noteWidth = 280;
+constexpr int shadowSpace = 40;
+
+constexpr char lookProperty[] = "pintaluxMenuRow";
+constexpr char keyProperty[] = "pintaluxMenuKey";
+
+struct Type {
+    double size;
+    FontWeight weight;
+};
+
+Type typeOf(Menu::Look look)
+{
+    switch (look) {
+    case Menu::Look::header:
+        return {13, FontWeight::semibold};
+    case Menu::Look::note:
+    case Menu::Look::credit:
+        return {11, FontWeight::regular};
+    case Menu::Look::link:
+        return {11, FontWeight::medium};
+    case Menu::Look::action:
+        break;
+    }
+    return {13, FontWeight::regular};
+}
+
+Menu::Look lookOf(const QStyleOptionMenuItem& option)
+{
+    return Menu::Look(option.styleObject ? option.styleObject->property(lookProperty).toInt() : 0);
+}
+
+TextBlock textOf(const QString& text, Menu::Look look, const QColor& color)
+{
+    const auto [size, weight] = typeOf(look);
+    return {text, {Draw::systemFont(size, weight), color},
+        look == Menu::Look::note ? std::optional<double>(noteWidth) : std::nullopt};
+}
+
+QString withoutMnemonic(const QString& text)
+{
+    auto plain = text;
+    return plain.replace(u"&&"_qs, u"\x01"_qs).remove(u'&').replace(u'\x01', u'&');
+}
+
+struct Texts {
+    QString title;
+    QString key;
+};
+
+Texts textsOf(const QStyleOptionMenuItem& option)
+{
+    const auto tab = option.text.indexOf(u'\t');
+    return {withoutMnemonic(tab < 0 ? option.text : option.text.left(tab)),
+        tab < 0 ? QString() : option.text.mid(tab + 1)};
+}
+
+QColor textColor(const QStyleOptionMenuItem& option, Menu::Look look, bool highlighted, const Theme& theme)
+{
+    if (look == Menu::Look::link)
+        return highlighted ? QColor(Qt::white) : theme.onSelected;
+    if (look == Menu::Look::credit || look == Menu::Look::note)
+        return theme.text2;
+    if (look == Menu::Look::header)
+        return theme.text;
+    if (!(option.state & QStyle::State_Enabled))
+        return theme.disabled;
+    return highlighted ? QColor(Qt::white) : theme.text;
+}
+
+void drawCentered(const TextBlock& block, double left, const QRectF& row, QPainter& painter)
+{
+    block.draw(painter, {left, row.center().y() - block.size().height() / 2});
+}
+
+} // namespace
+
+/// Sizes and paints the rows for the toolkit's menu.
+class Menu::Style : public QProxyStyle {
+public:
+    explicit Style(int around)
+        : QProxyStyle(u"fusion"_qs)
+        , margin(around)
+    {
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        switch (metric) {
+        case PM_MenuHMargin:
+        case PM_MenuVMargin:
+            return padding + margin;
+        case PM_MenuPanelWidth:
+        case PM_MenuDesktopFrameWidth:
+            return 0;
+        case PM_MenuTearoffHeight:
+        case PM_SubMenuOverlap:
+            return 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+        QStyleHintReturn* data) const override
+    {
+        // The menu's own shape is set where it is shown.
+        if (hint == SH_Menu_Mask)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+        const QWidget* widget) const override
+    {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (type != CT_MenuItem || !item)
+            return QProxyStyle::sizeFromContents(type, option, size, widget);
+        if (item->menuItemType == QStyleOptionMenuItem::Separator)
+            return {1, separatorHeight};
+        const auto look = lookOf(*item);
+        const auto [title, key] = textsOf(*item);
+        const auto text = textOf(title, look, Qt::black).size();
+        double width = textLeft + text.width() + sidePadding;
+        if (!key.isEmpty())
+            width += keyGap + textOf(key, Look::action, Qt::black).size().width();
+        int height = look == Look::credit || look == Look::link ? smallRowHeight : rowHeight;
+        if (look == Look::note)
+            height = int(std::ceil(text.height())) + 8;
+        return {int(std::ceil(width)), height};
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+        const QWidget* widget) const override
+    {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (element == CE_MenuItem && item)
+            drawRow(*item, *painter);
+        else if (element != CE_MenuEmptyArea)
+            QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+private:
+    static void drawRow(const QStyleOptionMenuItem& item, QPainter& painter)
+    {
+        const auto& theme = Theme::of(item.palette);
+        const QRectF row(item.rect);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        if (item.menuItemType == QStyleOptionMenuItem::Separator) {
+            const double y = std::floor(row.center().y());
+            painter.fillRect(
+                QRectF(row.left() + separatorInset, y, row.width() - 2 * separatorInset, 1), theme.hair);
+            painter.restore();
+            return;
+        }
+        const bool enabled = item.state & State_Enabled;
+        const bool highlighted = enabled && (item.state & State_Selected);
+        if (highlighted)
+            painter.fillPath(Draw::roundedRect(row, Theme::menuRowRadius), theme.brand);
+        drawIcon(item, row, highlighted, painter);
+        const auto look = lookOf(item);
+        const auto [title, key] = textsOf(item);
+        drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)), row.left() + textLeft,
+            row, painter);
+        if (!key.isEmpty()) {
+            const auto keyBlock = textOf(key, Look::action,
+                highlighted   ? QColor(Qt::white)
+                    : enabled ? theme.text2
+                              : theme.disabled);
+            drawCentered(keyBlock, row.right() - sidePadding - keyBlock.size().width(), row, painter);
+        }
+        painter.restore();
+    }
+
+    static void drawIcon(
+        const QStyleOptionMenuItem& item, const QRectF& row, bool highlighted, QPainter& painter)
+    {
+        const QRect place(
+            int(row.left()) + sidePadding, int(row.center().y() - iconSize / 2.0 + 0.5), iconSize, iconSize);
+        const bool enabled = item.state & State_Enabled;
+        if (!item.icon.isNull())
+            item.icon.paint(&painter, place, Qt::AlignCenter,
+                highlighted                                   ? QIcon::Active
+                    : enabled || lookOf(item) != Look::action ? QIcon::Normal
+                                                              : QIcon::Disabled);
+        else if (item.checkType != QStyleOptionMenuItem::NotCheckable && item.checked)
+            Symbol::draw(
+                u"checkmark", place, highlighted ? QColor(Qt::white) : Theme::of(item.palette).icon, painter);
+    }
+
+    int margin;
+};
+
+Menu::Menu(QWidget* parent)
+    : QMenu(parent)
+    , translucent(hasCompositor())
+{
+    rowStyle = std::make_unique<Style>(translucent ? shadowSpace : 0);
+    setStyle(rowStyle.get());
+    setWindowFlag(Qt::FramelessWindowHint);
+    setWindowFlag(Qt::NoDropShadowWindowHint);
+    setAttribute(Qt::WA_TranslucentBackground, translucent);
+    setToolTipsVisible(true);
+}
+
+Menu::~Menu() { setStyle(nullptr); }
+
+void Menu::setLook(QAction& action, Look look) { action.setProperty(lookProperty, int(look)); }
+
+void Menu::setKeyText(QAction& action, const QString& text) { action.setProperty(keyProperty, text); }
+
+void Menu::setCardWidth(int width)
+{
+    cardWidth = width;
+    setMinimumWidth(width + (translucent ? 2 * shadowSpace : 0));
+}
+
+QRectF Menu::card() const
+{
+    const int margin = translucent ? shadowSpace : 0;
+    return QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+}
+
+void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const
+{
+    QMenu::initStyleOption(option, action);
+    const auto title = action->text().section(u'\t', 0, 0);
+    const auto key = action->property(keyProperty);
+    if (key.isValid())
+        option->text = key.toString().isEmpty() ? title : title + u'\t' + key.toString();
+    // The style finds the row's look where it is kept.
+    option->styleObject = const_cast<QAction*>(action);
+}
+
+QImage Menu::renderBackground() const
+{
+    const double ratio = devicePixelRatioF();
+    const auto& theme = Theme::of(palette());
+    QImage image((QSizeF(size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(ratio);
+    image.fill(translucent ? QColor(Qt::transparent) : theme.card);
+    QPainter painter(&image);
+    GraphicsContext context(painter);
+    const auto shape = Draw::roundedRect(card(), Theme::menuRadius);
+    if (translucent) {
+        const auto ink = theme.dark ? QColor(Qt::black) : QColor(0x18, 0x14, 0x30);
+        for (const auto& shadow : {Shadow{withAlpha(ink, theme.dark ? 0.50 : 0.18),
+                                       {0, (theme.dark ? 12 : 10) * ratio}, (theme.dark ? 36 : 32) * ratio},
+                 Shadow{withAlpha(ink, theme.dark ? 0.35 : 0.08), {0, ratio}, 3 * ratio}}) {
+            const GraphicsContext::Saved saved(context);
+            context.setShadow(shadow);
+            context.fill(shape, theme.card);
+        }
+        context.fill(shape, theme.card);
+    }
+    const double hairline = 1 / ratio;
+    if (theme.dark && translucent)
+        context.stroke(Draw::roundedRect(expanded(card(), hairline / 2), Theme::menuRadius),
+            {withAlpha(Qt::black, 0.45), hairline});
+    const double edge = translucent && !theme.dark ? hairline / 2 : -hairline / 2;
+    context.stroke(Draw::roundedRect(expanded(card(), edge), Theme::menuRadius + edge),
+        {theme.dark ? withAlpha(Qt::white, 0.09) : theme.hair, hairline});
+    return image;
+}
+
+void Menu::paintEvent(QPaintEvent* event)
+{
+    const bool dark = Theme::of(palette()).dark;
+    const auto pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    if (background.size() != pixels || background.devicePixelRatioF() != devicePixelRatioF()
+        || backgroundDark != dark) {
+        background = renderBackground();
+        backgroundDark = dark;
+    }
+    QPainter painter(this);
+    painter.setClipRegion(event->region());
+    painter.drawImage(QPointF(0, 0), background);
+    for (auto* action : actions()) {
+        QStyleOptionMenuItem option;
+        initStyleOption(&option, action);
+        option.rect = actionGeometry(action);
+        if (action->isVisible() && event->rect().intersects(option.rect))
+            style()->drawControl(QStyle::CE_MenuItem, &option, &painter, this);
+    }
+}
+
+void Menu::showEvent(QShowEvent* event)
+{
+    if (translucent) {
+        disableCompositorShadow(*this);
+        // The toolkit has placed the window; it is the card within that belongs there.
+        const auto pointer = QCursor::pos();
+        const auto frame = geometry();
+        const QPoint shift(frame.right() <= pointer.x() ? shadowSpace : -shadowSpace,
+            frame.bottom() <= pointer.y() ? shadowSpace : -shadowSpace);
+        move(frame.topLeft() + shift);
+    } else {
+        QBitmap mask(size());
+        mask.clear();
+        QPainter(&mask).fillPath(Draw::roundedRect(card(), Theme::menuRadius), Qt::color1);
+        setMask(mask);
+    }
+    QMenu::showEvent(event);
+}
+
+void Menu::mousePressEvent(QMouseEvent* event)
+{
+    if (rect().contains(event->position().toPoint()) && !card().contains(event->position()))
+        close(); // on the shadow is beside the menu
+    else
+        QMenu::mousePressEvent(event);
+}
+
+void Menu::mouseMoveEvent(QMouseEvent* event)
+{
+    QMenu::mouseMoveEvent(event);
+    const auto* action = actionAt(event->position().toPoint());
+    const bool link = action && Look(action->property(lookProperty).toInt()) == Look::link;
+    setCursor(link ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+} // namespace pintalux

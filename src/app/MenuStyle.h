@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QImage>
+#include <QMenu>
+
+#include <memory>
+
+namespace pintalux {
+
+/// A menu with the product's look: a rounded card with rows of 28 points, the highlighted one in the brand's
+/// colour, and a shadow where there is a compositor.
+///
+/// Its rows are ordinary actions; `setLook` and `setKeyText` say what an action cannot.
+class Menu : public QMenu {
+    Q_OBJECT
+
+public:
+    enum class Look {
+        action,
+        header, ///< name in semibold, not faded though it cannot be chosen
+        note,   ///< explanation in small secondary text, on several lines where needed
+        credit, ///< one line in small secondary text
+        link,   ///< small, in the colour of links
+    };
+
+    explicit Menu(QWidget* parent = nullptr);
+    ~Menu() override;
+
+    static void setLook(QAction& action, Look look);
+    /// The text shown at the right end, in place of the shortcut's.
+    static void setKeyText(QAction& action, const QString& text);
+
+    /// The menu is never narrower than this; points.
+    void setCardWidth(int width);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
+
+private:
+    class Style;
+
+    QRectF card() const;
+    QImage renderBackground() const;
+
+    std::unique_ptr<Style> rowStyle;
+    int cardWidth = 0;
+    bool translucent;
+    QImage background; ///< card and shadow, kept while size, theme and ratio stay
+    bool backgroundDark = false;
+};
+
+} // namespace pintalux

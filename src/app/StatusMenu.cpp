@@ -1,0 +1,134 @@
+#include "app/StatusMenu.h"
+
+#include "app/Author.h"
+#include "app/BrandMark.h"
+#include "app/MenuStyle.h"
+#include "app/Theme.h"
+#include "platform/Symbol.h"
+
+#include <QKeySequence>
+
+#include <array>
+
+namespace pintalux {
+
+namespace {
+
+using Kind = StatusMenuRow::Kind;
+
+const QString failedShortcutText = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_qs;
+
+/// The toolkit's form of a written combination: what the hosts that draw the menu themselves are told.
+QKeySequence keySequence(const QString& combination)
+{
+    constexpr std::array<std::pair<char16_t, int>, 4> modifiers{{
+        {u'⌃', Qt::ControlModifier},
+        {u'⇧', Qt::ShiftModifier},
+        {u'⌥', Qt::AltModifier},
+        {u'⌘', Qt::MetaModifier},
+    }};
+    int key = 0;
+    for (const auto character : combination) {
+        const auto* found
+            = std::ranges::find(modifiers, character.unicode(), [](const auto& row) { return row.first; });
+        key |= found != modifiers.end() ? found->second : character.toUpper().unicode();
+    }
+    return key == 0 ? QKeySequence() : QKeySequence(key);
+}
+
+Menu::Look look(Kind kind)
+{
+    switch (kind) {
+    case Kind::header:
+        return Menu::Look::header;
+    case Kind::note:
+        return Menu::Look::note;
+    case Kind::credit:
+        return Menu::Look::credit;
+    case Kind::link:
+        return Menu::Look::link;
+    case Kind::separator:
+    case Kind::action:
+        break;
+    }
+    return Menu::Look::action;
+}
+
+QIcon iconOf(const StatusMenuRow& row, const Theme& theme)
+{
+    if (row.kind == Kind::header)
+        return BrandMark::icon();
+    if (row.symbol.isEmpty())
+        return {};
+    const bool warns = row.actionId == StatusMenuAction::openPermission;
+    return Symbol::icon(row.symbol, {warns ? theme.warn : theme.icon, theme.disabled, Qt::white});
+}
+
+} // namespace
+
+QList<StatusMenuRow> statusMenuRows(const StatusMenuState& state)
+{
+    const auto action
+        = [](QStringView title, QStringView id, QStringView key = u"", QStringView symbol = u"") {
+              return StatusMenuRow{
+                  Kind::action, title.toString(), id.toString(), key.toString(), symbol.toString(), {}};
+          };
+    QList<StatusMenuRow> rows{{Kind::header, u"Pintalux"_qs}, {}};
+    const auto modifiers = enumRow(state.preset).symbols.toString();
+    for (const auto& capture : captureActionTable) {
+        auto row = action(
+            capture.title, capture.rawValue, modifiers + QChar(capture.keyEquivalent), capture.symbol);
+        if (state.failedShortcuts.contains(capture.value)) {
+            row.key.clear();
+            row.toolTip = failedShortcutText;
+        }
+        rows.append(row);
+    }
+    // Desktops that draw the menu themselves show no tool tips.
+    if (!state.failedShortcuts.isEmpty())
+        rows.append({Kind::note, failedShortcutText});
+    rows.append({
+        {},
+        action(u"Abrir imagen…", StatusMenuAction::openImage, u"⌘O", u"photo"),
+        action(u"Mostrar carpeta de capturas", StatusMenuAction::revealFolder, u"", u"folder"),
+        {},
+    });
+    if (!state.hasPermission)
+        rows.append(action(u"Conceder permiso de Grabación de pantalla…", StatusMenuAction::openPermission,
+            u"", u"exclamationmark.triangle"));
+    rows.append({
+        action(u"Ajustes…", StatusMenuAction::showPreferences, u"⌘,"),
+        action(u"Acerca de Pintalux", StatusMenuAction::showAbout),
+        action(u"Salir de Pintalux", StatusMenuAction::terminate, u"⌘Q"),
+        {},
+        {Kind::credit, Author::credit.toString()},
+        {Kind::link, Author::website.toString(), StatusMenuAction::openWebsite.toString()},
+    });
+    return rows;
+}
+
+void fillStatusMenu(QMenu& menu, const QList<StatusMenuRow>& rows, const KeyText& keyText,
+    const std::function<void(const QString& actionId)>& trigger)
+{
+    menu.clear();
+    const auto& theme = Theme::of(menu.palette());
+    for (const auto& row : rows) {
+        if (row.kind == Kind::separator) {
+            menu.addSeparator();
+            continue;
+        }
+        auto* action = menu.addAction(iconOf(row, theme), row.title);
+        Menu::setLook(*action, look(row.kind));
+        Menu::setKeyText(*action, row.key.isEmpty() || !keyText ? row.key : keyText(row.key));
+        action->setData(row.actionId);
+        action->setEnabled(!row.actionId.isEmpty());
+        action->setToolTip(row.toolTip);
+        action->setMenuRole(QAction::NoRole);
+        action->setShortcut(keySequence(row.key));
+        if (!row.actionId.isEmpty())
+            QObject::connect(
+                action, &QAction::triggered, &menu, [trigger, id = row.actionId] { trigger(id); });
+    }
+}
+
+} // namespace pintalux

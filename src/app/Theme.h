@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QColor>
+
+class QPalette;
+
+namespace pintalux {
+
+/// The colours of the interface by what they are for, in their light and dark form.
+///
+/// Widgets ask for the theme when they paint, so that a change shows at once.
+struct Theme {
+    bool dark;
+
+    QColor bar;     ///< menu bar, top bar
+    QColor canvas;  ///< backdrop around a picture
+    QColor card;    ///< menus, popovers, groups
+    QColor well;    ///< sunken trays, key caps
+    QColor form;    ///< background of the preferences
+    QColor field;   ///< text fields
+    QColor hair;    ///< hairlines and separators
+    QColor control; ///< borders of fields and buttons
+    QColor text;
+    QColor text2;      ///< secondary text
+    QColor icon;       ///< icons at rest
+    QColor disabled;   ///< disabled icons and text
+    QColor hover;      ///< fill under the pointer
+    QColor press;      ///< fill while pressed
+    QColor selected;   ///< fill of what is toggled
+    QColor onSelected; ///< icons and text on it, and links
+    QColor brand;      ///< highlighted menu rows, solid buttons, rings of what is chosen
+    QColor focus;      ///< ring of the keyboard focus
+    QColor track;      ///< of sliders
+    QColor off;        ///< switch that is off
+    QColor ok;
+    QColor warn;
+    QColor bad;
+
+    static const Theme& light();
+    static const Theme& darkTheme();
+    /// Dark when the palette's windows are darker than the middle.
+    static const Theme& of(const QPalette& palette);
+    /// Of the application's palette.
+    static const Theme& current();
+
+    /// Radii, lengths and durations that several surfaces share; points and milliseconds.
+    static constexpr double menuRadius = 12;
+    static constexpr double menuRowRadius = 7;
+    static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
+    static constexpr int hoverInMilliseconds = 90;
+    static constexpr int hoverOutMilliseconds = 140;
+    static constexpr int popoverOpenMilliseconds = 140;
+    static constexpr int popoverCloseMilliseconds = 90;
+};
+
+} // namespace pintalux

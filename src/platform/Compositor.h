@@ -1,0 +1,18 @@
+#pragma once
+
+class QWidget;
+
+namespace pintalux {
+
+/// True when translucent windows show what is below them. Without a compositor their clear parts are black,
+/// so they need a mask instead, and cannot fade.
+bool hasCompositor();
+
+/// Asks the compositor for no shadow around a window that paints its own, or none. Before the window is
+/// shown.
+void disableCompositorShadow(QWidget& window);
+
+/// True when the desktop asks programs not to animate.
+bool prefersReducedMotion();
+
+} // namespace pintalux

@@ -1,0 +1,185 @@
+#include "app/AppIcon.h"
+#include "app/HUD.h"
+#include "app/MainMenu.h"
+#include "app/MenuStyle.h"
+#include "app/StatusItem.h"
+#include "platform/Symbol.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QScreen>
+#include <QSet>
+
+using namespace pintalux;
+
+namespace {
+
+using Kind = StatusMenuRow::Kind;
+
+/// One line a row: title|action|key|symbol.
+std::string described(const QList<StatusMenuRow>& rows)
+{
+    QStringList lines;
+    for (const auto& row : rows)
+        lines << (row.kind == Kind::separator
+                ? u"-"_qs
+                : QStringList{row.title, row.actionId, row.key, row.symbol}.join(u'|'));
+    return lines.join(u'\n').toStdString();
+}
+
+} // namespace
+
+TEST(StatusMenu, RowsStandInOrderWithTheirKeysAndSymbols)
+{
+    EXPECT_EQ(described(statusMenuRows({})),
+        "Pintalux|||\n"
+        "-\n"
+        "Capturar área|area|⌃⇧1|rectangle.dashed\n"
+        "Capturar ventana|window|⌃⇧2|macwindow\n"
+        "Capturar pantalla completa|fullScreen|⌃⇧3|display\n"
+        "Copiar texto de la pantalla (OCR)|text|⌃⇧4|text.viewfinder\n"
+        "Selector de color|color|⌃⇧5|eyedropper\n"
+        "-\n"
+        "Abrir imagen…|openImage|⌘O|photo\n"
+        "Mostrar carpeta de capturas|revealFolder||folder\n"
+        "-\n"
+        "Ajustes…|showPreferences|⌘,|\n"
+        "Acerca de Pintalux|showAbout||\n"
+        "Salir de Pintalux|terminate|⌘Q|\n"
+        "-\n"
+        "Hecho con calma para Linux|||\n"
+        "pintalux.example|openWebsite||");
+}
+
+TEST(StatusMenu, FailedShortcutsAndMissingPermissionShow)
+{
+    const auto rows = statusMenuRows(
+        {ShortcutPreset::controlOption, {CaptureAction::window, CaptureAction::color}, false});
+    const auto find = [&](QStringView id) { return *std::ranges::find(rows, id, &StatusMenuRow::actionId); };
+    const auto text = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_qs;
+    EXPECT_EQ(find(u"area").key, u"⌃⌥1"_qs);
+    EXPECT_EQ(find(u"window").key, QString());
+    EXPECT_EQ(find(u"window").toolTip, text);
+    EXPECT_EQ(find(u"color").toolTip, text);
+    EXPECT_EQ(find(u"text").toolTip, QString());
+    EXPECT_EQ(std::ranges::count(rows, Kind::note, &StatusMenuRow::kind), 1);
+    const auto permission
+        = std::ranges::find(rows, StatusMenuAction::openPermission, &StatusMenuRow::actionId);
+    ASSERT_NE(permission, rows.end());
+    EXPECT_EQ(std::next(permission)->actionId, StatusMenuAction::showPreferences);
+    for (const auto& row : rows)
+        EXPECT_TRUE(row.symbol.isEmpty() || Symbol::exists(row.symbol)) << row.symbol.toStdString();
+}
+
+TEST(StatusMenu, EveryRowThatCanBeChosenAsksForItsAction)
+{
+    Menu menu;
+    QStringList chosen;
+    const auto rows = statusMenuRows({});
+    const auto fill = [&] {
+        fillStatusMenu(
+            menu, rows, [](const QString& key) { return u"<"_qs + key + u">"_qs; },
+            [&](const QString& id) { chosen << id; });
+    };
+    fill();
+    fill();
+    const auto actions = menu.actions();
+    ASSERT_EQ(actions.size(), rows.size()) << "filling again replaces";
+    QStringList expected;
+    for (qsizetype index = 0; index < rows.size(); ++index) {
+        EXPECT_EQ(
+            actions[index]->isEnabled(), actions[index]->isSeparator() || !rows[index].actionId.isEmpty());
+        actions[index]->trigger();
+        if (!rows[index].actionId.isEmpty())
+            expected << rows[index].actionId;
+    }
+    EXPECT_EQ(chosen, expected);
+    EXPECT_EQ(actions[2]->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_1));
+    EXPECT_EQ(menu.sizeHint().height(), 12 + 80 + 28 * 11 + 11 * 4 + 22 * 2)
+        << "padding, shadow, rows, rules";
+}
+
+TEST(StatusItem, WithoutAPlaceForItSaysSoOnceAndTheMenuStillOpens)
+{
+    StatusItem item([] { return StatusMenuState{}; }, {});
+    int missing = 0;
+    QObject::connect(&item, &StatusItem::trayMissing, [&] { ++missing; });
+    item.show();
+    item.show();
+    EXPECT_EQ(missing, 1);
+    EXPECT_TRUE(item.isTrayMissing());
+    item.performClick();
+    EXPECT_TRUE(item.menu().isVisible());
+    item.menu().close();
+}
+
+TEST(StatusImage, IsOneColourAndDrawnForEverySize)
+{
+    for (const int side : {16, 18, 22, 24, 32})
+        for (const double ratio : {1.0, 1.5, 2.0}) {
+            const auto image = AppIcon::statusBarImage(Qt::white)
+                                   .pixmap(QSize(side, side), ratio)
+                                   .toImage()
+                                   .convertToFormat(QImage::Format_ARGB32);
+            ASSERT_EQ(image.width(), qRound(side * ratio));
+            int inked = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x) {
+                    const auto pixel = image.pixel(x, y);
+                    inked += qAlpha(pixel) > 200;
+                    ASSERT_TRUE(qAlpha(pixel) < 8 || qRed(pixel) > 240);
+                }
+            const double share = double(inked) / image.width() / image.height();
+            EXPECT_TRUE(share > 0.08 && share < 0.25) << side << " at " << ratio << ": " << share;
+            EXPECT_EQ(qAlpha(image.pixel(0, 0)), 0) << "the corners tell the panel's colour";
+        }
+}
+
+TEST(MainMenu, KeysAreUniqueAndEveryRowNamesItsAction)
+{
+    QList<std::pair<QString, MainMenu::Target>> chosen;
+    const auto bar = MainMenu::make([&](const QString& id, MainMenu::Target target) {
+        chosen.append({id, target});
+    });
+    QStringList titles;
+    QSet<QString> keys;
+    int withKey = 0;
+    for (auto* menuAction : bar->actions()) {
+        titles << menuAction->text();
+        for (auto* action : menuAction->menu()->actions()) {
+            if (action->isSeparator())
+                continue;
+            EXPECT_FALSE(action->data().toString().isEmpty()) << action->text().toStdString();
+            withKey += !action->shortcut().isEmpty();
+            keys.insert(action->shortcut().toString());
+            action->trigger();
+        }
+    }
+    EXPECT_EQ(titles, (QStringList{u"Pintalux"_qs, u"Archivo"_qs, u"Edición"_qs, u"Ventana"_qs}));
+    EXPECT_EQ(withKey, 15);
+    EXPECT_EQ(keys.size(), 16) << "and the empty one";
+    ASSERT_EQ(chosen.size(), 16);
+    EXPECT_EQ(chosen[1], (std::pair{u"showPreferences"_qs, MainMenu::Target::delegate}));
+    EXPECT_EQ(chosen[5], (std::pair{u"editorSave"_qs, MainMenu::Target::responder}));
+}
+
+TEST(HUD, TheLatestMessageStandsAndLongOnesStayOnTheScreen)
+{
+    HUD::show(u"Uno"_qs, u"sparkles"_qs);
+    const auto longText = QString(u"Una carpeta con un nombre larguísimo que no cabe "_qs).repeated(40);
+    for (const auto& text : {u"Dos"_qs, longText, QString(4000, u'W'), u"a\nb\nc\nd\ne\nf"_qs, QString()}) {
+        HUD::show(text, u"checkmark.circle.fill"_qs, QColor(Qt::green));
+        EXPECT_EQ(HUD::currentMessage(), text);
+        int shown = 0;
+        for (const auto* widget : QApplication::topLevelWidgets())
+            if (widget->isVisible()) {
+                ++shown;
+                EXPECT_TRUE(
+                    QGuiApplication::primaryScreen()->availableGeometry().contains(widget->geometry()));
+                EXPECT_LE(widget->height(), 200);
+            }
+        EXPECT_EQ(shown, 1);
+    }
+    HUD::dismiss();
+    EXPECT_EQ(HUD::currentMessage(), std::nullopt);
+}

@@ -1,0 +1,137 @@
+#include "app/HUD.h"
+
+#include "Desktop.h"
+#include "platform/Compositor.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWidget>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+/// A window of an application at work: it counts what reaches it.
+class Below : public QWidget {
+public:
+    Below()
+    {
+        setWindowTitle(u"Debajo"_qs);
+        setStyleSheet(u"background: #3A86FF"_qs);
+        show();
+        resize(900, 600);
+    }
+
+    void comeForward()
+    {
+        activateWindow();
+        ASSERT_TRUE(waitUntil([this] { return isActiveWindow(); }));
+    }
+
+    int presses = 0;
+    int keys = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { ++presses; }
+    void keyPressEvent(QKeyEvent*) override { ++keys; }
+};
+
+void xdotool(const QStringList& arguments) { desktop().run(u"xdotool"_qs, arguments); }
+
+/// Within the capsule at its left end, where nothing is drawn on it. The capsule stands 72 above the bottom.
+QPoint capsulePoint(const QScreen& screen)
+{
+    const auto visible = screen.availableGeometry();
+    return {visible.center().x() - 50, visible.bottom() - 72 - 4};
+}
+
+bool isCapsule(QPoint point)
+{
+    const QColor color = pictureByOthers().pixelColor(point);
+    return color.lightness() < 90 && color.saturation() < 120;
+}
+
+bool messageIsSeen(QPoint point)
+{
+    return waitUntil([&] { return isCapsule(point); }, 1500);
+}
+
+} // namespace
+
+TEST(Message, TakesNoFocusAndLetsClicksAndKeysThrough)
+{
+    Below below;
+    below.showFullScreen();
+    below.comeForward();
+    const auto point = capsulePoint(*QGuiApplication::primaryScreen());
+    ASSERT_FALSE(isCapsule(point));
+    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    ASSERT_TRUE(messageIsSeen(point)) << "above a full-screen window";
+    EXPECT_TRUE(below.isActiveWindow());
+    xdotool({u"mousemove"_qs, QString::number(point.x()), QString::number(point.y()), u"click"_qs, u"1"_qs,
+        u"key"_qs, u"a"_qs});
+    EXPECT_TRUE(waitUntil([&] { return below.presses == 1 && below.keys == 1; }))
+        << below.presses << " presses, " << below.keys << " keys";
+    EXPECT_TRUE(below.isActiveWindow());
+    HUD::dismiss();
+    EXPECT_TRUE(waitUntil([&] { return !isCapsule(point); }));
+}
+
+TEST(Message, StaysOnWhicheverDesktopIsShown)
+{
+    xdotool({u"set_num_desktops"_qs, u"2"_qs, u"set_desktop"_qs, u"0"_qs});
+    Below below;
+    below.comeForward();
+    const auto point = capsulePoint(*QGuiApplication::primaryScreen());
+    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    ASSERT_TRUE(messageIsSeen(point));
+    xdotool({u"set_desktop"_qs, u"1"_qs});
+    waitUntil([] { return false; }, 300);
+    EXPECT_TRUE(isCapsule(point));
+    xdotool({u"set_desktop"_qs, u"0"_qs});
+    HUD::dismiss();
+}
+
+TEST(Message, ANewerOneReplacesItAtOnceAndKeepsItsOwnTime)
+{
+    const auto shownWindows = [] {
+        int count = 0;
+        for (const auto* widget : QApplication::topLevelWidgets())
+            count += widget->isVisible();
+        return count;
+    };
+    QElapsedTimer clock;
+    HUD::show(u"Primero"_qs, u"sparkles"_qs);
+    waitUntil([] { return false; }, 500);
+    HUD::show(u"Segundo"_qs, u"sparkles"_qs);
+    clock.start();
+    EXPECT_EQ(shownWindows(), 1);
+    // The first one's end, 2.3 s after it was shown, must not end the second.
+    waitUntil([&] { return clock.elapsed() > 1950; }, 4000);
+    EXPECT_EQ(HUD::currentMessage(), u"Segundo"_qs);
+    EXPECT_TRUE(waitUntil([] { return !HUD::currentMessage(); }, 4000));
+    EXPECT_GE(clock.elapsed(), 2250);
+    EXPECT_EQ(shownWindows(), 0);
+}
+
+TEST(Message, IsTranslucentUnderACompositor)
+{
+    ASSERT_FALSE(hasCompositor());
+    auto& compositor = desktop().startCompositor();
+    Below below;
+    below.showFullScreen();
+    below.comeForward();
+    const auto point = capsulePoint(*QGuiApplication::primaryScreen());
+    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    waitUntil([] { return false; }, 600);
+    const auto color = pictureByOthers().pixelColor(point);
+    // One tenth of #3A86FF shines through #1B1A22.
+    EXPECT_NEAR(color.red(), 30, 3);
+    EXPECT_NEAR(color.green(), 37, 3);
+    EXPECT_NEAR(color.blue(), 56, 4);
+    HUD::dismiss();
+    desktop().stop(compositor);
+    EXPECT_TRUE(waitUntil([] { return !hasCompositor(); }));
+}

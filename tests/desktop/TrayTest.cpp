@@ -1,0 +1,128 @@
+#include "Desktop.h"
+
+#include <QRegularExpression>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+/// What a program has printed so far.
+class Output {
+public:
+    explicit Output(QProcess& of)
+        : process(of)
+    {
+    }
+
+    bool says(const QByteArray& text, int limitMilliseconds = 6000)
+    {
+        return waitUntil(
+            [&] {
+                process.waitForReadyRead(10);
+                all += process.readAllStandardOutput();
+                return all.contains(text);
+            },
+            limitMilliseconds);
+    }
+
+    QByteArray all;
+
+private:
+    QProcess& process;
+};
+
+QProcess& startItem(DisplaySession& session, const QStringList& arguments = {})
+{
+    return session.start(QStringLiteral(PINTALUX_STATUS_ITEM), arguments);
+}
+
+void xdotool(const DisplaySession& session, const QStringList& arguments)
+{
+    session.run(u"xdotool"_qs, arguments);
+    QThread::msleep(250);
+}
+
+/// The panel's strip with the one icon in it.
+QImage panel(const DisplaySession& session) { return pictureByOthers(session).copy(0, 0, 40, 24); }
+
+/// Pixels that stand out from the panel by being much lighter or darker.
+int inked(const QImage& picture, bool light)
+{
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) {
+            const int gray = qGray(picture.pixel(x, y));
+            count += light ? gray > 200 : gray < 80;
+        }
+    return count;
+}
+
+QStringList trayer(const QString& tint)
+{
+    return {u"--edge"_qs, u"top"_qs, u"--align"_qs, u"left"_qs, u"--widthtype"_qs, u"request"_qs,
+        u"--heighttype"_qs, u"pixel"_qs, u"--height"_qs, u"24"_qs, u"--transparent"_qs, u"true"_qs,
+        u"--alpha"_qs, u"0"_qs, u"--tint"_qs, tint};
+}
+
+} // namespace
+
+// An embedding panel that starts after the program: the icon comes, stands out from the panel, and its menu
+// works.
+TEST(StatusItem, ComesWhenAPanelDoesAndItsMenuTriggersActions)
+{
+    for (const bool darkPanel : {false, true}) {
+        SCOPED_TRACE(darkPanel ? "dark panel" : "light panel");
+        DisplaySession session({.size = {800, 600}});
+        auto& item = startItem(session);
+        Output output(item);
+        ASSERT_TRUE(output.says("missing"));
+        session.start(u"trayer"_qs, trayer(darkPanel ? u"0x202020"_qs : u"0xF0F0F0"_qs));
+        ASSERT_TRUE(output.says("appeared"));
+        EXPECT_EQ(output.all.count("missing"), 1);
+        EXPECT_TRUE(waitUntil([&] { return inked(panel(session), darkPanel) > 20; }))
+            << "the icon stands out";
+
+        xdotool(session, {u"mousemove"_qs, u"12"_qs, u"12"_qs, u"click"_qs, u"3"_qs});
+        ASSERT_TRUE(output.says("menu"));
+        QThread::msleep(300);
+        // Padding, header, rule: then the first capture's row.
+        xdotool(session, {u"mousemove"_qs, u"100"_qs, u"71"_qs});
+        const auto highlighted = pictureByOthers(session).pixelColor(300, 71);
+        EXPECT_NEAR(highlighted.hue(), 249, 4) << "the row under the pointer is solid violet";
+        xdotool(session, {u"click"_qs, u"1"_qs});
+        EXPECT_TRUE(output.says("chosen area")) << output.all.toStdString();
+    }
+}
+
+// A host on the bus that starts after the program reads the menu and triggers an action of it.
+TEST(StatusItem, ServesAHostThatDrawsTheMenuItself)
+{
+    DisplaySession session({.size = {800, 600}});
+    auto& item = startItem(session, {u"--failed"_qs});
+    Output output(item);
+    ASSERT_TRUE(output.says("missing"));
+    auto& host = session.start(u"/usr/bin/python3"_qs, {QStringLiteral(STATUS_HOST)});
+    Output registered(host);
+    ASSERT_TRUE(registered.says("ready"));
+    ASSERT_TRUE(output.says("appeared"));
+    ASSERT_TRUE(registered.says("\nitem "));
+    QThread::msleep(300);
+    registered.says("\n", 100);
+    const auto service = QString::fromLatin1(
+        registered.all.mid(registered.all.indexOf("item ") + 5).split('\n')[0].trimmed());
+    const auto call = [&](const QString& method, const QStringList& arguments) {
+        return session.run(u"gdbus"_qs,
+            QStringList{u"call"_qs, u"--session"_qs, u"-d"_qs, service, u"-o"_qs, u"/MenuBar"_qs, u"-m"_qs,
+                u"com.canonical.dbusmenu."_qs + method}
+                + arguments);
+    };
+    call(u"AboutToShow"_qs, {u"0"_qs});
+    const auto layout = QString::fromUtf8(call(u"GetLayout"_qs, {u"0"_qs, u"--"_qs, u"-1"_qs, u"[]"_qs}));
+    EXPECT_TRUE(layout.contains(u"El atajo está en uso por otra app."_qs)) << "tool tips do not get there";
+    const QRegularExpression row(u"\\((\\d+), \\{[^}]*'label': <'Capturar área'>"_qs);
+    const auto found = row.match(layout);
+    ASSERT_TRUE(found.hasMatch()) << layout.toStdString();
+    call(u"Event"_qs, {found.captured(1), u"clicked"_qs, u"<0>"_qs, u"0"_qs});
+    EXPECT_TRUE(output.says("chosen area"));
+}
