@@ -15,6 +15,8 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include <functional>
+
 namespace pintalux::HUD {
 
 namespace {
@@ -104,23 +106,19 @@ public:
     /// Around the capsule on every side of the window.
     double margin() const { return translucent ? shadowSpace : 0; }
 
-    void fadeTo(double target, int milliseconds)
+    void appear()
     {
-        if (!translucent || prefersReducedMotion()) {
-            opacity = target;
-            update();
-            return;
-        }
-        fade.stop();
-        fade.setStartValue(opacity);
-        fade.setEndValue(target);
-        fade.setDuration(milliseconds);
-        fade.disconnect(this);
-        connect(&fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-            opacity = value.toDouble();
-            update();
-        });
-        fade.start();
+        fadeTo(1, fadeInMilliseconds, [] {});
+    }
+
+    /// Fades out and goes, unless a newer message has taken its place meanwhile.
+    void leave()
+    {
+        const auto goIfCurrent = [this] {
+            if (isVisible())
+                dismiss();
+        };
+        fadeTo(0, fadeOutMilliseconds, goIfCurrent);
     }
 
     const QString message;
@@ -136,6 +134,29 @@ protected:
     }
 
 private:
+    void fadeTo(double target, int milliseconds, const std::function<void()>& then)
+    {
+        if (!translucent || prefersReducedMotion())
+            milliseconds = 0;
+        fade.disconnect(this);
+        fade.stop();
+        if (milliseconds == 0) {
+            opacity = target;
+            update();
+            then();
+            return;
+        }
+        fade.setStartValue(opacity);
+        fade.setEndValue(target);
+        fade.setDuration(milliseconds);
+        connect(&fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+            opacity = value.toDouble();
+            update();
+        });
+        connect(&fade, &QVariantAnimation::finished, this, then);
+        fade.start();
+    }
+
     double markWidth() const { return tint ? discSize : glyphSize; }
     double radius() const { return std::min(capsule.height() / 2, largestRadius); }
 
@@ -258,12 +279,8 @@ void show(const QString& message, const QString& symbol, const std::optional<QCo
     disableCompositorShadow(panel);
     panel.show();
     panel.raise();
-    panel.fadeTo(1, fadeInMilliseconds);
-    // The timers belong to the panel: a newer message ends them with it.
-    QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, &panel, [&panel] {
-        panel.fadeTo(0, fadeOutMilliseconds);
-        QTimer::singleShot(fadeOutMilliseconds, &panel, dismiss);
-    });
+    panel.appear();
+    QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, &panel, [&panel] { panel.leave(); });
 }
 
 std::optional<QString> currentMessage()

@@ -29,7 +29,7 @@ constexpr int separatorInset = 8;
 constexpr int sidePadding = 10;
 constexpr int iconSize = 17;
 constexpr int iconGap = 9;
-constexpr int keyGap = 24;
+constexpr int keyGap = 16;
 constexpr int textLeft = sidePadding + iconSize + iconGap;
 constexpr int noteWidth = 280;
 constexpr int shadowSpace = 40;
@@ -241,12 +241,18 @@ Menu::~Menu() { setStyle(nullptr); }
 
 void Menu::setLook(QAction& action, Look look) { action.setProperty(lookProperty, int(look)); }
 
-void Menu::setKeyText(QAction& action, const QString& text) { action.setProperty(keyProperty, text); }
-
-void Menu::setCardWidth(int width)
+void Menu::setKeyText(QAction& action, const QString& text)
 {
-    cardWidth = width;
-    setMinimumWidth(width + (translucent ? 2 * shadowSpace : 0));
+    action.setProperty(keyProperty, text);
+    action.setShortcutVisibleInContextMenu(false); // else the toolkit leaves room for both
+}
+
+void Menu::setCardWidth(int width) { setMinimumWidth(width + (translucent ? 2 * shadowSpace : 0)); }
+
+void Menu::popUpAt(QPoint screenPoint)
+{
+    anchor = screenPoint;
+    popup(screenPoint);
 }
 
 QRectF Menu::card() const
@@ -323,10 +329,10 @@ void Menu::showEvent(QShowEvent* event)
     if (translucent) {
         disableCompositorShadow(*this);
         // The toolkit has placed the window; it is the card within that belongs there.
-        const auto pointer = QCursor::pos();
+        const auto origin = anchor.value_or(QCursor::pos());
         const auto frame = geometry();
-        const QPoint shift(frame.right() <= pointer.x() ? shadowSpace : -shadowSpace,
-            frame.bottom() <= pointer.y() ? shadowSpace : -shadowSpace);
+        const QPoint shift(frame.right() <= origin.x() ? shadowSpace : -shadowSpace,
+            frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);
         move(frame.topLeft() + shift);
     } else {
         QBitmap mask(size());
@@ -335,6 +341,12 @@ void Menu::showEvent(QShowEvent* event)
         setMask(mask);
     }
     QMenu::showEvent(event);
+}
+
+void Menu::hideEvent(QHideEvent* event)
+{
+    anchor.reset();
+    QMenu::hideEvent(event);
 }
 
 void Menu::mousePressEvent(QMouseEvent* event)

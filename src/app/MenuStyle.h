@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include <memory>
+#include <optional>
 
 namespace pintalux {
 
@@ -30,12 +31,16 @@ public:
     /// The text shown at the right end, in place of the shortcut's.
     static void setKeyText(QAction& action, const QString& text);
 
+    /// Opens with the card's corner at a point of the screen (global logical pixels), kept on that screen.
+    void popUpAt(QPoint screenPoint);
+
     /// The menu is never narrower than this; points.
     void setCardWidth(int width);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override;
@@ -47,9 +52,9 @@ private:
     QImage renderBackground() const;
 
     std::unique_ptr<Style> rowStyle;
-    int cardWidth = 0;
     bool translucent;
-    QImage background; ///< card and shadow, kept while size, theme and ratio stay
+    std::optional<QPoint> anchor; ///< where it was asked to open; else it opens at the pointer
+    QImage background;            ///< card and shadow, kept while size, theme and ratio stay
     bool backgroundDark = false;
 };
 

@@ -117,7 +117,7 @@ void StatusItem::rebuildMenu()
         [this](const QString& actionId) { Q_EMIT actionChosen(actionId); });
 }
 
-void StatusItem::popUpAt(QPoint screenPoint) { statusMenu->popup(screenPoint); }
+void StatusItem::popUpAt(QPoint screenPoint) { statusMenu->popUpAt(screenPoint); }
 
 void StatusItem::performClick()
 {

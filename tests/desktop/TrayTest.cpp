@@ -120,6 +120,7 @@ TEST(StatusItem, ServesAHostThatDrawsTheMenuItself)
     call(u"AboutToShow"_qs, {u"0"_qs});
     const auto layout = QString::fromUtf8(call(u"GetLayout"_qs, {u"0"_qs, u"--"_qs, u"-1"_qs, u"[]"_qs}));
     EXPECT_TRUE(layout.contains(u"El atajo está en uso por otra app."_qs)) << "tool tips do not get there";
+    EXPECT_TRUE(layout.contains(u"'shortcut': <[['Control', 'Shift', '1']]>"_qs)) << layout.toStdString();
     const QRegularExpression row(u"\\((\\d+), \\{[^}]*'label': <'Capturar área'>"_qs);
     const auto found = row.match(layout);
     ASSERT_TRUE(found.hasMatch()) << layout.toStdString();
