@@ -5,6 +5,7 @@
 #include "capture/ScreenCapture.h"
 #include "platform/SystemSound.h"
 #include "platform/Trace.h"
+#include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "settings/Settings.h"
 
@@ -33,7 +34,7 @@ void AppDelegate::perform(CaptureAction action)
 void AppDelegate::captureFullScreen()
 {
     isFreezing = true;
-    ScreenCapture::captureDisplayUnderMouse().then(this, [this](QFuture<CaptureResult> shot) {
+    whenFinished(ScreenCapture::captureDisplayUnderMouse(), this, [this](QFuture<CaptureResult> shot) {
         isFreezing = false;
         try {
             delivery.deliver(shot.takeResult());
@@ -46,7 +47,7 @@ void AppDelegate::captureFullScreen()
 void AppDelegate::startOverlay(OverlayMode mode)
 {
     isFreezing = true;
-    ScreenCapture::freezeAllDisplays().then(this, [this, mode](QFuture<FrozenScreens> screens) {
+    whenFinished(ScreenCapture::freezeAllDisplays(), this, [this, mode](QFuture<FrozenScreens> screens) {
         isFreezing = false;
         Trace::mark(u"pantallas congeladas");
         try {
@@ -81,7 +82,7 @@ void AppDelegate::overlayFinished(const OverlayOutcome& outcome)
 
 void AppDelegate::captureWindow(const WindowInfo& window, const QString& title)
 {
-    ScreenCapture::capture(window).then(this, [this, title](QFuture<CaptureResult> shot) {
+    whenFinished(ScreenCapture::capture(window), this, [this, title](QFuture<CaptureResult> shot) {
         try {
             auto result = shot.takeResult();
             result.suggestedName = title;

@@ -7,6 +7,7 @@
 #include "capture/ScreenCapture.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
+#include "platform/Worker.h"
 #include "render/Exporter.h"
 #include "selftest/SelfTest.h"
 #include "settings/Settings.h"
@@ -78,7 +79,7 @@ int captureToFile(int argc, char** argv, const CommandLine& commandLine)
 {
     QGuiApplication application(argc, argv);
     int status = EXIT_FAILURE;
-    ScreenCapture::captureDisplayUnderMouse().then(&application, [&](QFuture<CaptureResult> shot) {
+    whenFinished(ScreenCapture::captureDisplayUnderMouse(), &application, [&](QFuture<CaptureResult> shot) {
         try {
             const auto result = shot.takeResult();
             Exporter::write(result.image, result.pixelScale, commandLine.outputFile);

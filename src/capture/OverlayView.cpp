@@ -5,9 +5,13 @@
 #include "model/Color.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
+#include "platform/Trace.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>
+#include <QTimer>
+
+#include <utility>
 
 namespace pintalux {
 
@@ -99,6 +103,8 @@ void OverlayView::paintEvent(QPaintEvent* event)
         context.clip(QRectF(part));
         OverlayDrawing::draw(shown, display.image, part, context);
     }
+    if (!std::exchange(isPainted, true)) // it reaches the screen when this event is over
+        QTimer::singleShot(0, this, [] { Trace::mark(u"superposición pintada"); });
 }
 
 void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }

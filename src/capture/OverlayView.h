@@ -54,6 +54,7 @@ private:
     std::optional<QPointF> dragCurrent;
     std::optional<QPointF> mouse; ///< none when the pointer is outside
     OverlayLayout shown;
+    bool isPainted = false;
 };
 
 } // namespace pintalux

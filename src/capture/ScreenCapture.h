@@ -46,15 +46,15 @@ struct FrozenScreens {
 ///
 /// Called on the main thread. The waiting is done on a thread of the service, one capture after another; a
 /// future is ended either by its result or by an `Error`, which reading the result throws. The main thread
-/// continues with `.then(context, …)`; waiting for a future there would make the windows stand still.
+/// continues with `whenFinished(…)`; waiting for a future there would make the windows stand still.
 class ScreenCapture {
 public:
     ScreenCapture() = delete;
 
     /// Never asks.
     static bool hasPermission();
-    /// Asks the desktop for the permission, and where it has no such question says in a dialog what the person can
-    /// do. Main thread.
+    /// Asks the desktop for the permission, and where it has no such question says in a dialog what the
+    /// person can do. Main thread.
     static void requestPermissionInteractive();
     /// Tells the person about a failed capture: the permission dialog where that is what is missing, else an
     /// on-screen message. Main thread.

@@ -1,8 +1,7 @@
 // What the capture service tells a person.
 
-#include "capture/ScreenCapture.h"
-
 #include "app/HUD.h"
+#include "capture/ScreenCapture.h"
 
 #include <QDesktopServices>
 #include <QMessageBox>
@@ -21,7 +20,8 @@ void ScreenCapture::requestPermissionInteractive()
     alert->setInformativeText(help.details);
     if (!help.settingsButton.isEmpty()) {
         const auto* open = alert->addButton(help.settingsButton, QMessageBox::AcceptRole);
-        QObject::connect(open, &QPushButton::clicked, alert, [help] { QDesktopServices::openUrl(help.settings); });
+        QObject::connect(
+            open, &QPushButton::clicked, alert, [help] { QDesktopServices::openUrl(help.settings); });
     }
     alert->addButton(help.dismissButton, QMessageBox::RejectRole);
     alert->open();
@@ -31,7 +31,8 @@ void ScreenCapture::requestPermissionInteractive()
 
 void ScreenCapture::report(const Error& error)
 {
-    const bool declined = error.domain == ScreenSource::errorDomain && error.code == ScreenSource::userDeclined;
+    const bool declined
+        = error.domain == ScreenSource::errorDomain && error.code == ScreenSource::userDeclined;
     if (declined || (asCaptureError(error) && !hasPermission()))
         return requestPermissionInteractive();
     HUD::show(u"No se pudo capturar: "_qs + error.localizedDescription, u"exclamationmark.triangle"_qs);

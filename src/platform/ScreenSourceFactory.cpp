@@ -17,7 +17,8 @@ public:
     {
         return {u"Esta sesión no deja capturar la pantalla"_qs,
             u"Pintalux captura en sesiones X11, y las sesiones Wayland aún no son compatibles.\n\n"
-            "Cierra la sesión y elige «Xorg» o «X11» al volver a entrar. Abrir imágenes, los ajustes y los menús "
+            "Cierra la sesión y elige «Xorg» o «X11» al volver a entrar. Abrir imágenes, los ajustes y los "
+            "menús "
             "funcionan también aquí."_qs,
             {}, {}, u"Entendido"_qs};
     }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QFuture>
+#include <QFutureWatcher>
+#include <QObject>
 #include <QPromise>
 #include <QThreadPool>
 
@@ -27,6 +29,20 @@ template <typename Work> auto runOn(QThreadPool& pool, Work work)
         promise->finish();
     });
     return future;
+}
+
+/// Calls `handler` with the finished future on the thread of `context`, unless that is destroyed before. The
+/// toolkit's own continuation with a context does not survive a future that finishes at the same moment.
+template <typename T, typename Handler>
+void whenFinished(const QFuture<T>& future, QObject* context, Handler handler)
+{
+    auto* watcher = new QFutureWatcher<T>(context);
+    QObject::connect(
+        watcher, &QFutureWatcherBase::finished, context, [watcher, handler = std::move(handler)]() mutable {
+            watcher->deleteLater();
+            handler(watcher->future());
+        });
+    watcher->setFuture(future);
 }
 
 } // namespace pintalux

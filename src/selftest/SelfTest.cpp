@@ -1,5 +1,6 @@
 #include "selftest/SelfTest.h"
 
+#include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 #include "selftest/Scenes.h"
@@ -119,7 +120,7 @@ void Run::noteFileNames()
 template <typename Result>
 void Run::whenDone(QFuture<Result> future, std::function<void(const Result&)> use, std::function<void()> next)
 {
-    future.then(this, [this, use, next](QFuture<Result> done) {
+    whenFinished(future, this, [this, use, next](const QFuture<Result>& done) {
         try {
             use(done.result());
         } catch (const Error& error) {

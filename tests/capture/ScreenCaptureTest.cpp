@@ -1,6 +1,7 @@
 #include "capture/ScreenCapture.h"
 
 #include "platform/FakeScreenSource.h"
+#include "platform/Worker.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -111,7 +112,7 @@ TEST_F(ScreenCaptureTest, TheMainThreadGoesOnDuringARetryAndGetsTheErrorWithItsT
     ticking.start(10);
     QEventLoop loop;
     std::optional<Error> caught;
-    ScreenCapture::freezeAllDisplays().then(&loop, [&](QFuture<FrozenScreens> frozen) {
+    whenFinished(ScreenCapture::freezeAllDisplays(), &loop, [&](QFuture<FrozenScreens> frozen) {
         EXPECT_EQ(QThread::currentThread(), loop.thread());
         caught = failureOf(std::move(frozen));
         loop.quit();

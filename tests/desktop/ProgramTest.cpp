@@ -43,6 +43,11 @@ protected:
 
     void TearDown() override
     {
+        printed += program.readAllStandardError();
+        ASSERT_EQ(program.state(), QProcess::Running)
+            << "it ended with " << program.exitCode()
+            << ", crashed: " << (program.exitStatus() == QProcess::CrashExit) << "\n"
+            << printed.constData();
         program.terminate();
         EXPECT_TRUE(program.waitForFinished(5000));
     }

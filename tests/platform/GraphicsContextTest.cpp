@@ -1,4 +1,5 @@
 #include "platform/GraphicsContext.h"
+
 #include "platform/LargeImage.h"
 
 #include <gtest/gtest.h>
