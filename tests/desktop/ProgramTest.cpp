@@ -34,11 +34,14 @@ protected:
         replaceFile(home.filePath(u"config/pintalux/defaults.json"_qs), QJsonDocument(settings).toJson());
         QGuiApplication::clipboard()->setText(u"antes"_qs);
 
+        const auto empty = pictureByOthers();
         auto environment = desktop().environment();
         environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
         program.setProcessEnvironment(environment);
         program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
         ASSERT_TRUE(reaches(ready));
+        // It says that this desktop has no tray; that message must have gone.
+        ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), empty) == 0; }, 6000));
     }
 
     void TearDown() override
