@@ -1,6 +1,5 @@
 #include "app/Delivery.h"
 
-#include "platform/UserDefaults.h"
 #include "settings/Settings.h"
 
 #include <QClipboard>
@@ -21,6 +20,9 @@ protected:
     {
         settings.setSaveFolder(folder.filePath(u"capturas"_qs));
         QGuiApplication::clipboard()->setText(u"antes"_qs);
+        settings.setPlaySound(false);
+        settings.setAutoCopy(true);
+        settings.setAutoSave(false);
         shot.image = QImage(30, 20, QImage::Format_RGB32);
         shot.image.fill(Qt::darkCyan);
         shot.pixelScale = 2;
@@ -57,8 +59,15 @@ protected:
     static QString clipboardText() { return QGuiApplication::clipboard()->text(); }
 
     QTemporaryDir folder;
-    UserDefaults store = UserDefaults::inMemory();
-    Settings settings{store};
+    /// The exporter's folder is that of the shared settings, here kept in a folder of the test.
+    static Settings& testSettings()
+    {
+        static const QTemporaryDir configuration;
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(configuration.path()));
+        return Settings::shared();
+    }
+
+    Settings& settings = testSettings();
     CaptureResult shot;
     QStringList log;
     QString recognized;
