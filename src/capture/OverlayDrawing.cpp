@@ -25,13 +25,29 @@ QPainterPath box(const QRectF& rect)
     return path;
 }
 
+/// Dims `area` but for `bright`, side by side: rectangles are blended much faster than a path.
+void dimAround(const QRectF& bright, const QRectF& area, GraphicsContext& context)
+{
+    const auto shade = black(0.38);
+    if (bright.isEmpty())
+        return context.fill(area, shade);
+    context.fill(QRectF(area.topLeft(), QPointF(area.right(), bright.top())), shade);
+    context.fill(QRectF(QPointF(area.left(), bright.bottom()), area.bottomRight()), shade);
+    context.fill(QRectF(QPointF(area.left(), bright.top()), bright.bottomLeft()), shade);
+    context.fill(QRectF(bright.topRight(), QPointF(area.right(), bright.bottom())), shade);
+}
+
 void dim(const OverlayLayout& layout, const QRectF& damage, GraphicsContext& context)
 {
     // Beyond the damage, or its edges would be half covered where points do not fall on pixels.
-    QPainterPath outside = box(expanded(damage, 2));
+    const auto reach = expanded(damage, 2);
+    if (!layout.selection)
+        return context.fill(reach, black(0.38));
+    if (context.isPixelAligned(*layout.selection))
+        return dimAround(*layout.selection & reach, reach, context);
+    QPainterPath outside = box(reach);
     outside.setFillRule(Qt::OddEvenFill);
-    if (layout.selection)
-        outside.addRect(*layout.selection);
+    outside.addRect(*layout.selection);
     context.fill(outside, black(0.38));
 }
 

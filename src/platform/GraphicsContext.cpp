@@ -103,6 +103,33 @@ void GraphicsContext::fill(const QPainterPath& path, const QBrush& brush)
     paint(path.controlPointRect(), [&](QPainter& on) { on.fillPath(path, brush); });
 }
 
+void GraphicsContext::fill(const QRectF& rect, const QColor& color)
+{
+    // The toolkit shares a blend of many rows out to other threads. For a thin strip handing over takes
+    // longer than blending, so it is filled in parts, cut between device pixels.
+    constexpr double thin = 64;
+    constexpr int rowsPerPart = 64;
+    const auto toDevice = painter.deviceTransform();
+    const auto device = toDevice.mapRect(rect);
+    if (device.width() > thin || toDevice.type() > QTransform::TxScale)
+        return painter.fillRect(rect, color);
+    const auto toUser = toDevice.inverted();
+    double top = device.top();
+    while (top < device.bottom()) {
+        const double bottom = std::min(std::floor(top) + rowsPerPart, device.bottom());
+        painter.fillRect(
+            toUser.mapRect(QRectF(QPointF(device.left(), top), QPointF(device.right(), bottom))), color);
+        top = bottom;
+    }
+}
+
+bool GraphicsContext::isPixelAligned(const QRectF& rect) const
+{
+    const auto device = painter.deviceTransform().mapRect(rect);
+    return isWhole(device.left()) && isWhole(device.top()) && isWhole(device.right())
+        && isWhole(device.bottom());
+}
+
 void GraphicsContext::stroke(const QPainterPath& path, const Stroke& stroke)
 {
     const auto pen = penFor(stroke);

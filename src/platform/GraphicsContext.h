@@ -81,7 +81,9 @@ public:
     /// Paints the inside of `path` by its fill rule.
     void fill(const QPainterPath& path, const QBrush& brush);
     /// Much cheaper than a path; never casts a shadow.
-    void fill(const QRectF& rect, const QColor& color) { painter.fillRect(rect, color); }
+    void fill(const QRectF& rect, const QColor& color);
+    /// Whether all edges of `rect` fall between device pixels, so that filling it covers none in part.
+    bool isPixelAligned(const QRectF& rect) const;
     void stroke(const QPainterPath& path, const Stroke& stroke);
     /// Fills, then strokes over it; both together cast one shadow.
     void fillAndStroke(const QPainterPath& path, const QBrush& brush, const Stroke& stroke);
