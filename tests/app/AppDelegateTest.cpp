@@ -1,0 +1,130 @@
+// The delegate on a desktop in memory.
+
+#include "app/AppDelegate.h"
+
+#include "app/HUD.h"
+#include "capture/HotKeyCenter.h"
+#include "platform/FakeHotKeys.h"
+#include "platform/FakeScreenSource.h"
+#include "platform/FakeWorkspace.h"
+#include "platform/UserDefaults.h"
+#include "settings/Settings.h"
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QMimeData>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+
+namespace {
+
+HotKey keyOf(CaptureAction action, ShortcutPreset preset = ShortcutPreset::controlShift)
+{
+    return {enumRow(action).keyCode, enumRow(preset).modifiers};
+}
+
+template <typename Condition> bool comesTrue(Condition condition)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition() && clock.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return condition();
+}
+
+class AppDelegateTest : public testing::Test {
+protected:
+    AppDelegateTest()
+    {
+        screens->content.screens.resize(1);
+        screens->content.screens[0].attached = true;
+        ScreenCapture::setSource(screens);
+        settings.setAfterCapture(AfterCapture::copyOnly);
+        workspace->front = WindowHandle{77, 5};
+        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        HUD::dismiss();
+    }
+    ~AppDelegateTest() override { ScreenCapture::setSource(nullptr); }
+
+    static bool isImageCopied()
+    {
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+    }
+
+    std::shared_ptr<FakeScreenSource> screens = std::make_shared<FakeScreenSource>();
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
+    FakeHotKeys* keyboard = new FakeHotKeys; // the center's
+    HotKeyCenter hotKeys{std::unique_ptr<HotKeyBackend>(keyboard)};
+    FakeWorkspace* workspace = new FakeWorkspace; // the delegate's
+    AppDelegate delegate{settings, hotKeys, std::unique_ptr<Workspace>(workspace)};
+};
+
+} // namespace
+
+TEST_F(AppDelegateTest, AKeyOfAnotherProgramFailsAloneAndIsRemembered)
+{
+    keyboard->taken = {keyOf(CaptureAction::fullScreen)};
+    delegate.registerShortcuts();
+    EXPECT_EQ(delegate.failedShortcuts(), QSet{CaptureAction::fullScreen});
+    EXPECT_EQ(keyboard->grabbed.size(), 4);
+}
+
+TEST_F(AppDelegateTest, AnotherPresetTakesEffectAtOnceAndLetsTheOldKeysGo)
+{
+    delegate.registerShortcuts();
+    settings.setShortcutPreset(ShortcutPreset::commandShift);
+    EXPECT_EQ(keyboard->grabbed.size(), 5);
+    EXPECT_FALSE(keyboard->press(keyOf(CaptureAction::area)));
+    EXPECT_TRUE(keyboard->grabbed.contains(keyOf(CaptureAction::area, ShortcutPreset::commandShift)));
+}
+
+TEST_F(AppDelegateTest, AFullScreenGoesFromTheKeyToTheClipboardAndTheFocusBack)
+{
+    delegate.registerShortcuts();
+    ASSERT_TRUE(keyboard->press(keyOf(CaptureAction::fullScreen)));
+    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage() == u"Captura copiada"; }));
+    EXPECT_TRUE(isImageCopied());
+    EXPECT_EQ(workspace->log, QStringList{u"activate 77"_qs});
+}
+
+TEST_F(AppDelegateTest, AFailedCaptureIsToldAndDeliversNothing)
+{
+    screens->failures = {Error(u"X"_qs, 9, u"Se fue la luz."_qs)};
+    delegate.perform(CaptureAction::fullScreen);
+    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage().has_value(); }));
+    EXPECT_EQ(HUD::currentMessage(), u"No se pudo capturar: Se fue la luz.");
+    EXPECT_FALSE(isImageCopied());
+    EXPECT_EQ(delegate.currentOverlay(), nullptr);
+}
+
+TEST_F(AppDelegateTest, ACaptureMeantForAWindowThatDoesNotExistYetIsNotLost)
+{
+    settings.setAfterCapture(AfterCapture::editor);
+    settings.setAutoCopy(false);
+    delegate.perform(CaptureAction::fullScreen);
+    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage().has_value(); }));
+    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"Captura copiada. El editor aún no está"));
+    EXPECT_TRUE(isImageCopied());
+}
+
+TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
+{
+    const QTemporaryDir folder;
+    const auto picture = folder.filePath(u"foto.png"_qs);
+    ASSERT_TRUE(QImageWriter(picture).write(QImage(4, 4, QImage::Format_RGB32)));
+    delegate.openImageFile(picture);
+    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"El editor"));
+    QFile(picture).resize(20);
+    delegate.openImageFile(picture);
+    EXPECT_EQ(HUD::currentMessage(), u"No se pudo abrir la imagen");
+    HUD::dismiss();
+    delegate.openImageFile(folder.filePath(u"no.png"_qs));
+    EXPECT_EQ(HUD::currentMessage(), u"No se pudo abrir la imagen");
+}
