@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake --preset dev -B build/tidy -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
-grep -o '[a-z_]*_autogen$' < <(ninja -C build/tidy -t targets all | cut -d: -f1) | sort -u |
+ninja -C build/tidy -t targets all | sed -n 's/^\([a-z_]*[a-z]_autogen\):.*/\1/p' | sort -u |
   xargs -r ninja -C build/tidy >/dev/null
 files=("$@")
 [ ${#files[@]} -gt 0 ] || mapfile -t files < <(find src tests bench -name '*.cpp')
