@@ -22,7 +22,7 @@ QByteArray readMarksText(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw Error(Error::fileDomain, file.error(), u"«%1»: %2"_qs.arg(path, file.errorString()));
-    const auto bytes = file.read(mostBytes + 1);
+    auto bytes = file.read(mostBytes + 1);
     if (bytes.size() > mostBytes)
         throw Error(
             Error::fileDomain, 0, u"«%1» es demasiado grande para ser un archivo de marcas."_qs.arg(path));

@@ -125,7 +125,6 @@ public:
             return padding + margin;
         case PM_MenuPanelWidth:
         case PM_MenuDesktopFrameWidth:
-            return 0;
         case PM_MenuTearoffHeight:
         case PM_SubMenuOverlap:
             return 0;
@@ -209,8 +208,8 @@ private:
     static void drawIcon(
         const QStyleOptionMenuItem& item, const QRectF& row, bool highlighted, QPainter& painter)
     {
-        const QRect place(
-            int(row.left()) + sidePadding, int(row.center().y() - iconSize / 2.0 + 0.5), iconSize, iconSize);
+        const QRect place(int(row.left()) + sidePadding, int(std::lround(row.center().y() - iconSize / 2.0)),
+            iconSize, iconSize);
         const bool enabled = item.state & State_Enabled;
         if (!item.icon.isNull())
             item.icon.paint(&painter, place, Qt::AlignCenter,

@@ -118,7 +118,8 @@ void Run::noteFileNames()
 }
 
 template <typename Result>
-void Run::whenDone(QFuture<Result> future, std::function<void(const Result&)> use, std::function<void()> next)
+void Run::whenDone(
+    QFuture<Result> future, const std::function<void(const Result&)>& use, const std::function<void()>& next)
 {
     whenFinished(future, this, [this, use, next](const QFuture<Result>& done) {
         try {

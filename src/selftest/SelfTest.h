@@ -42,7 +42,8 @@ private:
     /// Hands the result of a capture to `use` on the main thread, or logs its failure; then goes on with
     /// `next`.
     template <typename Result>
-    void whenDone(QFuture<Result> future, std::function<void(const Result&)> use, std::function<void()> next);
+    void whenDone(QFuture<Result> future, const std::function<void(const Result&)>& use,
+        const std::function<void()>& next);
 
     QString directory;
     bool keepOpen;
