@@ -125,6 +125,15 @@ void AppDelegate::runAction(const QString& actionId)
             row.run();
 }
 
+void AppDelegate::runCommand(const QString& actionId)
+{
+    Trace::begin(u"orden");
+    if (const auto action = fromRawValue<CaptureAction>(actionId))
+        perform(*action);
+    else
+        runAction(actionId);
+}
+
 void AppDelegate::openImage()
 {
     const auto paths = QFileDialog::getOpenFileNames(nullptr, u"Abrir imagen"_qs, {},

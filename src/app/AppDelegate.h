@@ -45,9 +45,10 @@ public:
     void perform(CaptureAction action);
     /// The same from a menu, once the menu has left the screen.
     void menuCapture(CaptureAction action);
-    /// What a person chose in a menu, or a command named: a capture action's raw value or a menu's
-    /// identifier.
+    /// What a person chose in a menu: a capture action's raw value or a menu's identifier.
     void runAction(const QString& actionId);
+    /// The same as a command from another process, which has no menu to wait for.
+    void runCommand(const QString& actionId);
 
     /// Opens the picture file in an editor; says so on screen when it cannot be read.
     void openImageFile(const QString& path);

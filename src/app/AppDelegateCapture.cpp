@@ -65,16 +65,14 @@ void AppDelegate::startOverlay(OverlayMode mode)
 
 void AppDelegate::overlayFinished(const OverlayOutcome& outcome)
 {
-    // Destroying the controller ends its call: keep what it reported.
-    const auto chosen = outcome;
     overlay.reset();
-    if (const auto* image = std::get_if<Outcome::Image>(&chosen))
+    if (const auto* image = std::get_if<Outcome::Image>(&outcome))
         delivery.deliver(image->result);
-    else if (const auto* window = std::get_if<Outcome::Window>(&chosen))
+    else if (const auto* window = std::get_if<Outcome::Window>(&outcome))
         captureWindow(window->window, window->title);
-    else if (const auto* text = std::get_if<Outcome::Text>(&chosen))
+    else if (const auto* text = std::get_if<Outcome::Text>(&outcome))
         delivery.deliverText(text->result);
-    else if (const auto* color = std::get_if<Outcome::Color>(&chosen))
+    else if (const auto* color = std::get_if<Outcome::Color>(&outcome))
         delivery.deliverColor(color->hex);
     else
         delivery.cancelled();
@@ -103,20 +101,23 @@ void AppDelegate::reactivatePrevious()
 Delivery::Routes AppDelegate::routes()
 {
     // A capture that nothing else keeps is copied: what was captured must not be lost for want of a window.
-    const auto keep = [this](const CaptureResult& shot) {
-        if (!settings.autoCopy() && !settings.autoSave())
+    const auto keep = [this](const CaptureResult& shot, const std::optional<QString>& savedPath) {
+        if (savedPath && !settings.autoCopy())
+            return u"Captura guardada. "_qs;
+        if (!settings.autoCopy())
             Clipboard::copy(shot.image, shot.pixelScale);
-        return settings.autoCopy() || !settings.autoSave() ? u"Captura copiada. "_qs
-                                                           : u"Captura guardada. "_qs;
+        return u"Captura copiada. "_qs;
     };
     return {
         .reactivatePrevious = [this] { reactivatePrevious(); },
         .forgetPrevious = [this] { previousApp.reset(); },
         .playSound = [] { SystemSound::play(); },
-        .openEditor = [this, keep](const CaptureResult& shot) { openEditor(shot, keep(shot)); },
+        .openEditor
+        = [this, keep](const CaptureResult& shot,
+              const std::optional<QString>& savedPath) { openEditor(shot, keep(shot, savedPath)); },
         .showThumbnail =
-            [keep](const CaptureResult& shot, const std::optional<QString>&) {
-                HUD::show(keep(shot) + u"La miniatura "_qs + notYet, u"sparkles"_qs);
+            [keep](const CaptureResult& shot, const std::optional<QString>& savedPath) {
+                HUD::show(keep(shot, savedPath) + u"La miniatura "_qs + notYet, u"sparkles"_qs);
             },
         .recognizeText =
             [](const QImage&, const std::function<void(const QString&)>&) {

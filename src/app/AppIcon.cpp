@@ -5,6 +5,7 @@
 #include "model/Palette.h"
 #include "platform/Error.h"
 #include "platform/PathData.h"
+#include "platform/VectorIcon.h"
 #include "render/Draw.h"
 #include "render/Exporter.h"
 #include "render/Renderer.h"
@@ -87,7 +88,7 @@ constexpr double statusSide = 18;
 constexpr QStringView statusBrackets = u"M2 6V2H6M12 2H16V6M16 12V16H12M6 16H2V12";
 constexpr QStringView statusCurve = u"M5.5 12C8 4.5 9.5 14 12.5 6";
 
-class StatusImage : public QIconEngine {
+class StatusImage : public VectorIcon {
 public:
     explicit StatusImage(const QColor& ink)
         : color(ink)
@@ -106,15 +107,6 @@ public:
         painter->setPen(QPen(color, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter->drawPath(pathFromData(statusCurve));
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect({}, size), mode, state);
-        return result;
     }
 
     // Those that are handed to the host of a StatusNotifier item.

@@ -2,8 +2,8 @@
 
 #include "model/Palette.h"
 #include "platform/PathData.h"
+#include "platform/VectorIcon.h"
 
-#include <QIconEngine>
 #include <QLinearGradient>
 #include <QPainter>
 
@@ -17,19 +17,11 @@ constexpr double radius = 26;
 constexpr QStringView brackets = u"M22 39V22H39M61 22H78V39M78 61V78H61M39 78H22V61";
 constexpr QStringView curve = u"M36 62C45 30 53 72 64 39";
 
-class Engine : public QIconEngine {
+class Engine : public VectorIcon {
 public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override
     {
         draw(rect, *painter);
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect({}, size), mode, state);
-        return result;
     }
     QIconEngine* clone() const override { return new Engine(*this); }
 };

@@ -37,7 +37,7 @@ void Delivery::deliver(const CaptureResult& result)
     switch (settings.afterCapture()) {
     case AfterCapture::editor:
         routes.forgetPrevious();
-        routes.openEditor(result);
+        routes.openEditor(result, savedPath);
         break;
     case AfterCapture::thumbnail:
         routes.reactivatePrevious();

@@ -24,7 +24,8 @@ public:
         /// Forgets that window: a window of the program's own takes the focus.
         std::function<void()> forgetPrevious;
         std::function<void()> playSound;
-        std::function<void(const CaptureResult&)> openEditor;
+        /// `savedPath` is where the capture was saved already.
+        std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> openEditor;
         std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> showThumbnail;
         /// Recognises the text of a picture and calls back on the main thread; an empty text means none was
         /// found.

@@ -80,12 +80,14 @@ int captureToFile(int argc, char** argv, const CommandLine& commandLine)
     QGuiApplication application(argc, argv);
     int status = EXIT_FAILURE;
     whenFinished(ScreenCapture::captureDisplayUnderMouse(), &application, [&](QFuture<CaptureResult> shot) {
+        auto failure = u"No se pudo capturar: "_qs;
         try {
             const auto result = shot.takeResult();
+            failure = u"No se pudo guardar: "_qs;
             Exporter::write(result.image, result.pixelScale, commandLine.outputFile);
             status = EXIT_SUCCESS;
         } catch (const Error& error) {
-            complain(u"No se pudo capturar: "_qs + error.localizedDescription, EXIT_FAILURE);
+            complain(failure + error.localizedDescription, EXIT_FAILURE);
         }
         QGuiApplication::quit();
     });
@@ -131,7 +133,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
             delegate.openImageFile(path);
     });
     QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
-        [&](const QString& name) { delegate.runAction(name); });
+        [&](const QString& name) { delegate.runCommand(name); });
     delegate.finishLaunching(commandLine);
     return QApplication::exec();
 }

@@ -5,6 +5,7 @@
 
 #include <QDesktopServices>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 
 namespace pintalux {
@@ -14,8 +15,14 @@ void ScreenCapture::requestPermissionInteractive()
     const auto from = source();
     if (from->requestPermission())
         return;
+    static QPointer<QMessageBox> shown; // asking again brings back the one that is there
+    if (shown) {
+        shown->raise();
+        return shown->activateWindow();
+    }
     const auto help = from->permissionHelp();
     auto* alert = new QMessageBox(QMessageBox::Information, u"Pintalux"_qs, help.message);
+    shown = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setInformativeText(help.details);
     if (!help.settingsButton.isEmpty()) {

@@ -1,13 +1,12 @@
 #include "platform/PanelWindow.h"
 
+#include "platform/x11/XcbConnection.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
-#include <cstdlib>
 #include <string_view>
 
 namespace pintalux {
@@ -21,13 +20,11 @@ xcb_connection_t* toolkitConnection()
     return x11 ? x11->connection() : nullptr;
 }
 
-template <typename T> std::unique_ptr<T, void (*)(void*)> owned(T* reply) { return {reply, std::free}; }
-
 /// Compositors that draw shadows around everything would darken the neighbouring screen's edge.
 void withoutCompositorShadow(xcb_connection_t* connection, xcb_window_t window)
 {
     constexpr std::string_view name = "_COMPTON_SHADOW";
-    const auto atom = owned(xcb_intern_atom_reply(
+    const x11::Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         connection, xcb_intern_atom(connection, 0, uint16_t(name.size()), name.data()), nullptr));
     const quint32 none = 0;
     if (atom)
@@ -66,7 +63,8 @@ FormerKeyboardOwner::FormerKeyboardOwner()
     auto* connection = toolkitConnection();
     if (!connection)
         return;
-    const auto focus = owned(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    const x11::Reply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     if (focus)
         window = focus->focus;
 }

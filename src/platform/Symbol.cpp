@@ -2,11 +2,11 @@
 
 #include "platform/GraphicsContext.h"
 #include "platform/PathData.h"
+#include "platform/VectorIcon.h"
 
 #include <QFontDatabase>
 #include <QGlyphRun>
 #include <QHash>
-#include <QIconEngine>
 #include <QPainter>
 #include <QRawFont>
 #include <QTextLayout>
@@ -206,7 +206,7 @@ QRectF place(const QRectF& rect)
     return {rect.center() - QPointF(side, side) / 2, QSizeF(side, side)};
 }
 
-class Engine : public QIconEngine {
+class Engine : public VectorIcon {
 public:
     Engine(QStringView symbol, const IconColors& byState)
         : name(symbol.toString())
@@ -226,15 +226,6 @@ public:
             color = colors.active;
         draw(name, rect, color, *painter);
         painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect({}, size), mode, state);
-        return result;
     }
 
     QIconEngine* clone() const override { return new Engine(*this); }

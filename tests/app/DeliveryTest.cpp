@@ -35,7 +35,8 @@ protected:
             .reactivatePrevious = [this] { log << u"reactivate"_qs; },
             .forgetPrevious = [this] { log << u"forget"_qs; },
             .playSound = [this] { log << u"sound"_qs; },
-            .openEditor = [this](const CaptureResult&) { log << u"editor"_qs; },
+            .openEditor
+            = [this](const CaptureResult&, const std::optional<QString>&) { log << u"editor"_qs; },
             .showThumbnail =
                 [this](const CaptureResult&, const std::optional<QString>& saved) {
                     log << u"thumbnail"_qs << (saved ? u"saved"_qs : u"unsaved"_qs);
