@@ -1,0 +1,182 @@
+#include "editor/EditorModel.h"
+
+#include "platform/UserDefaults.h"
+
+using namespace pintalux;
+using Field = EditorModel::Field;
+
+namespace {
+
+struct EditorModelTest : testing::Test {
+    static QImage picture(int width = 200, int height = 100)
+    {
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        return image;
+    }
+
+    static Annotation mark(AnnotationKind kind = AnnotationKind::rectangle, int number = 0)
+    {
+        return {.kind = kind, .start = {10, 10}, .end = {50, 40}, .number = number};
+    }
+
+    static QRectF frame(const Annotation& mark) { return {mark.start, mark.end}; }
+
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
+    EditorModel model{{picture(), 2, u"nombre"_qs}, settings};
+};
+
+} // namespace
+
+TEST_F(EditorModelTest, HistoryKeepsTheLast200CommitsAndCheckpointsWithoutACap)
+{
+    for (int i = 0; i < 201; ++i)
+        model.add(mark());
+    EXPECT_EQ(model.undoCount(), 200);
+    while (model.undoCount() > 0)
+        model.undo();
+    EXPECT_EQ(model.doc().annotations.size(), 1);
+    EXPECT_EQ(model.redoCount(), 200);
+    while (model.redoCount() > 0)
+        model.redo();
+    EXPECT_EQ(model.doc().annotations.size(), 201);
+
+    model.pushUndoCheckpoint(model.doc());
+    EXPECT_EQ(model.undoCount(), 201);
+    model.add(mark());
+    EXPECT_EQ(model.undoCount(), 201) << "a commit over the cap forgets one step";
+}
+
+TEST_F(EditorModelTest, UndoClearsTheSelectionAndACommitEmptiesRedo)
+{
+    const auto first = mark();
+    model.add(first);
+    model.add(mark());
+    model.setSelectedID(first.id);
+    model.undo();
+    EXPECT_FALSE(model.selectedID());
+    model.setSelectedID(first.id);
+    model.redo();
+    EXPECT_EQ(model.selectedID(), first.id);
+
+    model.undo();
+    model.updateWithoutUndo(first.id, [](Annotation& changed) { changed.offset({5, 5}); });
+    EXPECT_EQ(model.redoCount(), 1);
+    model.setSelectedID(first.id);
+    model.restyleSelected([](Annotation& changed) { changed.filled = true; });
+    EXPECT_EQ(model.redoCount(), 0);
+    EXPECT_TRUE(model.selected()->filled);
+    EXPECT_EQ(model.selected()->start, QPointF(15, 15));
+}
+
+TEST_F(EditorModelTest, WhatChangesNothingLeavesNoStep)
+{
+    model.clearAnnotations();
+    model.deleteSelected();
+    model.restyleSelected([](Annotation& changed) { changed.filled = true; });
+    model.setSelectedID(QUuid::createUuid());
+    model.restyleSelected([](Annotation& changed) { changed.filled = true; });
+    model.setTool(Tool::crop);
+    for (const auto& tooSmall : {QRectF(10, 10, 1.5, 80), QRectF(199.2, 0, 50, 50), QRectF(300, 0, 50, 50)}) {
+        model.setCropRect(tooSmall);
+        model.applyCrop();
+        EXPECT_FALSE(model.cropRect());
+    }
+    EXPECT_EQ(model.undoCount(), 0);
+    EXPECT_EQ(model.doc().imageSize(), QSizeF(200, 100));
+}
+
+TEST_F(EditorModelTest, ToolsDecideWhatStaysChosen)
+{
+    const auto chosen = mark();
+    model.add(chosen);
+    for (const auto tool : allCases<Tool>()) {
+        model.setTool(Tool::crop);
+        model.setCropRect(QRectF(0, 0, 20, 20));
+        model.setSelectedID(chosen.id);
+        model.setTool(tool);
+        const bool keeps = tool == Tool::select || tool == Tool::arrow || tool == Tool::line
+            || tool == Tool::step || tool == Tool::text;
+        EXPECT_EQ(model.selectedID().has_value(), keeps) << int(tool);
+        EXPECT_EQ(model.cropRect().has_value(), tool == Tool::crop) << int(tool);
+    }
+    model.setTool(Tool::arrow);
+    model.setShowArrowOptions(false);
+    model.setTool(Tool::arrow);
+    EXPECT_FALSE(model.showArrowOptions());
+    model.setTool(Tool::pen);
+    model.setTool(Tool::arrow);
+    EXPECT_TRUE(model.showArrowOptions());
+}
+
+TEST_F(EditorModelTest, CropRoundsOutwardAndTakesTheMarksAlong)
+{
+    model.add(mark());
+    model.setTool(Tool::crop);
+    model.setCropRect(QRectF(20.6, 5.2, 500, 40.1));
+    model.applyCrop();
+    EXPECT_EQ(model.doc().imageSize(), QSizeF(180, 41));
+    EXPECT_EQ(model.doc().annotations[0].start, QPointF(-10, 5));
+    EXPECT_EQ(model.tool(), Tool::arrow);
+    EXPECT_EQ(model.undoCount(), 2);
+    model.undo();
+    EXPECT_EQ(model.doc().imageSize(), QSizeF(200, 100));
+}
+
+TEST_F(EditorModelTest, InsertedPicturesAreCentredNeverEnlargedAndAtMost45Percent)
+{
+    model.insertImage(picture(400, 200), {100, 50}, 1);
+    EXPECT_EQ(frame(*model.selected()), QRectF(100 - 45, 50 - 22.5, 90, 45));
+    EXPECT_EQ(model.tool(), Tool::select);
+    EXPECT_EQ(model.undoCount(), 1);
+    model.insertImage(picture(10, 10), {50, 50}, 1);
+    EXPECT_EQ(frame(*model.selected()), QRectF(40, 40, 20, 20)) << "a 1x picture on a 2x capture";
+    model.insertImage(picture(10, 10), {50, 50}, 2);
+    EXPECT_EQ(frame(*model.selected()), QRectF(45, 45, 10, 10));
+}
+
+TEST_F(EditorModelTest, StylesReachTheSettingsAndTheNextEditor)
+{
+    model.setColor(QColor(0x12, 0x34, 0x56));
+    model.setStrokeWidth(12);
+    model.setArrowStyle(ArrowStyle::sketch);
+    model.setHandwritten(true);
+    model.setCalloutText(!model.calloutText());
+    model.setPaletteEdge(PaletteEdge::left);
+    model.setToolbarHidden(true);
+    model.setFilled(true);
+    const EditorModel next({picture(), 1, {}}, settings);
+    EXPECT_EQ(next.color(), model.color());
+    EXPECT_EQ(next.strokeWidth(), 12);
+    EXPECT_EQ(next.arrowStyle(), ArrowStyle::sketch);
+    EXPECT_EQ(next.handwritten(), true);
+    EXPECT_EQ(next.calloutText(), model.calloutText());
+    EXPECT_EQ(next.paletteEdge(), PaletteEdge::left);
+    EXPECT_TRUE(next.toolbarHidden());
+    EXPECT_FALSE(next.filled());
+
+    EXPECT_EQ(model.lineWidth(), 24);
+    EXPECT_DOUBLE_EQ(model.fontSize(), 82);
+    model.setStrokeWidth(1);
+    EXPECT_DOUBLE_EQ(model.fontSize(), 35.2);
+}
+
+TEST_F(EditorModelTest, StepNumbersGoOnAfterTheHighest)
+{
+    EXPECT_EQ(model.nextStepNumber(), 1);
+    model.add(mark(AnnotationKind::step, 3));
+    model.add(mark(AnnotationKind::step, 1));
+    model.add(mark(AnnotationKind::text, 9));
+    EXPECT_EQ(model.nextStepNumber(), 4);
+}
+
+TEST_F(EditorModelTest, EveryChangeIsAnnouncedWithItsCounts)
+{
+    QList<Field> fields;
+    QObject::connect(&model, &EditorModel::changed, [&](Field field) { fields.append(field); });
+    model.add(mark());
+    EXPECT_EQ(fields, (QList{Field::doc, Field::undoCount, Field::redoCount}));
+    model.undo();
+    EXPECT_TRUE(fields.contains(Field::selectedID));
+}
