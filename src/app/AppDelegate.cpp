@@ -48,6 +48,11 @@ AppDelegate::AppDelegate(
         if (setting == Setting::shortcutPreset)
             registerShortcuts();
     });
+    hotKeys.onLost = [this](quint32 id) {
+        for (const auto action : allCases<CaptureAction>())
+            if (hotKeyID(action) == id)
+                failed.insert(action);
+    };
     quiet.setSingleShot(true);
     quiet.setInterval(quietMilliseconds);
     connect(&quiet, &QTimer::timeout, this, &ScreenCapture::returnMemory);
@@ -55,6 +60,7 @@ AppDelegate::AppDelegate(
 
 AppDelegate::~AppDelegate()
 {
+    hotKeys.onLost = nullptr;
     hotKeys.unregisterAll();
     running = nullptr;
 }
