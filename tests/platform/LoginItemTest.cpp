@@ -3,7 +3,9 @@
 #include "Stage.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
+#include <QThread>
 
 using namespace pintalux;
 
@@ -18,7 +20,7 @@ protected:
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(root.filePath(u"config"_qs)));
         QDir(root.path()).mkpath(programFolder);
         program = root.filePath(programFolder + u"/pintalux"_qs);
-        stage::put(program, "#!/bin/sh\necho \"$# $0\" > \"${0%/*}/ran\"\n");
+        stage::put(program, "#!/bin/sh\nprintf %s \"$# $0\" > \"${0%/*}/ran\"\n");
         QFile(program).setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
         item = LoginItem::create(program);
     }
@@ -27,7 +29,7 @@ protected:
         previous.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", previous);
     }
 
-    const QString programFolder = u"a b \"c\" $HOME `d` \\e %f 'g' ñ\tz"_qs;
+    const QString programFolder = u"a b \"c\" $HOME `d` \\e 'g' ñ\tz"_qs;
     QTemporaryDir root;
     QByteArray previous;
     QString entry = root.filePath(u"config/autostart/pintalux.desktop"_qs);
@@ -56,9 +58,12 @@ TEST_F(LoginItemTest, TheDesktopStartsThisVeryProgramWhateverItsPathIsMadeOf)
     item->setEnabled(true);
     ASSERT_EQ(QProcess::execute(u"gio"_qs, {u"launch"_qs, entry}), 0);
     const auto ran = root.filePath(programFolder + u"/ran"_qs);
-    for (int i = 0; i < 200 && stage::contents(ran).isEmpty(); ++i)
+    for (int i = 0; i < 200 && QFileInfo(ran).size() == 0; ++i)
         QThread::msleep(10);
-    EXPECT_EQ(stage::contents(ran), "0 " + QFile::encodeName(program) + "\n");
+    EXPECT_EQ(stage::contents(ran), "0 " + QFile::encodeName(program));
+
+    LoginItem::create(u"/tmp/50%f/p"_qs)->setEnabled(true);
+    EXPECT_TRUE(stage::contents(entry).contains("Exec=\"/tmp/50%%f/p\"\n")) << "no field code";
 }
 
 TEST_F(LoginItemTest, WhatTheSessionWouldNotStartCountsAsOff)
