@@ -39,6 +39,7 @@ Label::Label(const QString& text, const TextRole& textRole, Fit textFit, QWidget
 void Label::show(const QString& text)
 {
     setText(text);
+    explainShortening();
     updateGeometry();
     update();
 }
@@ -68,6 +69,11 @@ QStringList Label::linesIn(double width) const
 void Label::resizeEvent(QResizeEvent* event)
 {
     QLabel::resizeEvent(event);
+    explainShortening();
+}
+
+void Label::explainShortening()
+{
     if (fit == Fit::shortened)
         setToolTip(sizeHint().width() > width() ? text() : QString());
 }

@@ -61,6 +61,7 @@ protected:
 
 private:
     QStringList linesIn(double width) const;
+    void explainShortening();
 
     TextRole role;
     Fit fit;
