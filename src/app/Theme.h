@@ -49,8 +49,12 @@ struct Theme {
     static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
     static constexpr int hoverInMilliseconds = 90;
     static constexpr int hoverOutMilliseconds = 140;
+    static constexpr int paletteFadeMilliseconds = 160;
     static constexpr int popoverOpenMilliseconds = 140;
     static constexpr int popoverCloseMilliseconds = 90;
+    static constexpr double dragRadius = 10; ///< of a picture that hangs from the pointer
+    static constexpr double dragOpacity = 0.85;
+    static constexpr int dockMilliseconds = 250; ///< of the palette, and the canvas making room
 };
 
 } // namespace pintalux
