@@ -64,7 +64,7 @@ void savePanel(const QImage& image, double pixelScale, const std::optional<QStri
     auto* panel = new QFileDialog(window, u"Guardar como PNG"_qs, folder);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setFileMode(QFileDialog::AnyFile);
-    panel->setMimeTypeFilters({u"image/png"_qs});
+    panel->setNameFilter(u"Imagen PNG (*.png)"_qs);
     panel->selectFile(defaultFileName(name));
     QObject::connect(panel, &QFileDialog::fileSelected, panel,
         [image, pixelScale, over = QPointer(window)](const QString& chosen) {
