@@ -4,6 +4,7 @@
 #include "app/Author.h"
 #include "app/CommandLine.h"
 #include "app/Theme.h"
+#include "platform/PanelWindow.h"
 #include "render/Draw.h"
 
 #include <QKeyEvent>
@@ -80,6 +81,7 @@ About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     column->addWidget(website);
     applyTheme();
     setFixedSize(windowWidth, sizeHint().height());
+    keepOutOfTaskBar(*this);
 }
 
 void About::applyTheme()

@@ -11,9 +11,10 @@
 #include "platform/Trace.h"
 #include "settings/Settings.h"
 
-#include <QCoreApplication>
+#include <QCursor>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
@@ -121,8 +122,12 @@ void AppDelegate::openImageFile(const QString& path)
 
 void AppDelegate::showAbout()
 {
-    if (!about)
+    if (!about) {
         about = new About([this](const QUrl& url) { workspace->openUrl(url); });
+        const auto* screen = QGuiApplication::screenAt(QCursor::pos());
+        const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+        about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
+    }
     bringToFront(*about);
 }
 

@@ -1,6 +1,7 @@
 #include "editor/ColorPanelBridge.h"
 
 #include "editor/EditorModel.h"
+#include "platform/PanelWindow.h"
 
 #include <QColorDialog>
 #include <QEvent>
@@ -40,6 +41,8 @@ void ColorPanelBridge::open(EditorModel& opened)
         dialog->setCurrentColor(opened.color());
     }
     restyled.reset();
+    if (!dialog->isVisible())
+        keepOutOfTaskBar(*dialog);
     dialog->show();
     dialog->raise();
     dialog->activateWindow();

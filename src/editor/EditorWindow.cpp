@@ -5,7 +5,6 @@
 #include "editor/CanvasView.h"
 #include "editor/EditorChrome.h"
 #include "editor/EditorCommands.h"
-#include "editor/EditorWindowFade.h"
 #include "editor/EditorWindowLayout.h"
 #include "editor/ToolPalette.h"
 #include "platform/Compositor.h"
@@ -46,6 +45,7 @@ EditorWindow::EditorWindow(EditorModel& edited, EditorCommands& commands)
     toolPalette = new ToolPalette(
         model, [this] { dockPaletteAtMouse(); }, this);
     arrowOptions = new ArrowOptionsPanel(model, this);
+    chrome->raise(); // the panels' shadows end at it
 
     setWindowTitle(u"Pintalux"_qs);
     setMinimumSize(EditorWindowLayout::minimumSize);
@@ -59,7 +59,7 @@ EditorWindow::EditorWindow(EditorModel& edited, EditorCommands& commands)
     connect(&docking, &QVariantAnimation::valueChanged, this,
         [this](const QVariant& progress) { placePanels(progress.toDouble()); });
     connect(&model, &EditorModel::changed, this, &EditorWindow::modelChanged);
-    showPanels(false);
+    showPanels();
 }
 
 EditorWindow::~EditorWindow() = default;
@@ -90,24 +90,23 @@ void EditorWindow::modelChanged(EditorModel::Field field)
         break;
     case EditorModel::Field::tool:
     case EditorModel::Field::showArrowOptions:
-        showPanels(true);
+        showPanels();
         break;
     default:
         break;
     }
 }
 
-void EditorWindow::showPanels(bool animated)
+void EditorWindow::showPanels()
 {
-    EditorWindowFade::setShown(*toolPalette, !model.toolbarHidden(), animated && isVisible());
-    EditorWindowFade::setShown(
-        *arrowOptions, model.tool() == Tool::arrow && model.showArrowOptions(), animated && isVisible());
+    toolPalette->setShown(!model.toolbarHidden());
+    arrowOptions->setShown(model.tool() == Tool::arrow && model.showArrowOptions());
 }
 
 void EditorWindow::applyPaletteLayout(bool animated)
 {
     docking.stop();
-    showPanels(animated);
+    showPanels();
     if (animated && isVisible() && !prefersReducedMotion()) {
         dockingStart = {toolPalette->pos(), arrowOptions->pos(), canvasView->insets()};
         docking.setDuration(Theme::dockMilliseconds);

@@ -59,7 +59,7 @@ protected:
 private:
     QRect contentRect() const;
     void modelChanged(EditorModel::Field field);
-    void showPanels(bool animated);
+    void showPanels();
     void layOut();
     void placePanels(double progress);
 

@@ -8,6 +8,7 @@
 #include "render/Exporter.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QScreen>
 
@@ -42,13 +43,34 @@ void hideAll()
             window->showMinimized();
 }
 
-/// Carries out a standard edit command in the view with the focus; false when that has none of the name.
-bool runInFocusedView(const QString& actionId, const QWidget& window)
+/// The view with the focus, if it is one in which text is typed.
+QWidget* focusedTextView(const QWidget& window)
 {
     auto* view = QApplication::focusWidget();
-    const auto method = actionId.toLatin1();
-    return view && window.isAncestorOf(view) && view->metaObject()->indexOfMethod(method + "()") >= 0
-        && QMetaObject::invokeMethod(view, method.constData());
+    const bool takesText
+        = view && window.isAncestorOf(view) && view->testAttribute(Qt::WA_InputMethodEnabled);
+    return takesText ? view : nullptr;
+}
+
+/// Carries out a standard edit command in the text that is being typed, by the key that stands for it; false
+/// when none is, or it is another command.
+bool runInText(QStringView actionId, const QWidget& window)
+{
+    struct Row {
+        QStringView actionId;
+        Qt::Key key;
+    };
+    constexpr std::array<Row, 4> rows{
+        {{u"cut", Qt::Key_X}, {u"copy", Qt::Key_C}, {u"paste", Qt::Key_V}, {u"selectAll", Qt::Key_A}}};
+    auto* view = focusedTextView(window);
+    const auto row = std::ranges::find(rows, actionId, &Row::actionId);
+    if (!view || row == rows.end())
+        return false;
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent key(type, row->key, Qt::ControlModifier);
+        QCoreApplication::sendEvent(view, &key);
+    }
+    return true;
 }
 
 } // namespace
@@ -96,20 +118,15 @@ void EditorWindowController::makeMenuBar()
 
 void EditorWindowController::showWhatIsPossible(const QMenu& menu) const
 {
-    const auto* view = QApplication::focusWidget();
-    const auto canInView = [&](const char* method) {
-        return view && editorWindow->isAncestorOf(view) && view->metaObject()->indexOfMethod(method) >= 0;
-    };
+    const bool typing = focusedTextView(*editorWindow);
     for (auto* row : menu.actions()) {
         const auto actionId = row->data().toString();
         if (actionId == u"editorUndo")
-            row->setEnabled(editorModel.undoCount() > 0);
+            row->setEnabled(typing || editorModel.undoCount() > 0);
         else if (actionId == u"editorRedo")
             row->setEnabled(editorModel.redoCount() > 0);
-        else if (actionId == u"cut")
-            row->setEnabled(canInView("cut()"));
-        else if (actionId == u"selectAll")
-            row->setEnabled(canInView("selectAll()"));
+        else if (actionId == u"cut" || actionId == u"selectAll")
+            row->setEnabled(typing);
     }
 }
 
@@ -132,7 +149,7 @@ void EditorWindowController::runMenuAction(const QString& actionId)
         {u"hide", [] { hideAll(); }},
         {u"terminate", [this] { delegateAction ? delegateAction(u"terminate"_qs) : QApplication::quit(); }},
     }};
-    if (runInFocusedView(actionId, *editorWindow))
+    if (runInText(actionId, *editorWindow))
         return;
     for (const auto& row : rows)
         if (row.actionId == actionId)

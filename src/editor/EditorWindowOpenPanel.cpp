@@ -1,5 +1,7 @@
 #include "editor/EditorWindowOpenPanel.h"
 
+#include "platform/PanelWindow.h"
+
 #include <QFileDialog>
 
 namespace pintalux {
@@ -17,9 +19,8 @@ QFileDialog* showOpenPanel(
         dialog->setLabelText(QFileDialog::Accept, panel.prompt);
     QObject::connect(dialog, &QFileDialog::filesSelected, dialog,
         [done = std::move(completion)](const QStringList& paths) { done(paths); });
-    // Without a window it belongs to no window in the task bar either.
     if (!window)
-        dialog->setWindowFlag(Qt::Tool);
+        keepOutOfTaskBar(*dialog); // where the program has no other
     dialog->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->show();
     return dialog;
