@@ -22,7 +22,10 @@ namespace pintalux {
 class About;
 class EditorWindowController;
 class HotKeyCenter;
+class LoginItem;
+class PreferencesWindow;
 class Settings;
+class SettingsFileActions;
 class StatusItem;
 struct CommandLine;
 
@@ -92,6 +95,8 @@ private:
     void openImage();
     void revealFolder();
     void showAbout();
+    void showPreferences();
+    void makePreferences();
 
     /// The end of what is said in place of a window that does not exist yet.
     static inline const QString notYet = QStringLiteral("aún no está disponible en esta versión");
@@ -109,6 +114,9 @@ private:
     ActivationPolicy policy = ActivationPolicy::accessory;
     QPointer<QFileDialog> openPanel;
     QPointer<About> about;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for
+    std::unique_ptr<SettingsFileActions> settingsFile;
     QTimer quiet; ///< ends when nothing was captured for a while
 };
 
