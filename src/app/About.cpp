@@ -54,6 +54,7 @@ About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     : QWidget(parent, Qt::Tool | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
 {
     setWindowTitle(u"Acerca de Pintalux"_qs);
+    setWindowIcon(AppIcon::windowIcon());
     setAttribute(Qt::WA_DeleteOnClose);
 
     auto* icon = new QLabel;

@@ -1,11 +1,12 @@
 #include "editor/ColorPanelBridge.h"
 
+#include "app/AppIcon.h"
 #include "editor/EditorModel.h"
 #include "platform/PanelWindow.h"
 
 #include <QColorDialog>
+#include <QCoreApplication>
 #include <QEvent>
-#include <QGuiApplication>
 
 namespace pintalux {
 
@@ -52,6 +53,7 @@ void ColorPanelBridge::makePanel()
 {
     dialog = std::make_unique<QColorDialog>();
     dialog->setWindowTitle(u"Color"_qs);
+    dialog->setWindowIcon(AppIcon::windowIcon());
     // A desktop's own dialog tells its colour only when it closes.
     dialog->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);
     dialog->setWindowFlag(Qt::Tool);
@@ -64,8 +66,10 @@ void ColorPanelBridge::makePanel()
 bool ColorPanelBridge::eventFilter(QObject*, QEvent* event)
 {
     const auto type = event->type();
-    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease)
+    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease) {
+        dragging = type == QEvent::MouseButtonPress;
         restyled.reset();
+    }
     return false;
 }
 
@@ -82,7 +86,7 @@ void ColorPanelBridge::colorChanged(const QColor& chosen)
     const auto recolor = [&](Annotation& annotation) { annotation.color = color; };
     if (restyled == mark->id)
         return model->updateWithoutUndo(mark->id, recolor);
-    if (QGuiApplication::mouseButtons() != Qt::NoButton)
+    if (dragging)
         restyled = mark->id;
     model->restyleSelected(recolor);
 }

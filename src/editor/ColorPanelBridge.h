@@ -40,7 +40,8 @@ private:
 
     QPointer<EditorModel> model;
     std::unique_ptr<QColorDialog> dialog;
-    /// The mark whose colour the drag that goes on in the panel changes, in one undo step.
+    bool dragging = false; ///< a mouse button is down in the panel
+    /// The mark whose colour the drag that goes on changes, in one undo step.
     std::optional<QUuid> restyled;
 };
 

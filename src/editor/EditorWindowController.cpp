@@ -16,18 +16,6 @@ namespace pintalux {
 
 namespace {
 
-/// The icon in task bars and window switchers.
-const QIcon& windowIcon()
-{
-    static const QIcon icon = [] {
-        QIcon made;
-        for (const int size : {16, 32, 48, 128})
-            made.addPixmap(QPixmap::fromImage(AppIcon::render(size)));
-        return made;
-    }();
-    return icon;
-}
-
 /// The screen on which a new window opens: where the person is.
 const QScreen& screenUnderPointer()
 {
@@ -82,7 +70,7 @@ EditorWindowController::EditorWindowController(
     , delegateAction(std::move(action))
     , editorWindow(std::make_unique<EditorWindow>(editorModel, *this))
 {
-    editorWindow->setWindowIcon(windowIcon());
+    editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
     const auto visible = screenUnderPointer().availableGeometry();
