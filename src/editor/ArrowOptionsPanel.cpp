@@ -81,7 +81,7 @@ void ArrowOptionsPanel::makeColor()
 {
     color = new DropColorButton(u"Color de la flecha"_qs, this);
     color->setGeometry(colorPlace);
-    connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color); });
+    connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color, this); });
 }
 
 void ArrowOptionsPanel::refresh(EditorModel::Field field)

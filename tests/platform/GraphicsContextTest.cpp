@@ -195,7 +195,7 @@ TEST(GraphicsContextShadow, OfAChildWidgetFallsAtItsPlaceInTheWindow)
     child.setGeometry(120, 140, 40, 50);
     const auto image = window.grab().toImage();
     const double ratio = image.devicePixelRatio();
-    EXPECT_EQ(qGray(image.pixel(QPointF(140 * ratio, 185 * ratio).toPoint())), 0);
+    EXPECT_EQ(qGray(image.pixel(QPointF(140 * ratio, 175 * ratio).toPoint())), 0);
     EXPECT_EQ(qGray(image.pixel(QPointF(140 * ratio, 155 * ratio).toPoint())), 255);
 }
 
