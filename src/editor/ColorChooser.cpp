@@ -123,7 +123,7 @@ void ColorChooser::addTextRow()
 void ColorChooser::choose(const QColor& color)
 {
     StyleActions::chooseColor(model, color);
-    hex->setText(hexString(color));
+    refresh();
 }
 
 void ColorChooser::submit()
@@ -139,6 +139,7 @@ void ColorChooser::refresh()
     for (auto* swatch : swatches)
         swatch->setMarked(swatch->color() == model.color());
     hex->setText(hexString(model.color()));
+    hex->setWrong(false);
     update();
 }
 
