@@ -18,6 +18,7 @@ namespace pintalux {
 class HotKeyCenter;
 class Settings;
 class StatusItem;
+class Thumbnail;
 struct CommandLine;
 
 /// The running program: its status item and hot keys, and every capture from its start to its delivery.
@@ -67,6 +68,7 @@ private:
     void captureWindow(const WindowInfo& window, const QString& title);
     void captureFullScreen();
     void reactivatePrevious();
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
 
     void openEditor(const CaptureResult& shot, const QString& whatIsLeft);
     void openImage();
@@ -82,7 +84,8 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
+    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
 };

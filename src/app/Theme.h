@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QEasingCurve>
 #include <QLinearGradient>
 
 class QPalette;
@@ -54,12 +55,18 @@ struct Theme {
     /// Laid over the gradient where text stands on it; `pressed` makes it darker.
     static QLinearGradient gradientVeil(const QRectF& rect, bool pressed);
 
+    /// The curve of what slides to its place: an instrument that rises, the thumbnail that comes in.
+    static QEasingCurve slideCurve();
+
     /// Radii, lengths and durations that several surfaces share; points and milliseconds.
     static constexpr double controlRadius = 8;
     static constexpr double groupRadius = 12;
     static constexpr double popoverRadius = 14;
     static constexpr double screenMargin = 8; ///< least distance of popovers to the screen's edge
     static constexpr double menuRadius = 12;
+    static constexpr double thumbnailRadius = 22;
+    static constexpr double thumbnailImageRadius = 14;
+    static constexpr double pinRadius = 10;
     static constexpr double menuRowRadius = 7;
     static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
     static constexpr int hoverInMilliseconds = 90;
@@ -68,6 +75,8 @@ struct Theme {
     static constexpr int knobMilliseconds = 160;
     static constexpr int paletteFadeMilliseconds = 160;
     static constexpr int toolTipDelayMilliseconds = 500;
+    static constexpr int thumbnailInMilliseconds = 320;
+    static constexpr int thumbnailOutMilliseconds = 250;
     static constexpr int popoverOpenMilliseconds = 140;
     static constexpr int popoverCloseMilliseconds = 90;
 };
