@@ -114,7 +114,7 @@ std::array<Span, 3> spans(double start, double length, double pictureLength)
 {
     if (length <= pictureLength)
         return {Span{start, length, 0, length}, {}, {}};
-    const double part = std::floor(pictureLength / 2);
+    const double part = 2 * std::floor(pictureLength / 4); // even: a whole number of pixels at a ratio of 1.5
     return {Span{start, part, 0, part}, Span{start + part, length - 2 * part, part, pictureLength - 2 * part},
         Span{start + length - part, part, pictureLength - part, part}};
 }

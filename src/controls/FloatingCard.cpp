@@ -108,6 +108,7 @@ bool FloatingCard::event(QEvent* event)
         [[fallthrough]];
     case QEvent::Move:
     case QEvent::Resize:
+    case QEvent::Show:
     case QEvent::ShowToParent:
     case QEvent::HideToParent:
     case QEvent::ZOrderChange:
