@@ -48,9 +48,9 @@ void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* ne
     closeAtTheEnd();
     const auto visible = screen->availableGeometry();
     auto* pin = new PinnedImage(image, PinGeometry::sizeOnScreen(image.size(), pixelScale, visible.size()));
-    QRect frame({}, pin->size());
+    QRect frame({}, pin->proportions);
     frame.moveCenter(visible.center());
-    pin->move(frame.topLeft());
+    pin->setPicture(frame);
     openPins.append(pin);
     pin->QWidget::show();
     pin->raise();
@@ -70,7 +70,6 @@ PinnedImage::PinnedImage(const QImage& picture, QSize size)
     setAttribute(Qt::WA_TranslucentBackground, translucent);
     setAttribute(Qt::WA_OpaquePaintEvent, !translucent);
     setMouseTracking(true);
-    resize(size);
     makePinWindow(*this);
 }
 
@@ -85,80 +84,113 @@ void PinnedImage::dismiss()
 
 void PinnedImage::copyImage() const
 {
-    const double scale = image.width() / std::max(1.0, double(width()));
+    const double scale = image.width() / std::max(1.0, double(sheet().width()));
     Clipboard::copy(image, std::max(1.0, scale));
     HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+}
+
+// Room for the shadow, where there can be one.
+int PinnedImage::margin() const { return translucent ? int(Theme::shadowMargin) : 0; }
+
+QRect PinnedImage::sheet() const { return rect().adjusted(margin(), margin(), -margin(), -margin()); }
+
+void PinnedImage::setPicture(const QRect& screenRect)
+{
+    setGeometry(screenRect.adjusted(-margin(), -margin(), margin(), margin()));
 }
 
 // A fraction of a point was rounded up, which is less than a point in device pixels.
 bool PinnedImage::isPixelForPixel() const
 {
     const double ratio = devicePixelRatioF();
-    const auto spare = QSizeF(size()) * ratio - QSizeF(image.size());
+    const auto spare = QSizeF(sheet().size()) * ratio - QSizeF(image.size());
     return spare.width() > -1 && spare.height() > -1 && spare.width() < ratio && spare.height() < ratio;
 }
 
-void PinnedImage::drawPicture(QPainter& painter)
+void PinnedImage::drawPicture(const QRectF& sheet, QPainter& painter)
 {
     const double ratio = devicePixelRatioF();
     if (isPixelForPixel()) {
         scaled = QImage();
-        const QRectF pixels(QPointF(0, 0), QSizeF(image.size()) / ratio);
-        painter.drawImage(rect(), image); // behind the picture's last pixels
-        painter.drawImage(pixels, image);
+        painter.drawImage(sheet, image); // behind the picture's last pixels
+        painter.drawImage(QRectF(sheet.topLeft(), QSizeF(image.size()) / ratio), image);
         return;
     }
-    const auto wanted = (QSizeF(size()) * ratio).toSize();
+    const auto wanted = (sheet.size() * ratio).toSize();
     if (scaled.size() != wanted)
         scaled = image.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    painter.drawImage(QRectF(rect()), scaled);
+    painter.drawImage(sheet, scaled);
 }
 
 void PinnedImage::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const double radius = translucent ? Theme::pinRadius : 0;
-    if (translucent)
-        painter.setClipPath(Draw::roundedRect(rect(), radius));
-    else if (image.hasAlphaChannel())
-        painter.fillRect(rect(), Theme::of(palette()).card);
-    drawPicture(painter);
+    const auto& theme = Theme::of(palette());
+    const QRectF card(sheet());
+    if (!translucent) {
+        painter.fillRect(card, theme.card); // below what is transparent
+        drawPicture(card, painter);
+        Elevation::drawInnerEdge(card, 0, theme, painter);
+        return;
+    }
+    Elevation::drawShadow(Elevation::Level::floating, card, Theme::pinRadius, theme, painter);
+    painter.setClipPath(Draw::roundedRect(card, Theme::pinRadius));
+    drawPicture(card, painter);
     painter.setClipping(false);
-    Elevation::drawInnerEdge(rect(), radius, Theme::of(palette()), painter);
+    Elevation::drawEdge(card, Theme::pinRadius, theme, painter);
 }
 
-void PinnedImage::resizeEvent(QResizeEvent*) { keepProportions(*this, proportions); }
+void PinnedImage::showEvent(QShowEvent*)
+{
+    shapeToSheet();
+    windowHandle()->installEventFilter(this);
+}
+
+void PinnedImage::resizeEvent(QResizeEvent*) { shapeToSheet(); }
+
+bool PinnedImage::eventFilter(QObject* watched, QEvent* event)
+{
+    // Now the window manager has taken it into its care.
+    if (event->type() == QEvent::Expose && !std::exchange(exposed, true))
+        shapeToSheet();
+    return QWidget::eventFilter(watched, event);
+}
+
+void PinnedImage::shapeToSheet()
+{
+    keepProportions(*this, proportions, margin());
+    if (!translucent)
+        return;
+    disableCompositorShadow(*this);
+    takeMouseOnlyWithin(*this, sheet());
+}
 
 void PinnedImage::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    const auto point = event->position().toPoint();
-    grip = Grip{event->globalPosition().toPoint(), geometry(), PinGeometry::edgesAt(point, size())};
+    const auto point = event->position().toPoint() - sheet().topLeft();
+    grip = Grip{event->globalPosition().toPoint(), picture(), PinGeometry::edgesAt(point, sheet().size())};
 }
 
 void PinnedImage::mouseMoveEvent(QMouseEvent* event)
 {
     if (!grip) {
-        setCursor(PinGeometry::cursorFor(PinGeometry::edgesAt(event->position().toPoint(), size())));
+        const auto point = event->position().toPoint() - sheet().topLeft();
+        setCursor(PinGeometry::cursorFor(PinGeometry::edgesAt(point, sheet().size())));
         return;
     }
     const auto delta = event->globalPosition().toPoint() - grip->screenPoint;
     if (grip->edges) {
-        setGeometry(PinGeometry::resized(grip->geometry, grip->edges, delta, proportions));
+        setPicture(PinGeometry::resized(grip->picture, grip->edges, delta, proportions));
         return;
     }
-    // Not before it is a drag: the window manager, once it moves a window, takes the release, and with it the
-    // double click.
-    if (!grip->moving && delta.manhattanLength() < QApplication::startDragDistance())
-        return;
-    if (!grip->moving && windowHandle()->startSystemMove()) {
-        grip.reset();
-        return;
-    }
-    grip->moving = true; // nobody else does it
-    move(grip->geometry.topLeft() + delta);
+    // Not before it is a drag, for a double click may shake. The window manager is not asked to do it: it
+    // would take the release, and some of them only move it in the end.
+    grip->moving = grip->moving || delta.manhattanLength() >= QApplication::startDragDistance();
+    if (grip->moving)
+        setPicture(grip->picture.translated(delta));
 }
 
 void PinnedImage::mouseReleaseEvent(QMouseEvent*) { grip.reset(); }

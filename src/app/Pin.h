@@ -24,6 +24,10 @@ public:
 
     ~PinnedImage() override;
 
+    /// Where the picture is on the screen, without the shadow around it; points.
+    QRect picture() const { return sheet().translated(pos()); }
+    void setPicture(const QRect& screenRect);
+
     /// Closes this pin for good.
     void dismiss();
     /// Copies the whole picture, at the scale in which it is shown now.
@@ -32,6 +36,8 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -43,18 +49,22 @@ protected:
 private:
     PinnedImage(const QImage& image, QSize size);
 
+    int margin() const;
+    QRect sheet() const;
+    void shapeToSheet();
     bool isPixelForPixel() const;
-    void drawPicture(QPainter& painter);
+    void drawPicture(const QRectF& sheet, QPainter& painter);
 
     QImage image;
     QImage scaled; ///< `image` at this window's device pixels; null where it is shown pixel for pixel
     QSize proportions;
     bool translucent;
+    bool exposed = false; ///< has been on the screen
 
-    /// What the left button took hold of.
+    /// What the left button took hold of, in points of the screen.
     struct Grip {
         QPoint screenPoint;
-        QRect geometry;
+        QRect picture;
         Qt::Edges edges; ///< none: the whole pin
         bool moving = false;
     };

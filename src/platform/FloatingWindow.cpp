@@ -9,6 +9,7 @@
 #include <xcb/shape.h>
 
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <string_view>
 
@@ -30,6 +31,19 @@ xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name)
     return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
+/// The window manager's window around this one, which some of them give even to windows without a frame; the
+/// window itself where there is none.
+xcb_window_t frameOf(xcb_connection_t* connection, xcb_window_t window)
+{
+    for (;;) {
+        const x11::Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr));
+        if (!tree || tree->parent == tree->root || tree->parent == XCB_WINDOW_NONE)
+            return window;
+        window = tree->parent;
+    }
+}
+
 } // namespace
 
 void makePinWindow(QWidget& window)
@@ -43,15 +57,15 @@ void makePinWindow(QWidget& window)
         atomNamed(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
 }
 
-void keepProportions(QWidget& window, QSize proportions)
+void keepProportions(QWidget& window, QSize proportions, int margin)
 {
     auto* connection = toolkitConnection();
     if (!connection || proportions.isEmpty())
         return;
     // The property as its convention lays it out: flags, then 17 numbers.
     constexpr std::size_t count = 18;
-    constexpr quint32 hasAspect = 1 << 7;
-    constexpr std::size_t leastAspect = 11, mostAspect = 13;
+    constexpr quint32 hasAspect = 1 << 7, hasBaseSize = 1 << 8;
+    constexpr std::size_t leastAspect = 11, mostAspect = 13, baseSize = 15;
     std::array<quint32, count> hints{};
     const auto id = xcb_window_t(window.winId());
     const x11::Reply<xcb_get_property_reply_t> former(xcb_get_property_reply(connection,
@@ -59,11 +73,16 @@ void keepProportions(QWidget& window, QSize proportions)
         nullptr));
     if (former && std::size_t(xcb_get_property_value_length(former.get())) == sizeof(hints))
         std::memcpy(hints.data(), xcb_get_property_value(former.get()), sizeof(hints));
-    hints[0] |= hasAspect;
+    hints[0] |= hasAspect | hasBaseSize; // the proportions are of what goes beyond the base size
+    const auto around = quint32(std::lround(margin * window.devicePixelRatioF()));
+    hints[baseSize] = hints[baseSize + 1] = 2 * around;
     hints[leastAspect] = hints[mostAspect] = quint32(proportions.width());
     hints[leastAspect + 1] = hints[mostAspect + 1] = quint32(proportions.height());
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
         XCB_ATOM_WM_SIZE_HINTS, 32, count, hints.data());
+    const std::array<quint32, 4> extents{around, around, around, around};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atomNamed(connection, "_GTK_FRAME_EXTENTS"),
+        XCB_ATOM_CARDINAL, 32, quint32(extents.size()), extents.data());
 }
 
 void makeUnfocusablePanel(QWidget& window)
@@ -73,18 +92,20 @@ void makeUnfocusablePanel(QWidget& window)
     window.setAttribute(Qt::WA_ShowWithoutActivating);
 }
 
-void takeMouseOnlyWithin(QWidget& window, const QRect& area)
+void takeMouseOnlyWithin(QWidget& widget, const QRect& area)
 {
-    const auto id = window.winId();
+    const auto id = widget.winId();
     auto* connection = toolkitConnection();
     if (!connection)
-        return window.windowHandle()->setMask(area);
-    const double ratio = window.devicePixelRatioF();
+        return widget.windowHandle()->setMask(area);
+    const double ratio = widget.devicePixelRatioF();
     const QRect pixels = QRectF(QPointF(area.topLeft()) * ratio, QSizeF(area.size()) * ratio).toAlignedRect();
     const xcb_rectangle_t rectangle{
         int16_t(pixels.x()), int16_t(pixels.y()), uint16_t(pixels.width()), uint16_t(pixels.height())};
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
-        xcb_window_t(id), 0, 0, 1, &rectangle);
+    const auto window = xcb_window_t(id);
+    for (const auto each : {window, frameOf(connection, window)})
+        xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+            each, 0, 0, 1, &rectangle);
 }
 
 } // namespace pintalux
