@@ -160,10 +160,8 @@ bool PinnedImage::eventFilter(QObject* watched, QEvent* event)
 void PinnedImage::shapeToSheet()
 {
     keepProportions(*this, proportions, margin());
-    if (!translucent)
-        return;
-    disableCompositorShadow(*this);
-    takeMouseOnlyWithin(*this, sheet());
+    if (translucent)
+        declareShadowAround(*this, sheet());
 }
 
 void PinnedImage::mousePressEvent(QMouseEvent* event)

@@ -336,10 +336,8 @@ void ThumbnailCard::dragOut(const QPixmap& picture)
 
 void ThumbnailCard::showEvent(QShowEvent*)
 {
-    if (!translucent)
-        return;
-    disableCompositorShadow(*this);
-    takeMouseOnlyWithin(*this, sheet());
+    if (translucent)
+        declareShadowAround(*this, sheet());
 }
 
 void ThumbnailCard::paintEvent(QPaintEvent*)

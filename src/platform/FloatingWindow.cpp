@@ -92,20 +92,26 @@ void makeUnfocusablePanel(QWidget& window)
     window.setAttribute(Qt::WA_ShowWithoutActivating);
 }
 
-void takeMouseOnlyWithin(QWidget& widget, const QRect& area)
+void declareShadowAround(QWidget& widget, const QRect& sheet)
 {
     const auto id = widget.winId();
     auto* connection = toolkitConnection();
     if (!connection)
-        return widget.windowHandle()->setMask(area);
+        return widget.windowHandle()->setMask(sheet);
     const double ratio = widget.devicePixelRatioF();
-    const QRect pixels = QRectF(QPointF(area.topLeft()) * ratio, QSizeF(area.size()) * ratio).toAlignedRect();
+    const QRect pixels
+        = QRectF(QPointF(sheet.topLeft()) * ratio, QSizeF(sheet.size()) * ratio).toAlignedRect();
     const xcb_rectangle_t rectangle{
         int16_t(pixels.x()), int16_t(pixels.y()), uint16_t(pixels.width()), uint16_t(pixels.height())};
     const auto window = xcb_window_t(id);
-    for (const auto each : {window, frameOf(connection, window)})
+    const auto castsShadow = atomNamed(connection, "_COMPTON_SHADOW");
+    const quint32 none = 0;
+    for (const auto each : {window, frameOf(connection, window)}) {
         xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
             each, 0, 0, 1, &rectangle);
+        xcb_change_property(
+            connection, XCB_PROP_MODE_REPLACE, each, castsShadow, XCB_ATOM_CARDINAL, 32, 1, &none);
+    }
 }
 
 } // namespace pintalux

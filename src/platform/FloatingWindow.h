@@ -20,8 +20,9 @@ void keepProportions(QWidget& window, QSize proportions, int margin);
 /// desktop, that the window manager leaves alone and that never takes the keyboard.
 void makeUnfocusablePanel(QWidget& window);
 
-/// From now on clicks outside of `area` (points of the window) reach what lies below: what a window paints
-/// beside its contents is no obstacle. Once it is on the screen, for not every window manager looks at it.
-void takeMouseOnlyWithin(QWidget& widget, const QRect& area);
+/// Tells the display that what the window paints around `sheet` (points of the window) is its shadow: clicks
+/// there reach what lies below, and a compositor casts none of its own. Anew after each change of the size,
+/// and once the window is on the screen, for not every window manager looks at it before.
+void declareShadowAround(QWidget& widget, const QRect& sheet);
 
 } // namespace pintalux

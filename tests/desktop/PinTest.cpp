@@ -194,6 +194,8 @@ TEST_F(PinTest, ItsCornersAreSquareWithoutACompositorAndRoundWithOne)
     EXPECT_EQ(seen.pixelColor(round.picture().center()),
         picture.pixelColor(round.picture().center() - round.picture().topLeft()));
     EXPECT_NEAR(corner(round, seen).lightness(), corner(round, before).lightness(), 60) << "shade, not black";
+    const auto beside = round.picture().topLeft() - QPoint(55, 0);
+    EXPECT_EQ(seen.pixelColor(beside), before.pixelColor(beside)) << "the compositor's shadow as well";
     // What surrounds it is only seen: a click there is the window's below.
     const auto under = [](QPoint point) {
         moveTo(point);
