@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusItem.h"
+#include "app/Thumbnail.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"

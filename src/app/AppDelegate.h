@@ -27,6 +27,7 @@ class PreferencesWindow;
 class Settings;
 class SettingsFileActions;
 class StatusItem;
+class Thumbnail;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
@@ -87,6 +88,7 @@ private:
     void captureWindow(const WindowInfo& window, const QString& title);
     void captureFullScreen();
     void reactivatePrevious();
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
 
     void editorClosed(EditorWindowController& closing);
     void updateActivationPolicy();
@@ -98,16 +100,14 @@ private:
     void showPreferences();
     void makePreferences();
 
-    /// The end of what is said in place of a window that does not exist yet.
-    static inline const QString notYet = QStringLiteral("aún no está disponible en esta versión");
-
     Settings& settings;
     HotKeyCenter& hotKeys;
     std::unique_ptr<Workspace> workspace;
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
+    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;
