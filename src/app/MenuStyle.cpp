@@ -9,6 +9,7 @@
 
 #include <QBitmap>
 #include <QGuiApplication>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScreen>
@@ -48,6 +49,8 @@ Type typeOf(Menu::Look look)
     switch (look) {
     case Menu::Look::header:
         return {13, FontWeight::semibold};
+    case Menu::Look::section:
+        return {11, FontWeight::semibold};
     case Menu::Look::note:
     case Menu::Look::credit:
         return {11, FontWeight::regular};
@@ -99,7 +102,7 @@ QColor textColor(const QStyleOptionMenuItem& option, Menu::Look look, bool highl
 {
     if (look == Menu::Look::link)
         return highlighted ? QColor(Qt::white) : theme.onSelected;
-    if (look == Menu::Look::credit || look == Menu::Look::note)
+    if (look == Menu::Look::credit || look == Menu::Look::note || look == Menu::Look::section)
         return theme.text2;
     if (look == Menu::Look::header)
         return theme.text;
@@ -111,6 +114,14 @@ QColor textColor(const QStyleOptionMenuItem& option, Menu::Look look, bool highl
 void drawCentered(const TextBlock& block, double left, const QRectF& row, QPainter& painter)
 {
     block.draw(painter, {left, row.center().y() - block.size().height() / 2});
+}
+
+/// Where a menu of a menu bar hangs from; global logical pixels.
+std::optional<QPoint> titleInBar(const QMenu& menu)
+{
+    const auto* bar = qobject_cast<QMenuBar*>(menu.parentWidget());
+    return bar ? std::optional(bar->mapToGlobal(bar->actionGeometry(menu.menuAction()).bottomLeft()))
+               : std::nullopt;
 }
 
 } // namespace
@@ -202,8 +213,8 @@ private:
         drawIcon(item, row, highlighted, painter);
         const auto look = lookOf(item);
         const auto [title, key] = textsOf(item);
-        drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)), row.left() + textLeft,
-            row, painter);
+        drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)),
+            row.left() + (look == Look::section ? sidePadding : textLeft), row, painter);
         if (!key.isEmpty()) {
             const auto keyBlock = textOf(key, Look::action,
                 highlighted   ? QColor(Qt::white)
@@ -358,7 +369,7 @@ void Menu::showEvent(QShowEvent* event)
         move(placeBeside(*beside));
     } else if (translucent) {
         // The toolkit has placed the window; it is the card within that belongs there.
-        const auto origin = anchor.value_or(QCursor::pos());
+        const auto origin = anchor.value_or(titleInBar(*this).value_or(QCursor::pos()));
         const auto frame = geometry();
         const QPoint shift(frame.right() <= origin.x() ? shadowSpace : -shadowSpace,
             frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);

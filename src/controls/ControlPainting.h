@@ -46,7 +46,7 @@ void knob(QPointF center, const Knob& look, QPainter& painter);
 /// A disc of colour to choose: inner edge, and when `chosen` (0 to 1) the ring in the brand's colour around a
 /// gap.
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,
-    QPainter& painter);
+    QPainter& painter, double ringGap = 2);
 
 /// The ring of all hues around the current colour, 20 across, on a ground of `card`.
 void colorChooser(QPointF center, const QColor& current, const Theme& theme, QPainter& painter);

@@ -31,20 +31,15 @@ PreferencesWindow::PreferencesWindow(Settings& settings, PreferencesHost host)
     setMinimumHeight(leastHeight);
 }
 
-void PreferencesWindow::present()
+void PreferencesWindow::place()
 {
-    if (!placed) {
-        placed = true;
-        const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-        const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
-        const auto wished = form->sizeHint();
-        resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
-        move(visible.center() - rect().center());
-    }
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
+    if (std::exchange(placed, true))
+        return;
+    const auto* screen = QGuiApplication::screenAt(QCursor::pos());
+    const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const auto wished = form->sizeHint();
+    resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
+    move(visible.center() - rect().center());
 }
 
 void PreferencesWindow::keyPressEvent(QKeyEvent* event)

@@ -16,9 +16,8 @@ class PreferencesWindow : public QWidget {
 public:
     PreferencesWindow(Settings& settings, PreferencesHost host);
 
-    /// Shows the window in front of the others with the keyboard's focus; the first time in the middle of the
-    /// screen under the pointer.
-    void present();
+    /// Puts the window, before it is shown for the first time, in the middle of the screen under the pointer.
+    void place();
 
     PreferencesView& view() { return *form; }
 
