@@ -32,6 +32,7 @@ constexpr int keyGap = 16;
 constexpr int textLeft = sidePadding + iconSize + iconGap;
 constexpr int noteWidth = 280;
 constexpr int shadowSpace = 40;
+constexpr int besideGap = 4;
 
 constexpr char lookProperty[] = "pintaluxMenuRow";
 constexpr char keyProperty[] = "pintaluxMenuKey";
@@ -294,6 +295,27 @@ void Menu::popUpAt(QPoint screenPoint)
     popup(screenPoint);
 }
 
+void Menu::popUpBeside(const QRect& screenRect)
+{
+    beside = screenRect;
+    popup(screenRect.bottomLeft());
+}
+
+/// Where the window goes so that its card lies beside the rectangle.
+QPoint Menu::placeBeside(const QRect& screenRect) const
+{
+    const auto* on = QGuiApplication::screenAt(screenRect.center());
+    const auto visible = (on ? on : screen())->availableGeometry();
+    const auto inside = card().toRect();
+    const int below = screenRect.y() + screenRect.height() + besideGap;
+    const int above = screenRect.y() - besideGap - inside.height();
+    const bool fitsBelow = below + inside.height() <= visible.y() + visible.height();
+    const int rightmost = visible.x() + visible.width() - inside.width();
+    const QPoint place(std::max(visible.x(), std::min(screenRect.x(), rightmost)),
+        fitsBelow || above < visible.y() ? below : above);
+    return place - inside.topLeft();
+}
+
 QRectF Menu::card() const
 {
     const int margin = translucent ? shadowSpace : 0;
@@ -341,15 +363,19 @@ void Menu::paintEvent(QPaintEvent* event)
 
 void Menu::showEvent(QShowEvent* event)
 {
-    if (translucent) {
+    if (translucent)
         disableCompositorShadow(*this);
+    if (beside) {
+        move(placeBeside(*beside));
+    } else if (translucent) {
         // The toolkit has placed the window; it is the card within that belongs there.
         const auto origin = anchor.value_or(titleInBar(*this).value_or(QCursor::pos()));
         const auto frame = geometry();
         const QPoint shift(frame.right() <= origin.x() ? shadowSpace : -shadowSpace,
             frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);
         move(frame.topLeft() + shift);
-    } else {
+    }
+    if (!translucent) {
         QBitmap mask(size());
         mask.clear();
         QPainter(&mask).fillPath(Draw::roundedRect(card(), Theme::menuRadius), Qt::color1);
@@ -361,6 +387,7 @@ void Menu::showEvent(QShowEvent* event)
 void Menu::hideEvent(QHideEvent* event)
 {
     anchor.reset();
+    beside.reset();
     QMenu::hideEvent(event);
 }
 

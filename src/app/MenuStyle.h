@@ -37,6 +37,10 @@ public:
     /// Opens with the card's corner at a point of the screen (global logical pixels), kept on that screen.
     void popUpAt(QPoint screenPoint);
 
+    /// Opens below what was clicked, a rectangle of the screen (global logical pixels), or above it where
+    /// there is no room.
+    void popUpBeside(const QRect& screenRect);
+
     /// The menu is never narrower than this; points.
     void setCardWidth(int width);
 
@@ -52,11 +56,13 @@ private:
     class Style;
 
     QRectF card() const;
+    QPoint placeBeside(const QRect& screenRect) const;
     void paintSheet(QPainter& painter) const;
 
     std::unique_ptr<Style> rowStyle;
     bool translucent;
     std::optional<QPoint> anchor; ///< where it was asked to open; else it opens at the pointer
+    std::optional<QRect> beside;  ///< what it was asked not to cover
 };
 
 } // namespace pintalux

@@ -20,7 +20,6 @@ constexpr double previewGap = 6;
 constexpr double arrowsSize = 16;
 constexpr double arrowsInset = 7;
 constexpr double titleGap = 6;
-constexpr int listGap = 4;
 
 Font titleFont() { return Draw::systemFont(13, FontWeight::regular); }
 
@@ -115,7 +114,7 @@ void PopUpButton::openList()
         list->deleteLater();
     });
     setDown(true);
-    list->popUpAt(mapToGlobal(QPoint(0, height() + listGap)));
+    list->popUpBeside({mapToGlobal(QPoint(0, 0)), size()});
     if (active)
         list->setActiveAction(active);
 }

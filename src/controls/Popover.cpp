@@ -183,7 +183,7 @@ void Popover::mousePressEvent(QMouseEvent* event)
 {
     if (sheet().contains(event->position().toPoint()))
         return;
-    // The toolkit hands a press outside on to what is there; on the button it would open the popover again.
+    // Where the display system hands a press outside on to what is there, the button would open it again.
     const auto pressed = event->globalPosition().toPoint();
     if (opener && opener->rect().contains(opener->mapFromGlobal(pressed)))
         setAttribute(Qt::WA_NoMouseReplay);

@@ -20,7 +20,6 @@ constexpr double symbolSize = 16;
 constexpr double symbolGap = 6;
 constexpr double chevronSize = 14;
 constexpr double chevronGap = 6;
-constexpr double menuGap = 4;
 
 } // namespace
 
@@ -70,7 +69,7 @@ void PushButton::setMenu(std::unique_ptr<Menu> menu)
 void PushButton::openMenu()
 {
     setDown(true);
-    popUp->popUpAt(mapToGlobal(QPoint(0, height() + int(menuGap))));
+    popUp->popUpBeside({mapToGlobal(QPoint(0, 0)), size()});
     if (isKeyboardInUse() && !popUp->actions().isEmpty())
         popUp->setActiveAction(popUp->actions().front());
 }

@@ -181,7 +181,7 @@ private:
 
     void appear()
     {
-        if (!subject || !subject->isVisible() || QGuiApplication::mouseButtons() != Qt::NoButton)
+        if (!subject || !subject->isVisible())
             return;
         QRect beside(subject->mapToGlobal(QPoint(0, 0)), subject->size());
         if (beside.height() > highestControl) {

@@ -7,6 +7,7 @@
 #include <QBoxLayout>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPainter>
 
 #include <array>
@@ -46,9 +47,18 @@ QString abbreviated(const QString& path)
     return path.startsWith(home + u'/') ? u'~' + path.mid(home.size()) : path;
 }
 
+/// The folder, or the nearest one above it that exists: the captures' own is made with the first of them.
+QString existing(const QString& folder)
+{
+    auto path = QDir::cleanPath(folder);
+    while (!QFileInfo(path).isDir() && !QDir(path).isRoot())
+        path = QFileInfo(path).path();
+    return path;
+}
+
 void chooseFolder(Settings& settings, QWidget* window)
 {
-    auto* panel = new QFileDialog(window, u"Carpeta"_qs, settings.saveFolder());
+    auto* panel = new QFileDialog(window, u"Carpeta"_qs, existing(settings.saveFolder()));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);

@@ -1,9 +1,7 @@
 #include "settings/PreferencesForm.h"
 
 #include "controls/ControlPainting.h"
-#include "model/Geometry.h"
 #include "platform/Symbol.h"
-#include "platform/TextBlock.h"
 #include "platform/TextLine.h"
 #include "render/Draw.h"
 
@@ -15,13 +13,12 @@ namespace pintalux::Form {
 
 namespace {
 
+constexpr int textMargin = 5; ///< least distance of a row's content to the hairlines
 constexpr double capHeight = 20;
 constexpr double capPadding = 8;
 constexpr double capRadius = 6;
 
 Font fontOf(const TextRole& role) { return Draw::systemFont(role.size, role.weight); }
-
-Font capFont() { return Draw::systemFont(12, FontWeight::medium); }
 
 } // namespace
 
@@ -98,10 +95,17 @@ KeyCap::KeyCap(QWidget* parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
+// The caps of a list stand under each other: digits are all equally wide.
+TextLine KeyCap::line() const
+{
+    TextLine line;
+    line.appendWithEvenDigits(text(), {Draw::systemFont(12, FontWeight::medium), Theme::of(palette()).text2});
+    return line;
+}
+
 QSize KeyCap::sizeHint() const
 {
-    const double width = ControlPainting::textWidth(text(), capFont()) + 2 * capPadding;
-    return {int(std::ceil(width)), int(capHeight)};
+    return {int(std::ceil(line().size().width() + 2 * capPadding)), int(capHeight)};
 }
 
 void KeyCap::paintEvent(QPaintEvent*)
@@ -109,7 +113,10 @@ void KeyCap::paintEvent(QPaintEvent*)
     const auto& theme = Theme::of(palette());
     QPainter painter(this);
     ControlPainting::box(rect(), capRadius, theme.well, theme.hair, 1, painter);
-    ControlPainting::text(text(), capFont(), theme.text2, rect(), Qt::AlignHCenter, painter);
+    const auto combination = line();
+    GraphicsContext context(painter);
+    combination.draw(context,
+        QPointF((width() - combination.size().width()) / 2, (height() - combination.size().height()) / 2));
 }
 
 SymbolView::SymbolView(const QString& shown, QColor Theme::*ink, QWidget* parent)
@@ -140,7 +147,7 @@ Row::Row(const QString& text, int height)
 {
     setMinimumHeight(height);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
-    line->setContentsMargins(groupPadding, 0, groupPadding, 0);
+    line->setContentsMargins(groupPadding, textMargin, groupPadding, textMargin);
     line->setSpacing(0);
     texts->setSpacing(0);
     texts->addStretch();

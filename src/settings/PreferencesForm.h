@@ -3,6 +3,7 @@
 #include "app/Theme.h"
 #include "controls/Switch.h"
 #include "platform/Font.h"
+#include "platform/TextLine.h"
 
 #include <QLabel>
 #include <QWidget>
@@ -79,6 +80,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    TextLine line() const;
 };
 
 /// A symbol of 18 points in one of the theme's colours.

@@ -12,6 +12,7 @@
 #include <QBoxLayout>
 #include <QMenu>
 #include <QPainter>
+#include <QScreen>
 #include <QWheelEvent>
 
 using namespace pintalux;
@@ -184,6 +185,27 @@ TEST(PopUpButton, ListsItsChoicesAndTellsOnlyWhatAPersonChose)
     EXPECT_EQ(list->currentIndex(), 0) << "the owner decides";
     list->setCurrentIndex(7);
     EXPECT_EQ(list->currentIndex(), -1);
+}
+
+TEST(PopUpButton, ItsListNeverCoversIt)
+{
+    auto* list = new PopUpButton(u"Lista"_qs);
+    Stand stand({list});
+    list->setChoices({{u"Uno"_qs}, {u"Dos"_qs}, {u"Tres"_qs}});
+    const auto visible = stand.screen()->availableGeometry();
+    for (const auto place : {visible.topLeft(), visible.center(), visible.bottomRight() - QPoint(120, 60)}) {
+        stand.move(place);
+        gesture::click(*list);
+        const auto& menu = *QApplication::activePopupWidget();
+        const auto& rows = *qobject_cast<const QMenu*>(&menu);
+        const QRect button(list->mapToGlobal(QPoint(0, 0)), list->size());
+        for (auto* action : rows.actions()) {
+            const auto row = rows.actionGeometry(action).translated(menu.pos());
+            EXPECT_FALSE(row.intersects(button));
+            EXPECT_TRUE(visible.contains(row)) << row.left() << " " << row.top();
+        }
+        gesture::key(Qt::Key_Escape);
+    }
 }
 
 TEST(ToolTips, AppearBesideWhatThePointerRestsOnAndGoWithTheNextKey)
