@@ -176,6 +176,8 @@ QRegion CanvasPicture::show(const CanvasScene& next)
     const bool anew = needsNewLayers(next);
     const auto damage = anew ? QRegion(next.view) : damageTo(next);
     scene = next;
+    if (next.moving)
+        split = next.moving;
     if (anew)
         makeLayers();
     bringLayerUpToDate();
@@ -263,11 +265,11 @@ void CanvasPicture::makeLayers()
 QList<Annotation> CanvasPicture::stillMarks() const
 {
     const auto marks = without(scene.document.annotations, scene.overlay.hiddenID);
-    if (!scene.moving)
+    if (!split)
         return marks;
-    const auto moving = std::find_if(
-        marks.begin(), marks.end(), [&](const auto& mark) { return mark.id == *scene.moving; });
-    return marks.first(moving - marks.begin());
+    const auto above
+        = std::find_if(marks.begin(), marks.end(), [&](const auto& mark) { return mark.id == *split; });
+    return marks.first(above - marks.begin());
 }
 
 void CanvasPicture::bringLayerUpToDate()

@@ -67,6 +67,8 @@ private:
     QImage background;  ///< surroundings, frame and picture
     QImage still;       ///< the same with `painted` on it
     QList<Annotation> painted;
+    /// The mark that moved last: people move one several times, and painting all marks takes a while.
+    std::optional<QUuid> split;
 };
 
 } // namespace pintalux
