@@ -176,6 +176,8 @@ QRegion CanvasPicture::show(const CanvasScene& next)
     const bool anew = needsNewLayers(next);
     const auto damage = anew ? QRegion(next.view) : damageTo(next);
     scene = next;
+    if (next.moving)
+        split = next.moving;
     if (anew)
         makeLayers();
     bringLayerUpToDate();
@@ -220,6 +222,14 @@ QRect CanvasPicture::toDevice(const QRectF& viewRect) const
     return aligned({viewRect.topLeft() * ratio, viewRect.size() * ratio});
 }
 
+QRect CanvasPicture::deviceFrame() const
+{
+    const auto& mapping = scene.mapping;
+    const auto exact = mapping.composition * mapping.scale * scene.devicePixelRatio;
+    return {(mapping.origin * scene.devicePixelRatio).toPoint(),
+        QSize(std::max(1, int(std::lround(exact.width()))), std::max(1, int(std::lround(exact.height()))))};
+}
+
 QRectF CanvasPicture::documentRect(const QRect& viewRect) const
 {
     const QRectF exact(
@@ -231,7 +241,7 @@ void CanvasPicture::makeLayers()
 {
     const auto& mapping = scene.mapping;
     const double ratio = scene.devicePixelRatio;
-    const auto area = toDevice(mapping.frame()) & toDevice(scene.view);
+    const auto area = deviceFrame() & toDevice(scene.view);
     layerOrigin = area.topLeft();
     painted.clear();
     still = {};
@@ -248,12 +258,9 @@ void CanvasPicture::makeLayers()
     painter.scale(ratio, ratio);
     drawSurroundings(QRectF(QPointF(area.topLeft()) / ratio, QSizeF(area.size()) / ratio), context);
 
-    // The picture ends between two device pixels at most zooms. Stretched to the nearest one, by less than
-    // half a pixel, it is scaled once instead of twice and stays sharp.
-    const auto exact = mapping.composition * mapping.scale * ratio;
-    const QSizeF whole(std::max(1.0, std::round(exact.width())), std::max(1.0, std::round(exact.height())));
     painter.resetTransform();
     painter.translate(mapping.origin * ratio - layerOrigin);
+    const QSizeF whole = deviceFrame().size();
     painter.scale(whole.width() / mapping.composition.width(), whole.height() / mapping.composition.height());
     Renderer::drawPicture(scene.document, scene.beautify, context);
     painter.end();
@@ -263,11 +270,11 @@ void CanvasPicture::makeLayers()
 QList<Annotation> CanvasPicture::stillMarks() const
 {
     const auto marks = without(scene.document.annotations, scene.overlay.hiddenID);
-    if (!scene.moving)
+    if (!split)
         return marks;
-    const auto moving = std::find_if(
-        marks.begin(), marks.end(), [&](const auto& mark) { return mark.id == *scene.moving; });
-    return marks.first(moving - marks.begin());
+    const auto above
+        = std::find_if(marks.begin(), marks.end(), [&](const auto& mark) { return mark.id == *split; });
+    return marks.first(above - marks.begin());
 }
 
 void CanvasPicture::bringLayerUpToDate()
@@ -313,7 +320,8 @@ void CanvasPicture::drawSurroundings(const QRectF& viewRect, GraphicsContext& co
 {
     const GraphicsContext::Saved saved(context);
     context.fill(Draw::roundedRect(viewRect, 0), scene.surroundings);
-    const auto frame = scene.mapping.frame();
+    const double ratio = scene.devicePixelRatio;
+    const QRectF frame(QPointF(deviceFrame().topLeft()) / ratio, QSizeF(deviceFrame().size()) / ratio);
     const auto path = Draw::roundedRect(frame, 0);
     const bool filled = scene.beautify.enabled && scene.beautify.gradient >= 0;
     if (filled)
@@ -321,7 +329,6 @@ void CanvasPicture::drawSurroundings(const QRectF& viewRect, GraphicsContext& co
     {
         const GraphicsContext::Saved shadowed(context);
         if (!scene.beautify.enabled) {
-            const double ratio = scene.devicePixelRatio;
             context.setShadow({withAlpha(Qt::black, Theme::pictureShadowAlpha),
                 {0, Theme::pictureShadowDrop * ratio}, Theme::pictureShadowBlur * ratio});
         }

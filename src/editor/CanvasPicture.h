@@ -58,6 +58,10 @@ private:
     void drawSurroundings(const QRectF& viewRect, GraphicsContext& context) const;
     void enterComposition(GraphicsContext& context) const;
     QRect toDevice(const QRectF& viewRect) const;
+    /// The composition in device pixels of the view. It ends between two of them at most zooms; stretched to
+    /// the nearest one, by less than half a pixel, the picture is scaled once instead of twice and stays
+    /// sharp.
+    QRect deviceFrame() const;
     QRectF documentRect(const QRect& viewRect) const;
     double devicePixel() const { return 1 / (scene.mapping.scale * scene.devicePixelRatio); }
 
@@ -67,6 +71,8 @@ private:
     QImage background;  ///< surroundings, frame and picture
     QImage still;       ///< the same with `painted` on it
     QList<Annotation> painted;
+    /// The mark that moved last: people move one several times, and painting all marks takes a while.
+    std::optional<QUuid> split;
 };
 
 } // namespace pintalux

@@ -245,10 +245,12 @@ void GraphicsContext::drawImage(const QImage& image, const QRectF& rect, const Q
         painter.drawImage(rect, image, source);
         return;
     }
-    const QSize size(
-        std::max(1, int(std::lround(device.width()))), std::max(1, int(std::lround(device.height()))));
+    // Outward to whole device pixels: an area mean put between two of them would be blurred once more.
+    constexpr double hair = 1e-3;
+    const auto whole = device.adjusted(hair, hair, -hair, -hair).toAlignedRect();
     const auto part = source == QRectF(image.rect()) ? image : image.copy(source.toAlignedRect());
-    painter.drawImage(rect, part.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    painter.drawImage(toDevice.inverted().mapRect(QRectF(whole)),
+        part.scaled(whole.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 } // namespace pintalux

@@ -88,7 +88,8 @@ public:
     /// Fills, then strokes over it; both together cast one shadow.
     void fillAndStroke(const QPainterPath& path, const QBrush& brush, const Stroke& stroke);
     void draw(const TextBlock& text, QPointF topLeft);
-    /// Draws `source` (pixels of the image) upright into `rect`; never casts a shadow.
+    /// Draws `source` (pixels of the image) upright into `rect`; never casts a shadow. A picture that is
+    /// reduced covers all device pixels that `rect` touches, by less than one on each side.
     void drawImage(const QImage& image, const QRectF& rect, const QRectF& source);
     void drawImage(const QImage& image, const QRectF& rect) { drawImage(image, rect, QRectF(image.rect())); }
 

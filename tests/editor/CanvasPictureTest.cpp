@@ -160,7 +160,7 @@ TEST(CanvasPicture, RepaintingTheDamageGivesTheWholePicture)
         CanvasPicture picture(cache);
         Screen screen(view);
         screen.paint(picture, picture.show(scene));
-        for (int step = 0; step < 40; ++step) {
+        for (int step = 0; step < 25; ++step) {
             change(scene, random);
             screen.paint(picture, picture.show(scene));
 
