@@ -4,12 +4,16 @@
 #include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusItem.h"
+#include "app/Thumbnail.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"
 #include "platform/KeyLabel.h"
+#include "platform/LoginItem.h"
 #include "platform/Trace.h"
+#include "settings/PreferencesWindow.h"
 #include "settings/Settings.h"
+#include "settings/SettingsFileActions.h"
 
 #include <QApplication>
 #include <QDir>
@@ -23,6 +27,9 @@ AppDelegate* running = nullptr;
 
 /// How long a menu of ours may take to leave the screen before the screens are frozen.
 constexpr int menuCloseMilliseconds = 180;
+
+/// How long the memory of a capture is kept warm for the next one.
+constexpr int quietMilliseconds = 30'000;
 
 } // namespace
 
@@ -41,10 +48,19 @@ AppDelegate::AppDelegate(
         if (setting == Setting::shortcutPreset)
             registerShortcuts();
     });
+    hotKeys.onLost = [this](quint32 id) {
+        for (const auto action : allCases<CaptureAction>())
+            if (hotKeyID(action) == id)
+                failed.insert(action);
+    };
+    quiet.setSingleShot(true);
+    quiet.setInterval(quietMilliseconds);
+    connect(&quiet, &QTimer::timeout, this, &ScreenCapture::returnMemory);
 }
 
 AppDelegate::~AppDelegate()
 {
+    hotKeys.onLost = nullptr;
     hotKeys.unregisterAll();
     running = nullptr;
 }
@@ -110,8 +126,7 @@ void AppDelegate::runAction(const QString& actionId)
         {StatusMenuAction::openImage, [this] { openImage(); }},
         {StatusMenuAction::revealFolder, [this] { revealFolder(); }},
         {StatusMenuAction::openPermission, [] { ScreenCapture::requestPermissionInteractive(); }},
-        {StatusMenuAction::showPreferences,
-            [] { HUD::show(u"La ventana de ajustes "_qs + notYet, u"sparkles"_qs); }},
+        {StatusMenuAction::showPreferences, [this] { showPreferences(); }},
         {StatusMenuAction::showAbout, [this] { showAbout(); }},
         {StatusMenuAction::openWebsite, [this] { workspace->openUrl(QUrl(Author::url.toString())); }},
         {StatusMenuAction::terminate, [] { QApplication::quit(); }},

@@ -10,6 +10,7 @@
 #include <QSet>
 #include <QStringList>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -22,8 +23,12 @@ namespace pintalux {
 class About;
 class EditorWindowController;
 class HotKeyCenter;
+class LoginItem;
+class PreferencesWindow;
 class Settings;
+class SettingsFileActions;
 class StatusItem;
+class Thumbnail;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
@@ -85,6 +90,7 @@ private:
     void captureWindow(const WindowInfo& window, const QString& title);
     void captureFullScreen();
     void reactivatePrevious();
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
 
     void editorClosed(EditorWindowController& closing);
     void updateActivationPolicy();
@@ -93,9 +99,8 @@ private:
     void openImage();
     void revealFolder();
     void showAbout();
-
-    /// The end of what is said in place of a window that does not exist yet.
-    static inline const QString notYet = QStringLiteral("aún no está disponible en esta versión");
+    void showPreferences();
+    void makePreferences();
 
     Settings& settings;
     HotKeyCenter& hotKeys;
@@ -103,7 +108,8 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
+    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;
@@ -111,6 +117,10 @@ private:
     QPointer<QFileDialog> openPanel;
     QThreadPool fileReading; ///< one at a time
     QPointer<About> about;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for
+    std::unique_ptr<SettingsFileActions> settingsFile;
+    QTimer quiet; ///< ends when nothing was captured for a while
 };
 
 } // namespace pintalux

@@ -107,4 +107,11 @@ const Theme& Theme::of(const QPalette& palette)
 
 const Theme& Theme::current() { return of(QGuiApplication::palette()); }
 
+QEasingCurve Theme::slideCurve()
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0.2, 0.9}, {0.25, 1}, {1, 1});
+    return curve;
+}
+
 } // namespace pintalux

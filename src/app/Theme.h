@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QEasingCurve>
 #include <QLinearGradient>
 
 class QPalette;
@@ -58,12 +59,18 @@ struct Theme {
     /// Laid over the gradient where text stands on it; `pressed` makes it darker.
     static QLinearGradient gradientVeil(const QRectF& rect, bool pressed);
 
+    /// The curve of what slides to its place: an instrument that rises, the thumbnail that comes in.
+    static QEasingCurve slideCurve();
+
     /// Radii, lengths and durations that several surfaces share; points and milliseconds.
     static constexpr double controlRadius = 8;
     static constexpr double groupRadius = 12;
     static constexpr double popoverRadius = 14;
     static constexpr double screenMargin = 8; ///< least distance of popovers to the screen's edge
     static constexpr double menuRadius = 12;
+    static constexpr double thumbnailRadius = 22;
+    static constexpr double thumbnailImageRadius = 14;
+    static constexpr double pinRadius = 10;
     static constexpr double menuRowRadius = 7;
     static constexpr double shadowMargin = 48;         ///< transparent margin of floating widgets
     static constexpr double pictureShadowAlpha = 0.28; ///< black, under the picture on the canvas
@@ -75,6 +82,8 @@ struct Theme {
     static constexpr int knobMilliseconds = 160;
     static constexpr int paletteFadeMilliseconds = 160;
     static constexpr int toolTipDelayMilliseconds = 500;
+    static constexpr int thumbnailInMilliseconds = 320;
+    static constexpr int thumbnailOutMilliseconds = 250;
     static constexpr int popoverOpenMilliseconds = 140;
     static constexpr int popoverCloseMilliseconds = 90;
     static constexpr double dragRadius = 10; ///< of a picture that hangs from the pointer

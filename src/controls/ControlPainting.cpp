@@ -154,4 +154,20 @@ double textWidth(const QString& text, const Font& font)
     return TextBlock(text, {font, Qt::black}).size().width();
 }
 
+QStringList wrapped(const QString& text, const Font& font, double width)
+{
+    QStringList lines;
+    QString line;
+    for (const auto& word : text.split(u' ')) {
+        const auto longer = line.isEmpty() ? word : line + u' ' + word;
+        if (line.isEmpty() || textWidth(longer, font) <= width) {
+            line = longer;
+        } else {
+            lines << line;
+            line = word;
+        }
+    }
+    return lines << line;
+}
+
 } // namespace pintalux::ControlPainting

@@ -5,6 +5,7 @@
 
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 class QPainter;
 
@@ -55,6 +56,8 @@ void colorChooser(QPointF center, const QColor& current, const Theme& theme, QPa
 void text(const QString& text, const Font& font, const QColor& color, const QRectF& rect,
     Qt::Alignment alignment, QPainter& painter);
 double textWidth(const QString& text, const Font& font);
+/// The lines of a text that breaks between words so as to be no wider; a word that is wider stays whole.
+QStringList wrapped(const QString& text, const Font& font, double width);
 
 } // namespace ControlPainting
 

@@ -20,7 +20,7 @@ namespace {
 constexpr QSize whole{541, 52};
 constexpr QRect firstStyle(8, 8, 44, 36);
 constexpr int stylePitch = 46;
-constexpr std::array<int, 2> rules{244, 460};
+constexpr std::array<int, 2> rules{244, 452};
 constexpr int ruleLength = 26;
 constexpr QRect widthLabel(257, 0, 42, 52);
 constexpr QPoint wedgeCorner(306, 14);
@@ -81,7 +81,7 @@ void ArrowOptionsPanel::makeColor()
 {
     color = new DropColorButton(u"Color de la flecha"_qs, this);
     color->setGeometry(colorPlace);
-    connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color); });
+    connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color, this); });
 }
 
 void ArrowOptionsPanel::refresh(EditorModel::Field field)

@@ -62,7 +62,7 @@ ColorChooser::ColorChooser(EditorModel& edited, std::function<void()> close, QWi
     refresh();
 }
 
-void ColorChooser::open(EditorModel& model, ChromeButton& button)
+void ColorChooser::open(EditorModel& model, ChromeButton& button, const QWidget* clearOf)
 {
     // The popover is made around its contents, which close it.
     auto popover = std::make_shared<QPointer<Popover>>();
@@ -73,6 +73,7 @@ void ColorChooser::open(EditorModel& model, ChromeButton& button)
     *popover = new Popover(contents);
     button.setOpen(true);
     connect(popover->data(), &Popover::closed, &button, [&button] { button.setOpen(false); });
+    (*popover)->setClearOf(clearOf);
     (*popover)->popUp(&button);
 }
 
@@ -97,6 +98,12 @@ void ColorChooser::addTextRow()
 {
     hex = new TextField(this);
     hex->setGeometry(fieldPlace);
+    const auto type = Draw::monospacedFont(12, FontWeight::medium);
+    QFont font;
+    font.setFamilies(type.families);
+    font.setPixelSize(int(type.size));
+    font.setWeight(QFont::Weight(type.weight));
+    hex->setFont(font);
     hex->setPlaceholderText(u"#RRGGBB"_qs);
     hex->setAccessibleName(u"Color en hexadecimal"_qs);
     connect(hex, &QLineEdit::returnPressed, this, &ColorChooser::submit);
@@ -116,7 +123,7 @@ void ColorChooser::addTextRow()
 void ColorChooser::choose(const QColor& color)
 {
     StyleActions::chooseColor(model, color);
-    hex->setText(hexString(color));
+    refresh();
 }
 
 void ColorChooser::submit()
@@ -132,6 +139,7 @@ void ColorChooser::refresh()
     for (auto* swatch : swatches)
         swatch->setMarked(swatch->color() == model.color());
     hex->setText(hexString(model.color()));
+    hex->setWrong(false);
     update();
 }
 

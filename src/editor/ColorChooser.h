@@ -8,6 +8,7 @@
 
 namespace pintalux {
 
+class ChromeButton;
 class SwatchButton;
 class TextField;
 
@@ -20,8 +21,9 @@ public:
     /// `dismiss` closes what shows it.
     ColorChooser(EditorModel& model, std::function<void()> dismiss, QWidget* parent = nullptr);
 
-    /// Shows it in a popover at `button`, which looks open meanwhile.
-    static void open(EditorModel& model, class ChromeButton& button);
+    /// Shows it in a popover at `button`, which looks open meanwhile, and beyond the edge of `clearOf` if
+    /// there is one.
+    static void open(EditorModel& model, ChromeButton& button, const QWidget* clearOf);
 
     QSize sizeHint() const override;
 

@@ -154,7 +154,7 @@ void EditorChrome::openPositionMenu()
         edges->setDown(false);
         menu->deleteLater();
     });
-    menu->popUpAt(edges->mapToGlobal(QPoint(-tools->width(), edges->height() + menuGap)));
+    menu->popUpAt(mapToGlobal(QPoint(tools->x(), height() + menuGap)));
 }
 
 void EditorChrome::toggleBeautify()
@@ -162,6 +162,7 @@ void EditorChrome::toggleBeautify()
     auto* popover = new Popover(new BeautifyPanel(model));
     beautify->setOpen(true);
     connect(popover, &Popover::closed, this, [this] { beautify->setOpen(false); });
+    popover->setClearOf(this);
     popover->popUp(beautify);
 }
 

@@ -26,13 +26,34 @@ QList<QPointF> curvePointsOf(const QPainterPath& curve)
     return points;
 }
 
-/// The shape of `image` in one colour.
-QImage tinted(QImage image, const QColor& color)
+/// Where `stroke` paints, as if it were opaque.
+QImage solidShape(const QImage& stroke)
 {
-    QPainter painter(&image);
+    auto mask = stroke.convertToFormat(QImage::Format_Alpha8);
+    int most = 1;
+    for (int y = 0; y < mask.height(); ++y)
+        most = std::max<int>(
+            most, *std::max_element(mask.constScanLine(y), mask.constScanLine(y) + mask.width()));
+    for (int y = 0; y < mask.height(); ++y)
+        std::transform(mask.constScanLine(y), mask.constScanLine(y) + mask.width(), mask.scanLine(y),
+            [most](uchar alpha) { return uchar(alpha * 255 / most); });
+    return mask;
+}
+
+/// A line of one point around `stroke`, nothing within.
+QImage contour(const QImage& stroke, const QColor& color)
+{
+    const auto shape = solidShape(stroke);
+    auto line = stroke;
+    line.fill(Qt::transparent);
+    QPainter painter(&line);
+    for (const QPointF shift : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)})
+        painter.drawImage(shift, shape);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(QPointF(), shape);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(QRectF({}, image.deviceIndependentSize()), color);
-    return image;
+    painter.fillRect(QRectF({}, line.deviceIndependentSize()), color);
+    return line;
 }
 
 } // namespace
@@ -92,11 +113,8 @@ void StrokeSample::paintEvent(QPaintEvent*)
         rect(), Theme::toolRadius, theme.well, theme.hair, ControlPainting::hairline(painter), painter);
     painter.setClipPath(Draw::roundedRect(rect(), Theme::toolRadius));
     const auto stroke = renderStroke(devicePixelRatioF());
-    if (std::abs(luminance(model.color()) - luminance(theme.well)) < closeLuminance) {
-        const auto contour = tinted(stroke, withAlpha(theme.text2, 0.55));
-        for (const QPointF shift : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)})
-            painter.drawImage(shift, contour);
-    }
+    if (std::abs(luminance(model.color()) - luminance(theme.well)) < closeLuminance)
+        painter.drawImage(QPointF(), contour(stroke, withAlpha(theme.text2, 0.55)));
     painter.drawImage(QPointF(), stroke);
 }
 

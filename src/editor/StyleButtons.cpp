@@ -17,8 +17,8 @@ constexpr double ringWidth = 2;
 constexpr double barLength = 16;
 constexpr double dropDisc = 20;
 constexpr double dropChevron = 14;
-constexpr double dropInset
-    = 1; ///< from the button's edge to the disc, and from the chevron to the other edge
+constexpr double dropInset = 4; ///< from the edge to the disc
+constexpr double dropChevronInset = 1;
 
 QRectF squareIn(const QRectF& rect, double side)
 {
@@ -96,7 +96,8 @@ void DropColorButton::paintEvent(QPaintEvent*)
     const double middle = whole.center().y();
     ControlPainting::swatch({dropInset + dropDisc / 2, middle}, dropDisc, current, 0, theme(), painter);
     Symbol::draw(u"chevron",
-        QRectF(whole.right() - dropInset - dropChevron, middle - dropChevron / 2, dropChevron, dropChevron),
+        QRectF(whole.right() - dropChevronInset - dropChevron, middle - dropChevron / 2, dropChevron,
+            dropChevron),
         theme().icon, painter);
 }
 

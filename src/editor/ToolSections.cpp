@@ -173,7 +173,10 @@ void ToolSections::placeCropButtons(Arrangement arrangement, QPoint corner)
     cancelCrop->setGeometry(cancel);
 }
 
-void ToolSections::openColorChooser() { ColorChooser::open(model, *chooser); }
+void ToolSections::openColorChooser()
+{
+    ColorChooser::open(model, *chooser, isVertical(model.paletteEdge()) ? nullptr : parentWidget());
+}
 
 void ToolSections::refresh(EditorModel::Field field)
 {
