@@ -6,6 +6,7 @@
 #include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
+#include "controls/ToolTips.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
@@ -70,6 +71,8 @@ int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    translateToolkit(application);
+    ToolTips::install(application);
     SelfTest::Run selfTest(commandLine.directory, commandLine.keepOpen);
     if (!selfTest.start())
         return EXIT_FAILURE;
@@ -128,6 +131,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
             return *status;
 
     translateToolkit(application);
+    ToolTips::install(application);
     AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {
