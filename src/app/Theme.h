@@ -65,7 +65,7 @@ struct Theme {
     static constexpr double screenMargin = 8; ///< least distance of popovers to the screen's edge
     static constexpr double menuRadius = 12;
     static constexpr double menuRowRadius = 7;
-    static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
+    static constexpr double shadowMargin = 48;         ///< transparent margin of floating widgets
     static constexpr double pictureShadowAlpha = 0.28; ///< black, under the picture on the canvas
     static constexpr double pictureShadowDrop = 8;
     static constexpr double pictureShadowBlur = 30;
