@@ -62,6 +62,8 @@ QPointF CanvasView::visibleImageCenter() const
     return documentPoint({width() / 2.0, (height() + freeMargins.top() - freeMargins.bottom()) / 2.0});
 }
 
+int CanvasView::zoom() const { return int(std::round(viewScale() * model.doc().pixelScale * 100)); }
+
 void CanvasView::setInsets(const QMargins& viewPoints)
 {
     freeMargins = viewPoints;
@@ -113,7 +115,7 @@ void CanvasView::modelChanged()
         refreshIsDue = false;
         showCursor();
         if (std::exchange(lastTool, model.tool()) != model.tool())
-            commitText();
+            finishText();
         refresh();
     };
     QMetaObject::invokeMethod(this, catchUp, Qt::QueuedConnection);
@@ -151,10 +153,9 @@ void CanvasView::paintEvent(QPaintEvent* event)
     for (const QRect& part : event->region())
         picture.paint(painter, part);
 
-    const int zoom = int(std::round(viewScale() * model.doc().pixelScale * 100));
-    if (zoom != hoverInfo.zoom())
+    if (zoom() != hoverInfo.zoom())
         QMetaObject::invokeMethod(
-            this, [this, zoom] { hoverInfo.setZoom(zoom); }, Qt::QueuedConnection);
+            this, [this] { hoverInfo.setZoom(zoom()); }, Qt::QueuedConnection);
 }
 
 void CanvasView::resizeEvent(QResizeEvent*) { refresh(); }

@@ -76,6 +76,7 @@ private:
     // What is shown (CanvasView.cpp)
     CanvasMapping mapping() const;
     CanvasScene scene() const;
+    int zoom() const;
     Renderer::Overlay overlay() const;
     void modelChanged();
     void refresh();

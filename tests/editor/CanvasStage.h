@@ -86,7 +86,6 @@ struct CanvasStage : testing::Test {
     {
         auto* target = view->focusWidget() ? view->focusWidget() : view.get();
         QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, 0, 0, text);
-        event.ignore();
         QApplication::sendEvent(target, &event);
         return event.isAccepted();
     }

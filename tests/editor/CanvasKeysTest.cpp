@@ -1,0 +1,170 @@
+#include "CanvasStage.h"
+#include "app/HUD.h"
+#include "editor/CanvasPasteboard.h"
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <QUrl>
+
+using namespace pintalux;
+
+namespace {
+
+struct CanvasKeysTest : CanvasStage {
+    Annotation placeBox()
+    {
+        return place({.kind = Kind::rectangle, .start = {100, 100}, .end = {200, 180}, .color = Qt::red});
+    }
+};
+
+} // namespace
+
+TEST_F(CanvasKeysTest, LettersChooseToolsOnAnyLayout)
+{
+    for (const auto& row : toolTable) {
+        model->setTool(row.value == Tool::select ? Tool::pen : Tool::select);
+        EXPECT_TRUE(key(QChar(row.shortcut).toUpper().unicode(), {}, QChar(row.shortcut)));
+        EXPECT_EQ(model->tool(), row.value);
+    }
+    constexpr quint32 placeOfP = 33;
+    EXPECT_TRUE(key(0x417, {}, u"з"_qs, placeOfP)); // the same key of a Cyrillic keyboard
+    EXPECT_EQ(model->tool(), Tool::pen);
+    EXPECT_FALSE(key(Qt::Key_A, Qt::ControlModifier)) << "commands are the window's";
+    EXPECT_FALSE(key(Qt::Key_Ntilde, {}, u"ñ"_qs));
+    EXPECT_EQ(model->tool(), Tool::pen);
+}
+
+TEST_F(CanvasKeysTest, ArrowsMoveTheSelectionOneStepEach)
+{
+    open(2);
+    placeBox();
+    model->setTool(Tool::select);
+    key(Qt::Key_Right);
+    key(Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(marks().first().start, QPointF(102, 80));
+    EXPECT_EQ(newSteps(), 2);
+    model->setTool(Tool::arrow);
+    EXPECT_FALSE(key(Qt::Key_Left));
+    EXPECT_EQ(newSteps(), 2);
+}
+
+TEST_F(CanvasKeysTest, EscapeGoesOneStepBackAtATime)
+{
+    placeBox();
+    model->setTool(Tool::crop);
+    model->setCropRect(QRectF(10, 10, 50, 50));
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(model->cropRect());
+    model->setTool(Tool::select);
+    model->setSelectedID(marks().first().id);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(model->selectedID());
+    EXPECT_TRUE(view->isVisible());
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(view->isVisible()) << "then it closes the window";
+}
+
+TEST_F(CanvasKeysTest, ReturnCropsDeleteRemovesTabHides)
+{
+    placeBox();
+    key(Qt::Key_Backspace);
+    EXPECT_TRUE(marks().isEmpty());
+    model->setTool(Tool::crop);
+    model->setCropRect(QRectF(10, 10, 100, 50));
+    key(Qt::Key_Enter);
+    EXPECT_EQ(model->doc().imageSize(), QSizeF(100, 50));
+    const bool hidden = model->toolbarHidden();
+    key(Qt::Key_Tab);
+    EXPECT_EQ(model->toolbarHidden(), !hidden);
+}
+
+TEST_F(CanvasKeysTest, DigitsAndFRestyleTheSelectionInOneStep)
+{
+    placeBox();
+    model->setTool(Tool::select);
+    key(Qt::Key_3);
+    EXPECT_EQ(model->color(), Palette::annotation()[2].color);
+    EXPECT_EQ(marks().first().color, model->color());
+    EXPECT_EQ(newSteps(), 1);
+    key(Qt::Key_3);
+    EXPECT_EQ(newSteps(), 1) << "the colour it has";
+    EXPECT_FALSE(key(Qt::Key_9));
+    key(Qt::Key_F);
+    EXPECT_TRUE(model->filled() && marks().first().filled);
+    EXPECT_EQ(newSteps(), 2);
+    model->setTool(Tool::line);
+    EXPECT_FALSE(key(Qt::Key_F));
+    EXPECT_TRUE(model->filled());
+}
+
+TEST_F(CanvasKeysTest, ShiftCCopiesTheHoveredColour)
+{
+    send(QEvent::MouseMove, view->viewPoint({200.5, 100.5}), {}, {});
+    model->setTool(Tool::pen);
+    key(Qt::Key_C, Qt::ShiftModifier, u"C"_qs);
+    EXPECT_EQ(QApplication::clipboard()->text(), u"#C864AC"_qs);
+    EXPECT_EQ(HUD::currentMessage(), u"Color #C864AC copiado"_qs);
+    EXPECT_EQ(model->tool(), Tool::pen);
+    HUD::dismiss();
+}
+
+TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
+{
+    const QTemporaryDir folder;
+    const auto good = folder.filePath(u"foto.png"_qs);
+    const auto bad = folder.filePath(u"roto.png"_qs);
+    picture(40, 30).save(good);
+    QFile(bad).open(QIODevice::WriteOnly);
+
+    auto* copied = new QMimeData;
+    copied->setUrls(
+        {QUrl(u"https://ejemplo.es/a.png"_qs), QUrl::fromLocalFile(bad), QUrl::fromLocalFile(good)});
+    QApplication::clipboard()->setMimeData(copied);
+    view->paste();
+    ASSERT_EQ(marks().size(), 1);
+    EXPECT_EQ(marks().first().image.size(), QSize(40, 30));
+    expectNear(marks().first().rect().center(), view->visibleImageCenter());
+    EXPECT_EQ(model->tool(), Tool::select);
+
+    QApplication::clipboard()->setText(u"solo texto"_qs);
+    view->paste();
+    EXPECT_EQ(marks().size(), 1);
+
+    QMimeData dragged;
+    dragged.setImageData(picture(20, 20));
+    const auto at = view->viewPoint({300, 200});
+    QDragEnterEvent enter(at.toPoint(), Qt::CopyAction | Qt::MoveAction, &dragged, Qt::LeftButton, {});
+    enter.ignore();
+    QApplication::sendEvent(view.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
+    QDropEvent drop(at, Qt::CopyAction, &dragged, Qt::LeftButton, {});
+    QApplication::sendEvent(view.get(), &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    ASSERT_EQ(marks().size(), 2);
+    expectNear(marks().last().rect().center(), {300, 200}, 0.001);
+
+    QMimeData text;
+    text.setText(u"nada"_qs);
+    QDragEnterEvent refused(at.toPoint(), Qt::CopyAction, &text, Qt::LeftButton, {});
+    refused.ignore();
+    QApplication::sendEvent(view.get(), &refused);
+    EXPECT_FALSE(refused.isAccepted());
+}
+
+TEST_F(CanvasKeysTest, CursorFollowsTheToolAndAssistiveTechnologyKnowsTheCanvas)
+{
+    for (const auto& [tool, shape] : {std::pair(Tool::text, Qt::IBeamCursor),
+             std::pair(Tool::select, Qt::ArrowCursor), std::pair(Tool::eraser, Qt::CrossCursor)}) {
+        model->setTool(tool);
+        QApplication::processEvents();
+        EXPECT_EQ(view->cursor().shape(), shape);
+    }
+    auto* accessible = QAccessible::queryAccessibleInterface(view.get());
+    ASSERT_TRUE(accessible);
+    EXPECT_EQ(accessible->role(), QAccessible::Canvas);
+    EXPECT_EQ(accessible->text(QAccessible::Name), u"Lienzo de la captura"_qs);
+}

@@ -1,0 +1,218 @@
+#include "CanvasStage.h"
+#include "editor/CanvasTextField.h"
+#include "render/Exporter.h"
+
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QMimeData>
+
+using namespace pintalux;
+
+namespace {
+
+struct CanvasTextTest : CanvasStage {
+    void SetUp() override
+    {
+        CanvasStage::SetUp();
+        model->setTool(Tool::text);
+        model->setCalloutText(false);
+    }
+
+    CanvasTextField* field() const
+    {
+        for (auto* child : view->findChildren<CanvasTextField*>())
+            if (child->isVisible())
+                return child;
+        return nullptr;
+    }
+
+    Annotation placeText(const QString& text, bool filled = false)
+    {
+        return place({.kind = Kind::text,
+            .start = {100, 100},
+            .color = Qt::red,
+            .filled = filled,
+            .text = text,
+            .fontSize = 24});
+    }
+
+    void compose(const QString& preedit, const QString& commit)
+    {
+        QInputMethodEvent event(preedit, {});
+        event.setCommitString(commit);
+        QApplication::sendEvent(field(), &event);
+    }
+};
+
+} // namespace
+
+TEST_F(CanvasTextTest, ReturnKeepsWhatWasTypedAsOneStep)
+{
+    click({100, 100});
+    ASSERT_TRUE(field());
+    EXPECT_TRUE(view->debugState().endsWith(u"editing=true"_qs));
+    type(u"va"_qs); // letters of tools
+    compose({}, u"ñ"_qs);
+    key(Qt::Key_Return, Qt::AltModifier);
+    type(u"2"_qs);
+    EXPECT_EQ(model->undoCount(), 0);
+    EXPECT_EQ(model->tool(), Tool::text);
+    key(Qt::Key_Return);
+    EXPECT_FALSE(field());
+    ASSERT_EQ(marks().size(), 1);
+    EXPECT_EQ(marks().first().text, u"vañ\n2"_qs);
+    EXPECT_EQ(marks().first().start, QPointF(100, 100));
+    EXPECT_EQ(model->undoCount(), 1);
+    EXPECT_FALSE(model->selectedID()) << "a plain text is not selected";
+    EXPECT_TRUE(view->hasFocus());
+}
+
+// Each way out of the field but Escape.
+TEST_F(CanvasTextTest, NoWayOutLosesATextHalfTyped)
+{
+    const std::vector<std::pair<const char*, std::function<void()>>> ways{
+        {"a press beside it",
+            [&] {
+                press({400, 300});
+            }},
+        {"another tool", [&] { model->setTool(Tool::pen), QApplication::processEvents(); }},
+        {"the window", [&] { view->commitText(); }},
+        {"Tab", [&] { key(Qt::Key_Tab); }},
+        {"the focus elsewhere",
+            [&] {
+                QFocusEvent out(QEvent::FocusOut, Qt::OtherFocusReason);
+                QApplication::sendEvent(field(), &out);
+            }},
+    };
+    for (const auto& [name, leave] : ways) {
+        open(1);
+        model->setTool(Tool::text);
+        QApplication::processEvents();
+        click({100, 100});
+        ASSERT_TRUE(field()) << name;
+        type(u"medio"_qs);
+        leave();
+        ASSERT_EQ(marks().size(), 1) << name;
+        EXPECT_EQ(marks().first().text, u"medio"_qs) << name;
+        EXPECT_EQ(model->undoCount(), 1) << name;
+    }
+}
+
+TEST_F(CanvasTextTest, OtherWindowsAndMenusLeaveTheFieldOpen)
+{
+    click({100, 100});
+    type(u"a"_qs);
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason}) {
+        QFocusEvent out(QEvent::FocusOut, reason);
+        QApplication::sendEvent(field(), &out);
+        EXPECT_TRUE(field());
+    }
+}
+
+TEST_F(CanvasTextTest, SpacesAndEscapeLeaveNothing)
+{
+    click({100, 100});
+    type(u"   "_qs);
+    key(Qt::Key_Return);
+    click({100, 100});
+    type(u"no"_qs);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(field());
+    EXPECT_TRUE(marks().isEmpty());
+    EXPECT_EQ(model->undoCount(), 0);
+}
+
+TEST_F(CanvasTextTest, EditingChangesRemovesOrLeavesTheMark)
+{
+    placeText(u"uno"_qs);
+    click({110, 115});
+    ASSERT_TRUE(field());
+    EXPECT_EQ(field()->text(), u"uno"_qs);
+    key(Qt::Key_Return);
+    EXPECT_EQ(newSteps(), 0) << "unchanged";
+
+    model->setTool(Tool::select);
+    doubleClick({110, 115});
+    ASSERT_TRUE(field());
+    type(u"s"_qs);
+    key(Qt::Key_Return);
+    EXPECT_EQ(marks().first().text, u"unos"_qs);
+    EXPECT_EQ(newSteps(), 1);
+
+    doubleClick({110, 115});
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_Backspace);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(marks().isEmpty());
+    EXPECT_EQ(newSteps(), 2);
+}
+
+TEST_F(CanvasTextTest, CalloutsGetAPointerAreSelectedAndMoveByTheirBody)
+{
+    model->setCalloutText(true);
+    click({100, 100});
+    type(u"aviso"_qs);
+    key(Qt::Key_Return);
+    ASSERT_EQ(marks().size(), 1);
+    EXPECT_EQ(model->selectedID(), marks().first().id);
+    EXPECT_EQ(marks().first().pointer, marks().first().suggestedPointer());
+
+    const auto inside = marks().first().textBubble().center();
+    gesture(inside, inside + QPointF(20, 0));
+    EXPECT_EQ(marks().first().start, QPointF(120, 100));
+    doubleClick(inside + QPointF(20, 0));
+    EXPECT_TRUE(field());
+}
+
+TEST_F(CanvasTextTest, PastedTextLeavesItsLooksBehind)
+{
+    auto* rich = new QMimeData;
+    rich->setHtml(u"<h1 style='color:blue'>Gran<b>de</b></h1>"_qs);
+    rich->setText(u"Grande"_qs);
+    QApplication::clipboard()->setMimeData(rich);
+    click({100, 100});
+    const auto height = field()->height();
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), u"Grande"_qs);
+    EXPECT_EQ(field()->height(), height);
+}
+
+// The glyphs of the open field against those of the finished mark: line breaks, line height, emoji, right to
+// left, and a zoom at which no length is whole.
+TEST_F(CanvasTextTest, TheFieldShowsTheTextWhereItWillStand)
+{
+    for (const auto& text : {u"Ágil y señalado"_qs, u"dos\nlíneas, la segunda más larga"_qs,
+             u"שלום עולם\nabc"_qs, u"hola 🙂 qué tal"_qs, u"una nota que se parte en varias"_qs}) {
+        open(1);
+        model->setTool(Tool::select);
+        const auto mark
+            = placeText(text, true); // a bubble has no shadow of glyphs, which the field leaves out
+        if (text.startsWith(u"una"_qs))
+            model->updateWithoutUndo(mark.id, [](Annotation& boxed) { boxed.boxWidth = 130; });
+        model->setSelectedID({});
+        const auto finished = view->grab().toImage();
+        QApplication::processEvents();
+        doubleClick(marks().first().textBubble().center());
+        ASSERT_TRUE(field());
+        QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason); // takes the caret off
+        QApplication::sendEvent(field(), &away);
+        const auto open = view->grab().toImage();
+        int worst = 0;
+        for (int y = 0; y < open.height(); ++y)
+            for (int x = 0; x < open.width(); ++x)
+                worst = std::max(worst, std::abs(qRed(open.pixel(x, y)) - qRed(finished.pixel(x, y))));
+        EXPECT_LE(worst, 2) << text.toStdString();
+    }
+}
+
+TEST_F(CanvasTextTest, TheFieldGrowsWithItsText)
+{
+    EXPECT_TRUE(
+        view->debugType({100, 100}, u"Una línea larga de texto\ny otra"_qs).endsWith(u"cabe=true"_qs));
+    const auto frame = field()->geometry();
+    const auto at = view->viewPoint({100, 100});
+    EXPECT_EQ(frame.x(), std::floor(at.x() - 3));
+    EXPECT_EQ(frame.y(), std::floor(at.y() - 2));
+    view->resize(700, 700);
+    EXPECT_GT(field()->width(), frame.width() * 1.5) << "it follows the zoom";
+}
