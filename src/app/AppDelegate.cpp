@@ -36,6 +36,7 @@ AppDelegate::AppDelegate(
     , delivery(appSettings, routes())
 {
     running = this;
+    fileReading.setMaxThreadCount(1);
     connect(&settings, &Settings::changed, this, [this](Setting setting) {
         if (setting == Setting::shortcutPreset)
             registerShortcuts();

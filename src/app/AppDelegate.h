@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QStringList>
+#include <QThreadPool>
 
 #include <memory>
 #include <optional>
@@ -60,7 +61,8 @@ public:
     /// The same as a command from another process, which has no menu to wait for.
     void runCommand(const QString& actionId);
 
-    /// Opens the picture file in an editor; says so on screen when it cannot be read.
+    /// Reads the picture file and opens it in an editor, in the order of the calls; says so on screen when it
+    /// cannot be read. Returns at once.
     void openImageFile(const QString& path);
 
     /// Opens the picture in an editor of its own, in front of all windows and with the focus.
@@ -107,6 +109,7 @@ private:
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;
     ActivationPolicy policy = ActivationPolicy::accessory;
     QPointer<QFileDialog> openPanel;
+    QThreadPool fileReading; ///< one at a time
     QPointer<About> about;
 };
 

@@ -9,6 +9,7 @@
 #include "editor/EditorWindowOpenPanel.h"
 #include "platform/ImageFile.h"
 #include "platform/Trace.h"
+#include "platform/Worker.h"
 #include "settings/Settings.h"
 
 #include <QCursor>
@@ -59,7 +60,11 @@ void AppDelegate::bringToFront(QWidget& window)
     };
     if (window.isVisible())
         return activate();
-    new FirstShown(window, activate); // the window's
+    const auto painted = [activate] {
+        Trace::mark(u"ventana pintada");
+        activate();
+    };
+    new FirstShown(window, painted); // the window's
     window.show();
 }
 
@@ -112,12 +117,17 @@ void AppDelegate::openImage()
 
 void AppDelegate::openImageFile(const QString& path)
 {
-    try {
-        const auto file = readImageFile(path);
-        openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()});
-    } catch (const Error&) {
-        HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
-    }
+    Trace::begin(u"abrir");
+    const auto reading = runOn(fileReading, [path] { return readImageFile(path); });
+    whenFinished(reading, this, [this, path](QFuture<ImageFile> read) {
+        try {
+            const auto file = read.takeResult();
+            Trace::mark(u"imagen leída");
+            openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()});
+        } catch (const Error&) {
+            HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
+        }
+    });
 }
 
 void AppDelegate::showAbout()

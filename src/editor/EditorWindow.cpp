@@ -85,6 +85,7 @@ void EditorWindow::modelChanged(EditorModel::Field field)
         shownEdge = model.paletteEdge();
         shownHidden = model.toolbarHidden();
         // Once all who watch the model know: the palette turns before it is measured.
+        dockingIsDue = true;
         QMetaObject::invokeMethod(
             this, [this] { applyPaletteLayout(true); }, Qt::QueuedConnection);
         break;
@@ -106,6 +107,7 @@ void EditorWindow::showPanels()
 void EditorWindow::applyPaletteLayout(bool animated)
 {
     docking.stop();
+    dockingIsDue = false;
     showPanels();
     if (animated && isVisible() && !prefersReducedMotion()) {
         dockingStart = {toolPalette->pos(), arrowOptions->pos(), canvasView->insets()};
@@ -164,7 +166,8 @@ void EditorWindow::resizeEvent(QResizeEvent*) { layOut(); }
 bool EditorWindow::event(QEvent* event)
 {
     // A child wants another size: the palette in a narrow window, the menu bar in another font.
-    if (event->type() == QEvent::LayoutRequest && docking.state() != QVariantAnimation::Running)
+    const bool moving = dockingIsDue || docking.state() == QVariantAnimation::Running;
+    if (event->type() == QEvent::LayoutRequest && !moving)
         layOut();
     return QWidget::event(event);
 }

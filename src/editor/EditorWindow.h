@@ -72,6 +72,7 @@ private:
 
     PaletteEdge shownEdge;
     bool shownHidden;
+    bool dockingIsDue = false; ///< the model has changed, the panels have not moved yet
     QVariantAnimation docking;
     struct {
         QPointF palette;

@@ -9,6 +9,7 @@
 #include "editor/EditorWindowOpenPanel.h"
 #include "platform/Error.h"
 #include "platform/ImageFile.h"
+#include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 
@@ -22,6 +23,20 @@ namespace {
 
 /// Between pictures inserted together, points.
 constexpr double insertStep = 24;
+
+/// The pictures of those files that hold one, in order.
+QList<ImageFile> readPictures(const QStringList& paths)
+{
+    QList<ImageFile> pictures;
+    for (const auto& path : paths) {
+        try {
+            pictures.append(readImageFile(path));
+        } catch (const Error&) {
+            continue; // no picture
+        }
+    }
+    return pictures;
+}
 
 } // namespace
 
@@ -89,17 +104,15 @@ void EditorWindowController::insertImage()
 
 void EditorWindowController::insertFiles(const QStringList& paths)
 {
-    auto center = canvas().visibleImageCenter();
-    for (const auto& path : paths) {
-        try {
-            const auto file = readImageFile(path);
+    const auto reading = runOn(*QThreadPool::globalInstance(), [paths] { return readPictures(paths); });
+    whenFinished(reading, this, [this](QFuture<QList<ImageFile>> read) {
+        auto center = canvas().visibleImageCenter();
+        for (const auto& file : read.takeResult()) {
             editorModel.insertImage(file.image, center, file.pixelScale());
             center += QPointF(insertStep, insertStep) * editorModel.doc().pixelScale;
-        } catch (const Error&) {
-            continue; // no picture
         }
-    }
-    canvas().setFocus();
+        canvas().setFocus();
+    });
 }
 
 void EditorWindowController::pin()
@@ -131,7 +144,12 @@ void EditorWindowController::dragOut(QWidget& source)
     const auto pixmap = picture->thumbnail(source.devicePixelRatioF());
     drag->setPixmap(pixmap);
     drag->setHotSpot(QRectF({}, pixmap.deviceIndependentSize()).center().toPoint());
+    // Let go too early, it must not land on the picture that it is.
+    canvas().setAcceptDrops(false);
+    const QPointer guard(this);
     drag->exec(Qt::CopyAction);
+    if (guard)
+        canvas().setAcceptDrops(true);
 }
 
 } // namespace pintalux

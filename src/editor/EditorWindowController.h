@@ -51,7 +51,7 @@ public:
     void dragOut(QWidget& source) override;
 
     /// Puts the pictures of these files on the document, the first in the middle of what is seen, the others
-    /// further down and to the right. Files that hold no picture are skipped.
+    /// further down and to the right. Files that hold no picture are skipped. Returns before they are read.
     void insertFiles(const QStringList& paths);
 
     /// Carries out a row of the main menu: in the view with the focus if that can, else here.
