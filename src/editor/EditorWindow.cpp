@@ -166,8 +166,9 @@ void EditorWindow::resizeEvent(QResizeEvent*) { layOut(); }
 bool EditorWindow::event(QEvent* event)
 {
     // A child wants another size: the palette in a narrow window, the menu bar in another font.
-    const bool moving = dockingIsDue || docking.state() == QVariantAnimation::Running;
-    if (event->type() == QEvent::LayoutRequest && !moving)
+    // Events come from the first child on, when there are no members yet.
+    if (event->type() == QEvent::LayoutRequest && !dockingIsDue
+        && docking.state() != QVariantAnimation::Running)
         layOut();
     return QWidget::event(event);
 }
