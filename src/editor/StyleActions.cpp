@@ -67,7 +67,11 @@ void toggleCallout(EditorModel& model)
 
 } // namespace StyleActions
 
-void WidthGesture::begin() { before = model.doc(); }
+void WidthGesture::begin()
+{
+    before = model.doc();
+    hold.emplace(model.preferences().defaults());
+}
 
 void WidthGesture::change(double points)
 {
@@ -79,6 +83,7 @@ void WidthGesture::change(double points)
 
 void WidthGesture::end()
 {
+    hold.reset();
     auto snapshot = std::exchange(before, std::nullopt);
     if (snapshot && snapshot->annotations != model.doc().annotations)
         model.pushUndoCheckpoint(*std::move(snapshot));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/EditorModel.h"
+#include "platform/UserDefaults.h"
 
 #include <optional>
 
@@ -22,7 +23,7 @@ void toggleCallout(EditorModel& model);
 
 } // namespace StyleActions
 
-/// A width that changes many times while a knob is dragged, and is one undo step in the end.
+/// A width that changes many times while a knob is dragged, and is stored once and one undo step in the end.
 class WidthGesture {
 public:
     explicit WidthGesture(EditorModel& changed)
@@ -39,6 +40,7 @@ public:
 private:
     EditorModel& model;
     std::optional<Document> before;
+    std::optional<UserDefaults::Hold> hold;
 };
 
 } // namespace pintalux

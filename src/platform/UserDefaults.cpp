@@ -170,7 +170,20 @@ void UserDefaults::set(const QJsonObject& changes)
         if (ownDomain)
             pending.insert(change.key(), change.value());
     }
-    synchronize();
+    if (holds == 0)
+        synchronize();
+}
+
+UserDefaults::Hold::Hold(UserDefaults& held)
+    : defaults(held)
+{
+    ++defaults.holds;
+}
+
+UserDefaults::Hold::~Hold()
+{
+    if (--defaults.holds == 0)
+        defaults.synchronize();
 }
 
 std::optional<QJsonObject> UserDefaults::persistentDomain(const QString& name) const

@@ -55,6 +55,19 @@ public:
     /// Everything that is stored for another application; none when it has no readable file.
     std::optional<QJsonObject> persistentDomain(const QString& name) const;
 
+    /// While one lives, changes count at once but are written only when the last one goes: for a value that
+    /// follows a drag, since a write takes longer than a frame.
+    class Hold {
+    public:
+        explicit Hold(UserDefaults& held);
+        ~Hold();
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+
+    private:
+        UserDefaults& defaults;
+    };
+
     /// Writes what an earlier failure left in memory. True when everything is on disk.
     bool synchronize();
 
@@ -71,6 +84,7 @@ private:
     QString folder;                   ///< the folder of all domains
     QJsonObject values;
     QMap<QString, QJsonValue> pending; ///< changes that are not on disk yet
+    int holds = 0;
     QMap<QString, QJsonObject> otherDomains;
     std::optional<Error> failure;
 };

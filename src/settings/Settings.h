@@ -142,6 +142,9 @@ public:
 
     const SettingsValues& values() const { return current; }
 
+    /// Where the settings are kept.
+    UserDefaults& defaults() { return store; }
+
     bool autoCopy() const { return current.autoCopy; }
     bool autoSave() const { return current.autoSave; }
     bool playSound() const { return current.playSound; }

@@ -245,6 +245,24 @@ TEST_F(UserDefaultsTest, AStuckHolderOfTheLockIsWaitedForOnlyBriefly)
     EXPECT_EQ(onDisk().value(key), 2);
 }
 
+TEST_F(UserDefaultsTest, WhatIsHeldCountsAtOnceAndIsWrittenAtTheEnd)
+{
+    auto defaults = open();
+    {
+        const UserDefaults::Hold outer(defaults);
+        {
+            const UserDefaults::Hold inner(defaults);
+            defaults.set(key, 1);
+            defaults.set(key, 2);
+        }
+        EXPECT_EQ(defaults.integer(key), 2);
+        EXPECT_EQ(files(), QStringList());
+    }
+    EXPECT_EQ(onDisk().value(key), 2);
+    defaults.set(key, 3);
+    EXPECT_EQ(onDisk().value(key), 3);
+}
+
 TEST_F(UserDefaultsTest, OtherDomainsAreReadAndNeverTouched)
 {
     QDir().mkpath(root.filePath(u"other"_qs));
