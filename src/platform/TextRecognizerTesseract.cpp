@@ -62,6 +62,14 @@ public:
             limit(0);
     }
 
+    /// What the library beneath it has to say is not for the program's error output either.
+    void keepQuiet()
+    {
+        constexpr int nothing = 6;
+        if (const auto limit = reinterpret_cast<int (*)(int)>(library->resolve("setMsgSeverity")))
+            limit(nothing);
+    }
+
 private:
     static std::unique_ptr<QLibrary> opened()
     {
@@ -122,6 +130,7 @@ private:
             : api(lib.BaseAPICreate(), lib.BaseAPIDelete)
         {
             lib.computeOnOneThread();
+            lib.keepQuiet();
             // What it has to say is not for the program's error output.
             lib.BaseAPISetVariable(api.get(), "debug_file", "/dev/null");
             if (lib.BaseAPIInit2(api.get(), nullptr, languages, tesseract::OEM_LSTM_ONLY) != 0)
