@@ -10,6 +10,7 @@
 #include <locale.h>
 #include <tesseract/capi.h>
 
+#include <algorithm>
 #include <clocale>
 
 namespace pintalux {
@@ -48,6 +49,7 @@ public:
     PINTALUX_FUNCTION(ResultIteratorDelete);
     PINTALUX_FUNCTION(ResultIteratorNext);
     PINTALUX_FUNCTION(ResultIteratorGetUTF8Text);
+    PINTALUX_FUNCTION(ResultIteratorConfidence);
     PINTALUX_FUNCTION(ResultIteratorGetPageIteratorConst);
     PINTALUX_FUNCTION(PageIteratorBoundingBox);
     PINTALUX_FUNCTION(DeleteText);
@@ -110,6 +112,15 @@ private:
     locale_t former;
 };
 
+/// What icons, rules and pictures are taken for. `confidence` is in percent; words that are words have more
+/// than 90, hard ones more than 40.
+bool isNoise(const QString& word, float confidence)
+{
+    constexpr float leastOfWords = 20, leastOfSigns = 60;
+    const bool isWord = std::ranges::any_of(word, [](QChar c) { return c.isLetterOrNumber(); });
+    return confidence < (isWord ? leastOfWords : leastOfSigns) || word.isEmpty();
+}
+
 class TesseractRecognizer : public TextRecognizer {
 public:
     QList<TextObservation> recognize(const QImage& image, const std::atomic<bool>& cancelled) override
@@ -119,8 +130,11 @@ public:
         const NumbersWithPoint numbers;
         if (!engine)
             engine = std::make_unique<Engine>();
+        // Each step takes part of a second on a large screen.
+        if (cancelled)
+            return {};
         const auto page = preparedForReading(image);
-        return engine->read(page, cancelled);
+        return cancelled ? QList<TextObservation>() : engine->read(page, cancelled);
     }
 
 private:
@@ -179,7 +193,8 @@ private:
                 int left = 0, right = 0, top = 0, bottom = 0, unused = 0;
                 lib.PageIteratorBoundingBox(place, tesseract::RIL_WORD, &left, &unused, &right, &unused);
                 lib.PageIteratorBoundingBox(place, tesseract::RIL_TEXTLINE, &unused, &top, &unused, &bottom);
-                if (const auto word = QString::fromUtf8(text.get()).trimmed(); !word.isEmpty())
+                const auto word = QString::fromUtf8(text.get()).trimmed();
+                if (!isNoise(word, lib.ResultIteratorConfidence(position.get(), tesseract::RIL_WORD)))
                     words.append({word,
                         QRectF(double(left) / size.width(), double(top) / size.height(),
                             double(right - left) / size.width(), double(bottom - top) / size.height())});
