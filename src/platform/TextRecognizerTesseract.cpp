@@ -31,29 +31,31 @@ class Library {
     std::unique_ptr<QLibrary> library = opened(); // before the functions, which are looked up in it
 
 public:
-#define PINTALUX_FUNCTION(name) decltype(&Tess##name) name = resolve<decltype(&Tess##name)>("Tess" #name)
-    PINTALUX_FUNCTION(BaseAPICreate);
-    PINTALUX_FUNCTION(BaseAPIDelete);
-    PINTALUX_FUNCTION(BaseAPIInit2);
-    PINTALUX_FUNCTION(BaseAPISetVariable);
-    PINTALUX_FUNCTION(BaseAPISetPageSegMode);
-    PINTALUX_FUNCTION(BaseAPISetImage);
-    PINTALUX_FUNCTION(BaseAPISetSourceResolution);
-    PINTALUX_FUNCTION(BaseAPIRecognize);
-    PINTALUX_FUNCTION(BaseAPIGetIterator);
-    PINTALUX_FUNCTION(BaseAPIClear);
-    PINTALUX_FUNCTION(MonitorCreate);
-    PINTALUX_FUNCTION(MonitorDelete);
-    PINTALUX_FUNCTION(MonitorSetCancelFunc);
-    PINTALUX_FUNCTION(MonitorSetCancelThis);
-    PINTALUX_FUNCTION(ResultIteratorDelete);
-    PINTALUX_FUNCTION(ResultIteratorNext);
-    PINTALUX_FUNCTION(ResultIteratorGetUTF8Text);
-    PINTALUX_FUNCTION(ResultIteratorConfidence);
-    PINTALUX_FUNCTION(ResultIteratorGetPageIteratorConst);
-    PINTALUX_FUNCTION(PageIteratorBoundingBox);
-    PINTALUX_FUNCTION(DeleteText);
-#undef PINTALUX_FUNCTION
+    decltype(TessBaseAPICreate)* BaseAPICreate = function("TessBaseAPICreate");
+    decltype(TessBaseAPIDelete)* BaseAPIDelete = function("TessBaseAPIDelete");
+    decltype(TessBaseAPIInit2)* BaseAPIInit2 = function("TessBaseAPIInit2");
+    decltype(TessBaseAPISetVariable)* BaseAPISetVariable = function("TessBaseAPISetVariable");
+    decltype(TessBaseAPISetPageSegMode)* BaseAPISetPageSegMode = function("TessBaseAPISetPageSegMode");
+    decltype(TessBaseAPISetImage)* BaseAPISetImage = function("TessBaseAPISetImage");
+    decltype(TessBaseAPISetSourceResolution)* BaseAPISetSourceResolution
+        = function("TessBaseAPISetSourceResolution");
+    decltype(TessBaseAPIRecognize)* BaseAPIRecognize = function("TessBaseAPIRecognize");
+    decltype(TessBaseAPIGetIterator)* BaseAPIGetIterator = function("TessBaseAPIGetIterator");
+    decltype(TessBaseAPIClear)* BaseAPIClear = function("TessBaseAPIClear");
+    decltype(TessMonitorCreate)* MonitorCreate = function("TessMonitorCreate");
+    decltype(TessMonitorDelete)* MonitorDelete = function("TessMonitorDelete");
+    decltype(TessMonitorSetCancelFunc)* MonitorSetCancelFunc = function("TessMonitorSetCancelFunc");
+    decltype(TessMonitorSetCancelThis)* MonitorSetCancelThis = function("TessMonitorSetCancelThis");
+    decltype(TessResultIteratorDelete)* ResultIteratorDelete = function("TessResultIteratorDelete");
+    decltype(TessResultIteratorNext)* ResultIteratorNext = function("TessResultIteratorNext");
+    decltype(TessResultIteratorGetUTF8Text)* ResultIteratorGetUTF8Text
+        = function("TessResultIteratorGetUTF8Text");
+    decltype(TessResultIteratorConfidence)* ResultIteratorConfidence
+        = function("TessResultIteratorConfidence");
+    decltype(TessResultIteratorGetPageIteratorConst)* ResultIteratorGetPageIteratorConst
+        = function("TessResultIteratorGetPageIteratorConst");
+    decltype(TessPageIteratorBoundingBox)* PageIteratorBoundingBox = function("TessPageIteratorBoundingBox");
+    decltype(TessDeleteText)* DeleteText = function("TessDeleteText");
 
     /// The library works with OpenMP threads that wait for each other longer than they work: one alone is
     /// four times as fast. The environment variable for it would have to be set before the process starts.
@@ -82,12 +84,21 @@ private:
         return result;
     }
 
-    template <typename Function> Function resolve(const char* name)
+    /// Takes the type that it is assigned to.
+    struct Function {
+        QFunctionPointer address;
+        template <typename Signature> operator Signature*() const
+        {
+            return reinterpret_cast<Signature*>(address);
+        }
+    };
+
+    Function function(const char* name)
     {
-        const auto function = reinterpret_cast<Function>(library->resolve(name));
-        if (!function)
+        const auto address = library->resolve(name);
+        if (!address)
             throw notInstalled();
-        return function;
+        return {address};
     }
 };
 
