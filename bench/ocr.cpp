@@ -181,6 +181,24 @@ Scene titles()
         image, QStringList{u"Hola a todos"_qs, u"Capturas elegantes"_qs, spanish[3], spanish[6]}.join(u'\n')};
 }
 
+/// A screen full of text: about a thousand words in three columns.
+Scene fullScreen()
+{
+    QImage image(1920, 1080, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setPen(QColor(0x1F, 0x23, 0x28));
+    painter.setFont(font(u"Inter"_qs, 13));
+    QStringList said;
+    for (int row = 0; row < 46; ++row)
+        for (int column = 0; column < 3; ++column) {
+            const auto& line = spanish[(row + column * 3) % spanish.size()];
+            painter.drawText(QPointF(40 + column * 620, 40 + row * 22), line);
+            said << line;
+        }
+    return {image, said.join(u'\n')};
+}
+
 struct Sample {
     const char* name;
     bool clean; ///< dark on light, of an ordinary size
@@ -224,6 +242,7 @@ const std::vector<Sample>& samples()
         {"botones_14", false, [] { return buttons(14); }},
         {"ventana_13", false, window},
         {"degradado", false, gradient},
+        {"pantalla_llena", true, fullScreen},
     };
     return all;
 }

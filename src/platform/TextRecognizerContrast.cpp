@@ -96,6 +96,112 @@ Grid paperOf(const QImage& gray)
     return paper;
 }
 
+/// A yes or no for each node of a grid.
+struct Mask {
+    explicit Mask(const Grid& grid)
+        : columns(grid.columns)
+        , rows(grid.rows)
+        , values(grid.values.size(), false)
+    {
+    }
+    bool contains(int column, int row) const
+    {
+        return column >= 0 && row >= 0 && column < columns && row < rows;
+    }
+    std::size_t index(int column, int row) const
+    {
+        return std::size_t(row) * std::size_t(columns) + std::size_t(column);
+    }
+
+    int columns;
+    int rows;
+    std::vector<bool> values;
+};
+
+/// What is left of the mask when all is dropped into which no square of `side` nodes fits.
+Mask opened(const Mask& mask, int side, const Grid& grid)
+{
+    Mask result(grid);
+    const auto eachOfSquare = [&](int column, int row, const auto& act) {
+        for (int y = row; y < row + side; ++y)
+            for (int x = column; x < column + side; ++x)
+                if (!act(mask.index(x, y)))
+                    return false;
+        return true;
+    };
+    for (int row = 0; row + side <= mask.rows; ++row)
+        for (int column = 0; column + side <= mask.columns; ++column)
+            if (eachOfSquare(column, row, [&](std::size_t at) { return bool(mask.values[at]); }))
+                eachOfSquare(column, row, [&](std::size_t at) { return result.values[at] = true; });
+    return result;
+}
+
+constexpr int sameColor = 12; // levels of grey
+
+/// Nodes of a mask that hang together.
+struct Piece {
+    std::vector<std::size_t> nodes;
+    bool continues = false; ///< its colour goes on beyond the mask
+};
+
+/// The piece of `mask` around a node; its nodes are taken out of `left`.
+Piece takePiece(const Mask& mask, Mask& left, std::size_t first, const Grid& paper)
+{
+    Piece piece{{first}};
+    left.values[first] = false;
+    for (std::size_t next = 0; next < piece.nodes.size(); ++next) {
+        const auto node = piece.nodes[next];
+        const int column = int(node) % mask.columns, row = int(node) / mask.columns;
+        for (const auto& [x, y] : {std::pair(column - 1, row), std::pair(column + 1, row),
+                 std::pair(column, row - 1), std::pair(column, row + 1)}) {
+            if (!mask.contains(x, y))
+                continue;
+            const auto neighbor = mask.index(x, y);
+            if (!mask.values[neighbor])
+                piece.continues
+                    = piece.continues || std::abs(paper.values[neighbor] - paper.values[node]) <= sameColor;
+            else if (left.values[neighbor]) {
+                left.values[neighbor] = false;
+                piece.nodes.push_back(neighbor);
+            }
+        }
+    }
+    return piece;
+}
+
+/// What covers most of a small neighbourhood but is narrow is no paper: it is a stroke of a large letter.
+/// There the paper is what is commonest further around.
+Grid withoutLargeStrokes(const Grid& paper, const QImage& gray)
+{
+    constexpr int reduction = 8;
+    constexpr int narrowest = 5; // nodes: the height of a badge with text in it
+    const auto around = paperOf(gray.scaled((gray.size() / reduction).expandedTo({1, 1})));
+    Grid further(gray.size());
+    Mask differs(paper);
+    for (int row = 0; row < paper.rows; ++row)
+        for (int column = 0; column < paper.columns; ++column) {
+            further.at(column, row) = around.at(
+                std::min(column / reduction, around.columns - 1), std::min(row / reduction, around.rows - 1));
+            differs.values[differs.index(column, row)]
+                = std::abs(paper.at(column, row) - further.at(column, row)) > sameColor;
+        }
+
+    const auto wide = opened(differs, narrowest, paper);
+    auto left = differs;
+    auto settled = paper;
+    for (std::size_t node = 0; node < paper.values.size(); ++node) {
+        if (!left.values[node])
+            continue;
+        const auto piece = takePiece(differs, left, node, paper);
+        const auto wideNodes
+            = std::ranges::count_if(piece.nodes, [&](std::size_t at) { return bool(wide.values[at]); });
+        if (!piece.continues && wideNodes * 2 < std::ptrdiff_t(piece.nodes.size()))
+            for (const auto at : piece.nodes)
+                settled.values[at] = further.values[at];
+    }
+    return settled;
+}
+
 /// How far each pixel stands out from its paper, whether lighter or darker. Of the nodes around it the
 /// nearest in colour counts, so that the edge between two papers is none.
 QImage contrastWith(const Grid& paper, const QImage& gray)
@@ -148,11 +254,12 @@ Grid strongestOf(const QImage& contrast)
 void stretch(QImage& contrast, const Grid& strongest)
 {
     constexpr int faintest = 40;
+    constexpr int noise = 3; // the paper is known no better
     for (int y = 0; y < contrast.height(); ++y) {
         auto* line = contrast.scanLine(y);
         for (int x = 0; x < contrast.width(); ++x) {
             const int most = std::max<int>(faintest, strongest.at(x / Grid::step, y / Grid::step));
-            line[x] = Gray(255 - std::min(255, line[x] * 255 / most));
+            line[x] = Gray(255 - std::clamp((line[x] - noise) * 255 / most, 0, 255));
         }
     }
 }
@@ -184,11 +291,15 @@ int letterHeight(const QImage& page)
     return longest;
 }
 
+// Twice the size never harms, but it takes time: a large picture is enlarged only where it needs it.
 bool wantsEnlarging(const QImage& page)
 {
-    constexpr int readable = 6;
-    constexpr int longestSide = 16'000; // of what is enlarged; the recogniser ends at 32 767
-    return letterHeight(page) < readable && std::max(page.width(), page.height()) < longestSide;
+    constexpr int readable = 6; // pixels
+    constexpr qint64 large = 4'000'000;
+    constexpr int longestSide = 16'000; // the recogniser ends at 32 767
+    if (std::max(page.width(), page.height()) > longestSide)
+        return false;
+    return qint64(page.width()) * page.height() <= large || letterHeight(page) < readable;
 }
 
 } // namespace
@@ -196,7 +307,7 @@ bool wantsEnlarging(const QImage& page)
 QImage preparedForReading(const QImage& image)
 {
     const auto gray = image.convertToFormat(QImage::Format_RGB32).convertToFormat(QImage::Format_Grayscale8);
-    auto page = contrastWith(paperOf(gray), gray);
+    auto page = contrastWith(withoutLargeStrokes(paperOf(gray), gray), gray);
     stretch(page, strongestOf(page));
     if (!wantsEnlarging(page))
         return page;

@@ -10,6 +10,7 @@
 #include <locale.h>
 #include <tesseract/capi.h>
 
+#include <algorithm>
 #include <clocale>
 
 namespace pintalux {
@@ -30,28 +31,31 @@ class Library {
     std::unique_ptr<QLibrary> library = opened(); // before the functions, which are looked up in it
 
 public:
-#define PINTALUX_FUNCTION(name) decltype(&Tess##name) name = resolve<decltype(&Tess##name)>("Tess" #name)
-    PINTALUX_FUNCTION(BaseAPICreate);
-    PINTALUX_FUNCTION(BaseAPIDelete);
-    PINTALUX_FUNCTION(BaseAPIInit2);
-    PINTALUX_FUNCTION(BaseAPISetVariable);
-    PINTALUX_FUNCTION(BaseAPISetPageSegMode);
-    PINTALUX_FUNCTION(BaseAPISetImage);
-    PINTALUX_FUNCTION(BaseAPISetSourceResolution);
-    PINTALUX_FUNCTION(BaseAPIRecognize);
-    PINTALUX_FUNCTION(BaseAPIGetIterator);
-    PINTALUX_FUNCTION(BaseAPIClear);
-    PINTALUX_FUNCTION(MonitorCreate);
-    PINTALUX_FUNCTION(MonitorDelete);
-    PINTALUX_FUNCTION(MonitorSetCancelFunc);
-    PINTALUX_FUNCTION(MonitorSetCancelThis);
-    PINTALUX_FUNCTION(ResultIteratorDelete);
-    PINTALUX_FUNCTION(ResultIteratorNext);
-    PINTALUX_FUNCTION(ResultIteratorGetUTF8Text);
-    PINTALUX_FUNCTION(ResultIteratorGetPageIteratorConst);
-    PINTALUX_FUNCTION(PageIteratorBoundingBox);
-    PINTALUX_FUNCTION(DeleteText);
-#undef PINTALUX_FUNCTION
+    decltype(TessBaseAPICreate)* BaseAPICreate = function("TessBaseAPICreate");
+    decltype(TessBaseAPIDelete)* BaseAPIDelete = function("TessBaseAPIDelete");
+    decltype(TessBaseAPIInit2)* BaseAPIInit2 = function("TessBaseAPIInit2");
+    decltype(TessBaseAPISetVariable)* BaseAPISetVariable = function("TessBaseAPISetVariable");
+    decltype(TessBaseAPISetPageSegMode)* BaseAPISetPageSegMode = function("TessBaseAPISetPageSegMode");
+    decltype(TessBaseAPISetImage)* BaseAPISetImage = function("TessBaseAPISetImage");
+    decltype(TessBaseAPISetSourceResolution)* BaseAPISetSourceResolution
+        = function("TessBaseAPISetSourceResolution");
+    decltype(TessBaseAPIRecognize)* BaseAPIRecognize = function("TessBaseAPIRecognize");
+    decltype(TessBaseAPIGetIterator)* BaseAPIGetIterator = function("TessBaseAPIGetIterator");
+    decltype(TessBaseAPIClear)* BaseAPIClear = function("TessBaseAPIClear");
+    decltype(TessMonitorCreate)* MonitorCreate = function("TessMonitorCreate");
+    decltype(TessMonitorDelete)* MonitorDelete = function("TessMonitorDelete");
+    decltype(TessMonitorSetCancelFunc)* MonitorSetCancelFunc = function("TessMonitorSetCancelFunc");
+    decltype(TessMonitorSetCancelThis)* MonitorSetCancelThis = function("TessMonitorSetCancelThis");
+    decltype(TessResultIteratorDelete)* ResultIteratorDelete = function("TessResultIteratorDelete");
+    decltype(TessResultIteratorNext)* ResultIteratorNext = function("TessResultIteratorNext");
+    decltype(TessResultIteratorGetUTF8Text)* ResultIteratorGetUTF8Text
+        = function("TessResultIteratorGetUTF8Text");
+    decltype(TessResultIteratorConfidence)* ResultIteratorConfidence
+        = function("TessResultIteratorConfidence");
+    decltype(TessResultIteratorGetPageIteratorConst)* ResultIteratorGetPageIteratorConst
+        = function("TessResultIteratorGetPageIteratorConst");
+    decltype(TessPageIteratorBoundingBox)* PageIteratorBoundingBox = function("TessPageIteratorBoundingBox");
+    decltype(TessDeleteText)* DeleteText = function("TessDeleteText");
 
     /// The library works with OpenMP threads that wait for each other longer than they work: one alone is
     /// four times as fast. The environment variable for it would have to be set before the process starts.
@@ -60,6 +64,14 @@ public:
         // Found among the libraries that came along; null where it was built without.
         if (const auto limit = reinterpret_cast<void (*)(int)>(library->resolve("omp_set_max_active_levels")))
             limit(0);
+    }
+
+    /// What the library beneath it has to say is not for the program's error output either.
+    void keepQuiet()
+    {
+        constexpr int nothing = 6;
+        if (const auto limit = reinterpret_cast<int (*)(int)>(library->resolve("setMsgSeverity")))
+            limit(nothing);
     }
 
 private:
@@ -72,12 +84,21 @@ private:
         return result;
     }
 
-    template <typename Function> Function resolve(const char* name)
+    /// Takes the type that it is assigned to.
+    struct Function {
+        QFunctionPointer address;
+        template <typename Signature> operator Signature*() const
+        {
+            return reinterpret_cast<Signature*>(address);
+        }
+    };
+
+    Function function(const char* name)
     {
-        const auto function = reinterpret_cast<Function>(library->resolve(name));
-        if (!function)
+        const auto address = library->resolve(name);
+        if (!address)
             throw notInstalled();
-        return function;
+        return {address};
     }
 };
 
@@ -102,6 +123,15 @@ private:
     locale_t former;
 };
 
+/// What icons, rules and pictures are taken for. `confidence` is in percent; words that are words have more
+/// than 90, hard ones more than 40.
+bool isNoise(const QString& word, float confidence)
+{
+    constexpr float leastOfWords = 20, leastOfSigns = 60;
+    const bool isWord = std::ranges::any_of(word, [](QChar c) { return c.isLetterOrNumber(); });
+    return confidence < (isWord ? leastOfWords : leastOfSigns) || word.isEmpty();
+}
+
 class TesseractRecognizer : public TextRecognizer {
 public:
     QList<TextObservation> recognize(const QImage& image, const std::atomic<bool>& cancelled) override
@@ -111,8 +141,11 @@ public:
         const NumbersWithPoint numbers;
         if (!engine)
             engine = std::make_unique<Engine>();
+        // Each step takes part of a second on a large screen.
+        if (cancelled)
+            return {};
         const auto page = preparedForReading(image);
-        return engine->read(page, cancelled);
+        return cancelled ? QList<TextObservation>() : engine->read(page, cancelled);
     }
 
 private:
@@ -122,6 +155,7 @@ private:
             : api(lib.BaseAPICreate(), lib.BaseAPIDelete)
         {
             lib.computeOnOneThread();
+            lib.keepQuiet();
             // What it has to say is not for the program's error output.
             lib.BaseAPISetVariable(api.get(), "debug_file", "/dev/null");
             if (lib.BaseAPIInit2(api.get(), nullptr, languages, tesseract::OEM_LSTM_ONLY) != 0)
@@ -170,7 +204,8 @@ private:
                 int left = 0, right = 0, top = 0, bottom = 0, unused = 0;
                 lib.PageIteratorBoundingBox(place, tesseract::RIL_WORD, &left, &unused, &right, &unused);
                 lib.PageIteratorBoundingBox(place, tesseract::RIL_TEXTLINE, &unused, &top, &unused, &bottom);
-                if (const auto word = QString::fromUtf8(text.get()).trimmed(); !word.isEmpty())
+                const auto word = QString::fromUtf8(text.get()).trimmed();
+                if (!isNoise(word, lib.ResultIteratorConfidence(position.get(), tesseract::RIL_WORD)))
                     words.append({word,
                         QRectF(double(left) / size.width(), double(top) / size.height(),
                             double(right - left) / size.width(), double(bottom - top) / size.height())});
