@@ -39,7 +39,7 @@ Annotation mark(FuzzedDataProvider& data, const QImage& picture)
     for (int i = data.ConsumeIntegralInRange(0, 6); i > 0; --i)
         mark.points << point(data);
     mark.color = QColor::fromRgb(data.ConsumeIntegral<quint32>());
-    mark.lineWidth = std::abs(coordinate(data));
+    mark.lineWidth = std::min(std::abs(coordinate(data)), 10000.0);
     mark.filled = data.ConsumeBool();
     mark.fontSize = std::clamp(std::abs(coordinate(data)), 0.1, 10000.0);
     mark.number = int(coordinate(data));

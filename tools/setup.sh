@@ -13,7 +13,8 @@ run=(qt6-image-formats-plugins libcanberra-pulse xdg-utils
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
   xvfb openbox picom xdotool xclip x11-utils x11-apps x11-xkb-utils x11-xserver-utils imagemagick libheif-examples dbus dbus-x11
-  libglib2.0-bin trayer python3-dbus python3-gi)
+  libglib2.0-bin trayer python3-dbus python3-gi
+  desktop-file-utils appstream lintian man-db zsh fish python3-jsonschema)
 # With the fonts and image formats of the program: they shape what the targets meet.
 fuzz=(clang libclang-rt-dev qt6-image-formats-plugins fonts-inter fonts-quicksand fonts-comic-neue
   fonts-dejavu-core fonts-noto-color-emoji)

@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/AppIcon.h"
 #include "app/CommandLine.h"
+#include "app/Completion.h"
 #include "app/SingleInstance.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
@@ -154,6 +155,8 @@ int main(int argc, char** argv)
         return print(stdout, CommandLine::help());
     case CommandLine::Mode::version:
         return print(stdout, u"Pintalux "_qs + CommandLine::version() + u"\n"_qs);
+    case CommandLine::Mode::completion:
+        return print(stdout, completionScript(commandLine.shell));
     case CommandLine::Mode::renderIcon:
     case CommandLine::Mode::annotate:
         return runWithoutDisplay(argc, argv, commandLine);
