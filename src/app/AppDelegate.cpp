@@ -4,20 +4,19 @@
 #include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusItem.h"
+#include "app/Thumbnail.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
-#include "platform/ImageFile.h"
+#include "editor/EditorWindowController.h"
 #include "platform/KeyLabel.h"
-#include "platform/SystemSound.h"
+#include "platform/LoginItem.h"
 #include "platform/Trace.h"
-#include "render/Clipboard.h"
+#include "settings/PreferencesWindow.h"
 #include "settings/Settings.h"
+#include "settings/SettingsFileActions.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace pintalux {
@@ -28,6 +27,9 @@ AppDelegate* running = nullptr;
 
 /// How long a menu of ours may take to leave the screen before the screens are frozen.
 constexpr int menuCloseMilliseconds = 180;
+
+/// How long the memory of a capture is kept warm for the next one.
+constexpr int quietMilliseconds = 30'000;
 
 } // namespace
 
@@ -45,10 +47,19 @@ AppDelegate::AppDelegate(
         if (setting == Setting::shortcutPreset)
             registerShortcuts();
     });
+    hotKeys.onLost = [this](quint32 id) {
+        for (const auto action : allCases<CaptureAction>())
+            if (hotKeyID(action) == id)
+                failed.insert(action);
+    };
+    quiet.setSingleShot(true);
+    quiet.setInterval(quietMilliseconds);
+    connect(&quiet, &QTimer::timeout, this, &ScreenCapture::returnMemory);
 }
 
 AppDelegate::~AppDelegate()
 {
+    hotKeys.onLost = nullptr;
     hotKeys.unregisterAll();
     running = nullptr;
 }
@@ -114,8 +125,7 @@ void AppDelegate::runAction(const QString& actionId)
         {StatusMenuAction::openImage, [this] { openImage(); }},
         {StatusMenuAction::revealFolder, [this] { revealFolder(); }},
         {StatusMenuAction::openPermission, [] { ScreenCapture::requestPermissionInteractive(); }},
-        {StatusMenuAction::showPreferences,
-            [] { HUD::show(u"La ventana de ajustes "_qs + notYet, u"sparkles"_qs); }},
+        {StatusMenuAction::showPreferences, [this] { showPreferences(); }},
         {StatusMenuAction::showAbout, [this] { showAbout(); }},
         {StatusMenuAction::openWebsite, [this] { workspace->openUrl(QUrl(Author::url.toString())); }},
         {StatusMenuAction::terminate, [] { QApplication::quit(); }},
@@ -134,46 +144,11 @@ void AppDelegate::runCommand(const QString& actionId)
         runAction(actionId);
 }
 
-void AppDelegate::openImage()
-{
-    const auto paths = QFileDialog::getOpenFileNames(nullptr, u"Abrir imagen"_qs, {},
-        u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif);;Todos los archivos (*)"_qs);
-    for (const auto& path : paths)
-        openImageFile(path);
-}
-
-void AppDelegate::openImageFile(const QString& path)
-{
-    try {
-        const auto file = readImageFile(path);
-        openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()}, {});
-    } catch (const Error&) {
-        HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
-    }
-}
-
-void AppDelegate::openEditor(const CaptureResult&, const QString& whatIsLeft)
-{
-    HUD::show(whatIsLeft + u"El editor "_qs + notYet, u"sparkles"_qs);
-}
-
 void AppDelegate::revealFolder()
 {
     const auto& folder = settings.saveFolder();
     QDir().mkpath(folder);
     workspace->openFolder(folder);
-}
-
-void AppDelegate::showAbout()
-{
-    auto* about = new QMessageBox(QMessageBox::NoIcon, u"Acerca de Pintalux"_qs,
-        u"<b>Pintalux</b> "_qs + CommandLine::version(), QMessageBox::Close);
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    about->setInformativeText(u"%1<br><a href=\"%2\">%3</a>"_qs.arg(
-        Author::credit.toString(), Author::url.toString(), Author::website.toString()));
-    about->open();
-    about->raise();
-    about->activateWindow();
 }
 
 } // namespace pintalux

@@ -9,18 +9,33 @@
 #include <QPointer>
 #include <QSet>
 #include <QStringList>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
+#include <vector>
+
+class QFileDialog;
 
 namespace pintalux {
 
+class About;
+class EditorWindowController;
 class HotKeyCenter;
+class LoginItem;
+class PreferencesWindow;
 class Settings;
+class SettingsFileActions;
 class StatusItem;
+class Thumbnail;
 struct CommandLine;
 
-/// The running program: its status item and hot keys, and every capture from its start to its delivery.
+/// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
+/// is in a task bar or a window switcher.
+enum class ActivationPolicy { accessory, regular };
+
+/// The running program: its status item and hot keys, every capture from its start to its delivery, and the
+/// editors.
 ///
 /// One instance per process; main thread only.
 class AppDelegate : public QObject {
@@ -53,6 +68,12 @@ public:
     /// Opens the picture file in an editor; says so on screen when it cannot be read.
     void openImageFile(const QString& path);
 
+    /// Opens the picture in an editor of its own, in front of all windows and with the focus.
+    void openEditor(const CaptureResult& shot);
+    /// Every open editor, in opening order.
+    const std::vector<std::unique_ptr<EditorWindowController>>& editors() const { return openEditors; }
+    ActivationPolicy activationPolicy() const { return policy; }
+
     /// The selection overlay on screen; null while there is none.
     CaptureOverlayController* currentOverlay() const { return overlay.get(); }
 
@@ -67,14 +88,17 @@ private:
     void captureWindow(const WindowInfo& window, const QString& title);
     void captureFullScreen();
     void reactivatePrevious();
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
 
-    void openEditor(const CaptureResult& shot, const QString& whatIsLeft);
+    void editorClosed(EditorWindowController& closing);
+    void updateActivationPolicy();
+    /// Shows a window, raises it and gives it the focus, as for a person who has asked for it now.
+    void bringToFront(QWidget& window);
     void openImage();
     void revealFolder();
     void showAbout();
-
-    /// The end of what is said in place of a window that does not exist yet.
-    static inline const QString notYet = QStringLiteral("aún no está disponible en esta versión");
+    void showPreferences();
+    void makePreferences();
 
     Settings& settings;
     HotKeyCenter& hotKeys;
@@ -82,9 +106,18 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
+    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
+    std::vector<std::unique_ptr<EditorWindowController>> openEditors;
+    ActivationPolicy policy = ActivationPolicy::accessory;
+    QPointer<QFileDialog> openPanel;
+    QPointer<About> about;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for
+    std::unique_ptr<SettingsFileActions> settingsFile;
+    QTimer quiet; ///< ends when nothing was captured for a while
 };
 
 } // namespace pintalux

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QImage>
+#include <QIcon>
 #include <QMenu>
 
 #include <memory>
@@ -18,16 +18,19 @@ class Menu : public QMenu {
 public:
     enum class Look {
         action,
-        header, ///< name in semibold, not faded though it cannot be chosen
-        note,   ///< explanation in small secondary text, on several lines where needed
-        credit, ///< one line in small secondary text
-        link,   ///< small, in the colour of links
+        header,  ///< name in semibold, not faded though it cannot be chosen
+        section, ///< title of the rows beneath it, at the left edge
+        note,    ///< explanation in small secondary text, on several lines where needed
+        credit,  ///< one line in small secondary text
+        link,    ///< small, in the colour of links
     };
 
     explicit Menu(QWidget* parent = nullptr);
     ~Menu() override;
 
     static void setLook(QAction& action, Look look);
+    /// A small picture at the right end; points. Its active form is for the highlighted row.
+    static void setPicture(QAction& action, const QIcon& picture, QSize size);
     /// The text shown at the right end, in place of the shortcut's.
     static void setKeyText(QAction& action, const QString& text);
 
@@ -49,13 +52,11 @@ private:
     class Style;
 
     QRectF card() const;
-    QImage renderBackground() const;
+    void paintSheet(QPainter& painter) const;
 
     std::unique_ptr<Style> rowStyle;
     bool translucent;
     std::optional<QPoint> anchor; ///< where it was asked to open; else it opens at the pointer
-    QImage background;            ///< card and shadow, kept while size, theme and ratio stay
-    bool backgroundDark = false;
 };
 
 } // namespace pintalux
