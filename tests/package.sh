@@ -91,7 +91,7 @@ END
 
 # The desktop starts the program by its name, for an action of its entry; the program answers and ends.
 program_starts() {
-  exec 3< <(exec Xvfb -displayfd 1 -screen 0 640x480x24 2>/dev/null)
+  exec 3< <(exec Xvfb -noreset -displayfd 1 -screen 0 640x480x24 2>/dev/null)
   server=$!
   local number
   read -r number <&3
