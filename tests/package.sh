@@ -73,6 +73,9 @@ source, program, work = sys.argv[1:]
 schema = jsonschema.Draft202012Validator(json.load(open(source + "/docs/marcas.schema.json")))
 arrow = {"kind": "arrow", "start": [0, 0], "end": [9, 9], "color": "#FF0000", "lineWidth": 4}
 files = [json.load(open(file)) for file in glob.glob(source + "/fuzz/corpus/marks/*.json")]
+with open(source + "/docs/linea-de-ordenes.md") as page:
+    files.append(json.loads(page.read().split("```json\n")[1].split("```")[0]))
+assert schema.is_valid(files[-1]), "the example of the user's page"
 files += [{"annotations": [{**arrow, name: value}]} for name, value in [
     ("kind", "nada"), ("start", [0]), ("end", [0, 2e6]), ("color", "rojo"), ("lineWidth", -1), ("filled", 1),
     ("arrowStyle", "double"), ("arrowStyle", "Double"), ("number", 1.5), ("fontSize", 0), ("unknown", 1)]]

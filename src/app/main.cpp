@@ -7,6 +7,7 @@
 #include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
+#include "platform/ApplicationId.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
@@ -122,6 +123,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"pintalux"_qs);
     QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setDesktopFileName(applicationId.toString());
     QApplication::setQuitOnLastWindowClosed(false);
     SingleInstance instance;
     if (instance.role() == SingleInstance::Role::second)
