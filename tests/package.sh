@@ -112,7 +112,7 @@ program_starts() {
     readlink "/proc/$process/exe"
     kill "$process"
     for _ in {1..100}; do [ -e "/proc/$process" ] || exit 0; sleep 0.05; done
-    exit 1' >"$work/started" || fail "the desktop could not start it"
+    exit 1' >"$work/started" 2>"$work/bus" || fail "the desktop could not start it: $(<"$work/bus")"
   [ "$(<"$work/started")" = "$program" ] || fail "something else was started: $(<"$work/started")"
 }
 
