@@ -3,6 +3,7 @@
 #   ./test.sh          everything
 #   ./test.sh --asan   the same with the address and undefined behaviour sanitizers
 #   ./test.sh --tidy   the static analyser over the sources as well
+#   ./test.sh --fuzz   nothing but the fuzz targets over what reads files, half a minute each
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -12,9 +13,17 @@ for argument in "$@"; do
   case "$argument" in
     --asan) preset=asan ;;
     --tidy) tidy=yes ;;
+    --fuzz) preset=fuzz ;;
     *) echo "test.sh: unknown argument $argument" >&2; exit 2 ;;
   esac
 done
+
+if [ "$preset" = fuzz ]; then
+  tools/setup.sh build fuzz
+  cmake --preset fuzz >/dev/null
+  cmake --build --preset fuzz
+  exec tools/run-fuzz.sh
+fi
 
 tools/setup.sh
 tools/check-format.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what the project needs and this machine lacks. The one place that knows the packages' names.
-#   tools/setup.sh [build] [run] [test]     (no argument: all of them)
+#   tools/setup.sh [build] [run] [test] [fuzz]     (no argument: all but fuzz)
 # Quick when nothing is missing: it asks dpkg once.
 set -euo pipefail
 
@@ -15,7 +15,11 @@ run=(qt6-image-formats-plugins qt6-translations-l10n libcanberra-pulse xdg-utils
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
   xvfb openbox picom xdotool xclip x11-utils x11-apps x11-xkb-utils x11-xserver-utils imagemagick libheif-examples dbus dbus-x11
-  libglib2.0-bin trayer python3-dbus python3-gi)
+  libglib2.0-bin trayer python3-dbus python3-gi
+  desktop-file-utils appstream lintian man-db zsh fish python3-jsonschema)
+# With the fonts and image formats of the program: they shape what the targets meet.
+fuzz=(clang libclang-rt-dev qt6-image-formats-plugins fonts-inter fonts-quicksand fonts-comic-neue
+  fonts-dejavu-core fonts-noto-color-emoji)
 
 groups=("$@")
 [ ${#groups[@]} -gt 0 ] || groups=(build run test)

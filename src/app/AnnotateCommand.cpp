@@ -46,6 +46,13 @@ void annotate(const CommandLine& commandLine)
 {
     const auto picture = readImageFile(commandLine.picture);
     const auto marks = readMarks(commandLine.marksFile);
+    if (commandLine.checkOnly) {
+        const auto count = marks.annotations.size();
+        const auto sentence
+            = count == 1 ? u"Correcto: 1 marca.\n"_qs : u"Correcto: %1 marcas.\n"_qs.arg(count);
+        std::fputs(sentence.toUtf8().constData(), stdout);
+        return;
+    }
     const Document document{
         picture.image, marks.annotations, marks.pixelScale.value_or(picture.pixelScale())};
     EffectCache cache;

@@ -4,8 +4,8 @@
 
 namespace pintalux {
 
-/// The renderer from the command line: draws the marks of a marks file on a picture and writes a PNG. Needs
-/// no display.
+/// The renderer from the command line: draws the marks of a marks file on a picture and writes a PNG, or only
+/// says whether both can be read. Needs no display.
 namespace AnnotateCommand {
 
 /// Does it and returns the process's exit status: 0, or 1 after a sentence on standard error. A failure

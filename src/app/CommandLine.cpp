@@ -7,31 +7,32 @@ namespace pintalux {
 
 namespace {
 
-struct Option {
-    QStringView name;
-    QStringView value; ///< what the following argument is; empty: the option takes none
-    QStringView help;
-};
+using Argument = Option::Argument;
 
-constexpr std::array<Option, 12> options{{
-    {u"--capture", u"ACCIÓN", u"Captura: area, window, fullScreen, text o color"},
-    {u"--annotate", u"IMAGEN", u"Dibuja sobre una imagen las marcas de --marks y guarda --output"},
-    {u"--marks", u"ARCHIVO", u"Marcas en JSON (con --annotate)"},
-    {u"--output", u"ARCHIVO", u"PNG que se escribe (con --annotate o --capture fullScreen)"},
-    {u"--open", u"ARCHIVO", u"Abre una imagen en el editor"},
-    {u"--render-icon", u"CARPETA", u"Escribe el icono de la aplicación en todos sus tamaños"},
-    {u"--selftest", u"CARPETA", u"Recorre todo el programa y deja imágenes y un registro en la carpeta"},
-    {u"--overlay", u"", u"Con --selftest: prueba también la selección en pantalla"},
-    {u"--keep-open", u"", u"Con --selftest: no termina al acabar"},
-    {u"--trace", u"", u"Escribe cuánto tarda cada paso de una captura"},
-    {u"--help", u"", u"Muestra esta ayuda"},
-    {u"--version", u"", u"Muestra la versión"},
+constexpr std::array<Option, 14> optionTable{{
+    {u"--capture", Argument::action, u"ACCIÓN", u"Captura: area, window, fullScreen, text o color"},
+    {u"--annotate", Argument::picture, u"IMAGEN",
+        u"Dibuja sobre una imagen las marcas de --marks y guarda --output"},
+    {u"--marks", Argument::file, u"ARCHIVO", u"Marcas en JSON (con --annotate)"},
+    {u"--output", Argument::file, u"ARCHIVO", u"PNG que se escribe (con --annotate o --capture fullScreen)"},
+    {u"--check", Argument::none, u"", u"Con --annotate: comprueba la imagen y las marcas, sin escribir nada"},
+    {u"--open", Argument::picture, u"ARCHIVO", u"Abre una imagen en el editor"},
+    {u"--render-icon", Argument::folder, u"CARPETA",
+        u"Escribe el icono de la aplicación en todos sus tamaños"},
+    {u"--selftest", Argument::folder, u"CARPETA",
+        u"Recorre todo el programa y deja imágenes y un registro en la carpeta"},
+    {u"--overlay", Argument::none, u"", u"Con --selftest: prueba también la selección en pantalla"},
+    {u"--keep-open", Argument::none, u"", u"Con --selftest: no termina al acabar"},
+    {u"--trace", Argument::none, u"", u"Escribe cuánto tarda cada paso de una captura"},
+    {u"--completion", Argument::shell, u"INTÉRPRETE", u"Escribe el autocompletado para bash, zsh o fish"},
+    {u"--help", Argument::none, u"", u"Muestra esta ayuda"},
+    {u"--version", Argument::none, u"", u"Muestra la versión"},
 }};
 
 const Option* optionNamed(QStringView name)
 {
-    const auto found = std::ranges::find(options, name, &Option::name);
-    return found == options.end() ? nullptr : &*found;
+    const auto found = std::ranges::find(optionTable, name, &Option::name);
+    return found == optionTable.end() ? nullptr : &*found;
 }
 
 /// The argument after the first occurrence of the option; none when there is no such argument.
@@ -69,12 +70,14 @@ CommandLine annotate(const QStringList& arguments)
 {
     CommandLine line;
     line.mode = CommandLine::Mode::annotate;
+    line.checkOnly = arguments.contains(u"--check"_qs);
     for (const auto& [option, target] : {std::pair(u"--annotate"_qs, &line.picture),
              std::pair(u"--marks"_qs, &line.marksFile), std::pair(u"--output"_qs, &line.outputFile)}) {
-        const auto value = valueOf(arguments, option);
-        if (!value || value->isEmpty())
+        const auto value = valueOf(arguments, option).value_or(QString());
+        const bool isNeeded = target != &line.outputFile || !line.checkOnly;
+        if (value.isEmpty() && isNeeded)
             return misuse(u"Falta el valor de %1."_qs.arg(option));
-        *target = *value;
+        *target = value;
     }
     return line;
 }
@@ -98,6 +101,16 @@ CommandLine capture(const QStringList& arguments)
     return line;
 }
 
+CommandLine completion(const QStringList& arguments)
+{
+    CommandLine line;
+    line.mode = CommandLine::Mode::completion;
+    line.shell = valueOf(arguments, u"--completion"_qs).value_or(QString());
+    if (!QStringList{u"bash"_qs, u"zsh"_qs, u"fish"_qs}.contains(line.shell))
+        return misuse(u"--completion necesita un intérprete de órdenes: bash, zsh o fish."_qs);
+    return line;
+}
+
 /// What is neither a command of its own nor wrong: the program itself, or its self-test.
 CommandLine normal(const QStringList& arguments)
 {
@@ -116,6 +129,8 @@ CommandLine normal(const QStringList& arguments)
 }
 
 } // namespace
+
+std::span<const Option> CommandLine::options() { return optionTable; }
 
 CommandLine CommandLine::parse(const QStringList& arguments)
 {
@@ -137,6 +152,8 @@ CommandLine CommandLine::parse(const QStringList& arguments)
         line.mode = Mode::version;
         return line;
     }
+    if (arguments.contains(u"--completion"_qs))
+        return completion(arguments);
     if (arguments.contains(u"--annotate"_qs))
         return annotate(arguments);
 
@@ -149,7 +166,7 @@ QString CommandLine::help()
 {
     auto text = u"Pintalux: capturas de pantalla con anotaciones.\n\nUso: pintalux [OPCIÓN]…\n\n"_qs;
     constexpr qsizetype column = 26;
-    for (const auto& option : options) {
+    for (const auto& option : optionTable) {
         auto left = u"  "_qs + option.name.toString();
         if (!option.value.isEmpty())
             left += u" "_qs + option.value.toString();

@@ -2,11 +2,13 @@
 #include "app/AppDelegate.h"
 #include "app/AppIcon.h"
 #include "app/CommandLine.h"
+#include "app/Completion.h"
 #include "app/SingleInstance.h"
 #include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
 #include "controls/ToolTips.h"
+#include "platform/ApplicationId.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
@@ -124,6 +126,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"pintalux"_qs);
     QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setDesktopFileName(applicationId.toString());
     QApplication::setQuitOnLastWindowClosed(false);
     SingleInstance instance;
     if (instance.role() == SingleInstance::Role::second)
@@ -160,6 +163,8 @@ int main(int argc, char** argv)
         return print(stdout, CommandLine::help());
     case CommandLine::Mode::version:
         return print(stdout, u"Pintalux "_qs + CommandLine::version() + u"\n"_qs);
+    case CommandLine::Mode::completion:
+        return print(stdout, completionScript(commandLine.shell));
     case CommandLine::Mode::renderIcon:
     case CommandLine::Mode::annotate:
         return runWithoutDisplay(argc, argv, commandLine);

@@ -38,6 +38,8 @@ constexpr std::array<Needs, annotationKindTable.size()> needsTable{{
 constexpr double largest = 1e6;
 
 double length(const JsonPlace& place) { return place.number(0, largest); }
+/// Strokes far wider than any picture take the toolkit's rasteriser many seconds.
+double lineWidth(const JsonPlace& place) { return place.number(0, 10000); }
 double fontSize(const JsonPlace& place) { return place.number(0.1, 10000); }
 
 /// Sets `target` from the field of that name when it is there (or must be).
@@ -69,7 +71,7 @@ Annotation annotation(const JsonPlace& place, const MarksFile::ImageLoader& load
     assign(fields, u"end"_qs, mark.end, std::mem_fn(&JsonPlace::point), needs.end);
     assign(fields, u"points"_qs, mark.points, points, needs.points);
     assign(fields, u"color"_qs, mark.color, std::mem_fn(&JsonPlace::color), needs.color);
-    assign(fields, u"lineWidth"_qs, mark.lineWidth, length, needs.lineWidth);
+    assign(fields, u"lineWidth"_qs, mark.lineWidth, lineWidth, needs.lineWidth);
     assign(fields, u"filled"_qs, mark.filled, std::mem_fn(&JsonPlace::boolean));
     assign(fields, u"text"_qs, mark.text, std::mem_fn(&JsonPlace::string));
     assign(fields, u"fontSize"_qs, mark.fontSize, fontSize);

@@ -135,7 +135,7 @@ QJsonObject parsed(const QByteArray& json)
         throw unreadable(u"El archivo no es JSON válido (línea %1)."_qs.arg(
             json.first(std::clamp<qsizetype>(problem.offset, 0, json.size())).count('\n') + 1));
     // What has no such mark at all is no less somebody else's than what has another one.
-    const auto fields = document.object();
+    auto fields = document.object();
     if (!fields.contains(appKey))
         throw notOurs();
     if (const auto name = repeatedName(json))
@@ -146,7 +146,7 @@ QJsonObject parsed(const QByteArray& json)
 /// The field of that name, of the type of `like`.
 template <typename T> QJsonValue required(const QJsonObject& fields, const QString& name, const T& like)
 {
-    const auto value = fields.value(name);
+    auto value = fields.value(name);
     if (value.isUndefined())
         throw unreadable(u"Al archivo le falta «%1»."_qs.arg(name));
     if (const auto what = fault(value, like); !what.isEmpty())

@@ -1,11 +1,15 @@
 #include "settings/SettingsFileActions.h"
 
+#include "app/AppIcon.h"
 #include "app/HUD.h"
 #include "platform/Error.h"
 #include "settings/Settings.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QWidget>
@@ -38,6 +42,15 @@ template <typename Action> bool tell(const Words& words, Action action)
     }
     HUD::show(words.done.toString(), words.symbol.toString());
     return true;
+}
+
+QPixmap iconOf(const QWidget& alert)
+{
+    constexpr double side = 64;
+    const double ratio = alert.devicePixelRatio();
+    auto icon = QPixmap::fromImage(AppIcon::render(qRound(side * ratio)));
+    icon.setDevicePixelRatio(ratio);
+    return icon;
 }
 
 } // namespace
@@ -91,10 +104,11 @@ void SettingsFileActions::reset()
 {
     if (isPanelOpen())
         return;
-    auto alert = std::make_unique<QMessageBox>(QMessageBox::Question, u"Pintalux"_qs,
+    auto alert = std::make_unique<QMessageBox>(QMessageBox::NoIcon, u"Pintalux"_qs,
         u"¿Restablecer los valores iniciales?"_qs, QMessageBox::NoButton, window);
     alert->setInformativeText(
         u"Se aplicará la configuración con la que viene Pintalux. Tu copia guardada no se borra."_qs);
+    alert->setIconPixmap(iconOf(*alert));
     auto* confirm = alert->addButton(u"Restablecer"_qs, QMessageBox::AcceptRole);
     alert->addButton(u"Cancelar"_qs, QMessageBox::RejectRole);
     alert->setDefaultButton(confirm);
@@ -116,8 +130,10 @@ bool SettingsFileActions::isPanelOpen()
 
 std::unique_ptr<QFileDialog> SettingsFileActions::makeFilePanel(const QString& title)
 {
-    const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return std::make_unique<QFileDialog>(window, title, documents, u"Archivos JSON (*.json)"_qs);
+    auto folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir())
+        folder = QDir::homePath();
+    return std::make_unique<QFileDialog>(window, title, folder, u"Archivos JSON (*.json)"_qs);
 }
 
 void SettingsFileActions::open(std::unique_ptr<QDialog> dialog)
