@@ -7,6 +7,7 @@
 #include "capture/ScreenCapture.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
+#include "platform/UserDefaults.h"
 #include "platform/Worker.h"
 #include "render/Exporter.h"
 #include "selftest/SelfTest.h"
@@ -65,11 +66,25 @@ void chooseDisplaySystem()
         qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
+void nameApplication()
+{
+    QApplication::setApplicationName(u"pintalux"_qs);
+    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
 int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
 {
     QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    SelfTest::Run selfTest(commandLine.directory, commandLine.keepOpen);
+    nameApplication();
+    // What the run changes on its way never reaches the person's settings, even if it is killed.
+    auto trialStore = UserDefaults::inMemory(UserDefaults::standard().all());
+    Settings trial(trialStore);
+    trial.setHasLaunchedBefore(true);
+    AppDelegate delegate(trial, HotKeyCenter::shared(), makeWorkspace());
+    delegate.finishLaunching({});
+    SelfTest::Run selfTest(
+        {commandLine.directory, commandLine.overlay, commandLine.keepOpen}, delegate, trial);
     if (!selfTest.start())
         return EXIT_FAILURE;
     return QApplication::exec();
@@ -118,9 +133,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     if (commandLine.trace)
         Trace::enable();
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"pintalux"_qs);
-    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
-    QApplication::setQuitOnLastWindowClosed(false);
+    nameApplication();
     SingleInstance instance;
     if (instance.role() == SingleInstance::Role::second)
         if (const auto status = handOver(instance, commandLine))
