@@ -7,7 +7,7 @@ cd "$(dirname "$0")/../src"
 layer_of() {
   case "$1" in
     platform/*) echo 0 ;;
-    model/* | capture/CaptureAction.* | capture/CaptureResult.* | settings/Settings.*) echo 1 ;;
+    model/* | capture/CaptureAction.* | capture/CaptureResult.* | settings/Settings.* | settings/SettingsFile.*) echo 1 ;;
     app/HUD.*) echo 2 ;;
     render/* | capture/ScreenCapture* | capture/OCR.* | capture/HotKeyCenter.*) echo 3 ;;
     capture/* | controls/* | editor/* | settings/* | app/Thumbnail* | app/Pin* | app/AppIcon.* | app/BrandMark.* | app/MenuStyle.* | app/Theme*) echo 4 ;;

@@ -29,6 +29,9 @@ AppDelegate* running = nullptr;
 /// How long a menu of ours may take to leave the screen before the screens are frozen.
 constexpr int menuCloseMilliseconds = 180;
 
+/// How long the memory of a capture is kept warm for the next one.
+constexpr int quietMilliseconds = 30'000;
+
 } // namespace
 
 AppDelegate* AppDelegate::shared() { return running; }
@@ -45,10 +48,19 @@ AppDelegate::AppDelegate(
         if (setting == Setting::shortcutPreset)
             registerShortcuts();
     });
+    hotKeys.onLost = [this](quint32 id) {
+        for (const auto action : allCases<CaptureAction>())
+            if (hotKeyID(action) == id)
+                failed.insert(action);
+    };
+    quiet.setSingleShot(true);
+    quiet.setInterval(quietMilliseconds);
+    connect(&quiet, &QTimer::timeout, this, &ScreenCapture::returnMemory);
 }
 
 AppDelegate::~AppDelegate()
 {
+    hotKeys.onLost = nullptr;
     hotKeys.unregisterAll();
     running = nullptr;
 }

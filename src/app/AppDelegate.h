@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QStringList>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -85,6 +86,7 @@ private:
     bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
+    QTimer quiet; ///< ends when nothing was captured for a while
 };
 
 } // namespace pintalux

@@ -15,6 +15,7 @@ void AppDelegate::perform(CaptureAction action)
 {
     if (overlay || isFreezing || !ScreenCapture::ensurePermission())
         return;
+    quiet.start();
     HUD::dismiss();
     previousApp = workspace->frontmostWindow();
     switch (action) {

@@ -1,10 +1,8 @@
 #include "app/MenuStyle.h"
 
 #include "app/Theme.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
+#include "controls/Elevation.h"
 #include "platform/Compositor.h"
-#include "platform/GraphicsContext.h"
 #include "platform/Symbol.h"
 #include "platform/TextBlock.h"
 #include "render/Draw.h"
@@ -36,6 +34,8 @@ constexpr int shadowSpace = 40;
 
 constexpr char lookProperty[] = "pintaluxMenuRow";
 constexpr char keyProperty[] = "pintaluxMenuKey";
+constexpr char pictureProperty[] = "pintaluxMenuPicture";
+constexpr char pictureSizeProperty[] = "pintaluxMenuPictureSize";
 
 struct Type {
     double size;
@@ -61,6 +61,12 @@ Type typeOf(Menu::Look look)
 Menu::Look lookOf(const QStyleOptionMenuItem& option)
 {
     return Menu::Look(option.styleObject ? option.styleObject->property(lookProperty).toInt() : 0);
+}
+
+/// Null where the row has no picture.
+QSize pictureSizeOf(const QStyleOptionMenuItem& option)
+{
+    return option.styleObject ? option.styleObject->property(pictureSizeProperty).toSize() : QSize(0, 0);
 }
 
 TextBlock textOf(const QString& text, Menu::Look look, const QColor& color)
@@ -156,6 +162,8 @@ public:
         double width = textLeft + text.width() + sidePadding;
         if (!key.isEmpty())
             width += keyGap + textOf(key, Look::action, Qt::black).size().width();
+        if (const auto picture = pictureSizeOf(*item); !picture.isEmpty())
+            width += keyGap + picture.width();
         int height = look == Look::credit || look == Look::link ? smallRowHeight : rowHeight;
         if (look == Look::note)
             height = int(std::ceil(text.height())) + 8;
@@ -202,7 +210,22 @@ private:
                               : theme.disabled);
             drawCentered(keyBlock, row.right() - sidePadding - keyBlock.size().width(), row, painter);
         }
+        drawPicture(item, row, highlighted, painter);
         painter.restore();
+    }
+
+    static void drawPicture(
+        const QStyleOptionMenuItem& item, const QRectF& row, bool highlighted, QPainter& painter)
+    {
+        const auto size = pictureSizeOf(item);
+        if (size.isEmpty())
+            return;
+        const QRect place(QPoint(int(row.right()) - sidePadding - size.width(),
+                              int(std::lround(row.center().y() - size.height() / 2.0))),
+            size);
+        item.styleObject->property(pictureProperty)
+            .value<QIcon>()
+            .paint(&painter, place, Qt::AlignCenter, highlighted ? QIcon::Active : QIcon::Normal);
     }
 
     static void drawIcon(
@@ -240,6 +263,12 @@ Menu::~Menu() { setStyle(nullptr); }
 
 void Menu::setLook(QAction& action, Look look) { action.setProperty(lookProperty, int(look)); }
 
+void Menu::setPicture(QAction& action, const QIcon& picture, QSize size)
+{
+    action.setProperty(pictureProperty, picture);
+    action.setProperty(pictureSizeProperty, size);
+}
+
 void Menu::setKeyText(QAction& action, const QString& text)
 {
     action.setProperty(keyProperty, text);
@@ -271,49 +300,25 @@ void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) 
     option->styleObject = const_cast<QAction*>(action);
 }
 
-QImage Menu::renderBackground() const
+void Menu::paintSheet(QPainter& painter) const
 {
-    const double ratio = devicePixelRatioF();
     const auto& theme = Theme::of(palette());
-    QImage image((QSizeF(size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(ratio);
-    image.fill(translucent ? QColor(Qt::transparent) : theme.card);
-    QPainter painter(&image);
-    GraphicsContext context(painter);
-    const auto shape = Draw::roundedRect(card(), Theme::menuRadius);
+    painter.setRenderHint(QPainter::Antialiasing);
     if (translucent) {
-        const auto ink = theme.dark ? QColor(Qt::black) : QColor(0x18, 0x14, 0x30);
-        for (const auto& shadow : {Shadow{withAlpha(ink, theme.dark ? 0.50 : 0.18),
-                                       {0, (theme.dark ? 12 : 10) * ratio}, (theme.dark ? 36 : 32) * ratio},
-                 Shadow{withAlpha(ink, theme.dark ? 0.35 : 0.08), {0, ratio}, 3 * ratio}}) {
-            const GraphicsContext::Saved saved(context);
-            context.setShadow(shadow);
-            context.fill(shape, theme.card);
-        }
-        context.fill(shape, theme.card);
+        Elevation::drawShadow(Elevation::Level::popover, card(), Theme::menuRadius, theme, painter);
+        painter.fillPath(Draw::roundedRect(card(), Theme::menuRadius), theme.card);
+        Elevation::drawEdge(card(), Theme::menuRadius, theme, painter);
+    } else {
+        painter.fillRect(rect(), theme.card);
+        Elevation::drawInnerEdge(card(), Theme::menuRadius, theme, painter);
     }
-    const double hairline = 1 / ratio;
-    if (theme.dark && translucent)
-        context.stroke(Draw::roundedRect(expanded(card(), hairline / 2), Theme::menuRadius),
-            {withAlpha(Qt::black, 0.45), hairline});
-    const double edge = translucent && !theme.dark ? hairline / 2 : -hairline / 2;
-    context.stroke(Draw::roundedRect(expanded(card(), edge), Theme::menuRadius + edge),
-        {theme.dark ? withAlpha(Qt::white, 0.09) : theme.hair, hairline});
-    return image;
 }
 
 void Menu::paintEvent(QPaintEvent* event)
 {
-    const bool dark = Theme::of(palette()).dark;
-    const auto pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    if (background.size() != pixels || background.devicePixelRatioF() != devicePixelRatioF()
-        || backgroundDark != dark) {
-        background = renderBackground();
-        backgroundDark = dark;
-    }
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    painter.drawImage(QPointF(0, 0), background);
+    paintSheet(painter);
     for (auto* action : actions()) {
         QStyleOptionMenuItem option;
         initStyleOption(&option, action);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QImage>
+#include <QIcon>
 #include <QMenu>
 
 #include <memory>
@@ -28,6 +28,8 @@ public:
     ~Menu() override;
 
     static void setLook(QAction& action, Look look);
+    /// A small picture at the right end; points. Its active form is for the highlighted row.
+    static void setPicture(QAction& action, const QIcon& picture, QSize size);
     /// The text shown at the right end, in place of the shortcut's.
     static void setKeyText(QAction& action, const QString& text);
 
@@ -49,13 +51,11 @@ private:
     class Style;
 
     QRectF card() const;
-    QImage renderBackground() const;
+    void paintSheet(QPainter& painter) const;
 
     std::unique_ptr<Style> rowStyle;
     bool translucent;
     std::optional<QPoint> anchor; ///< where it was asked to open; else it opens at the pointer
-    QImage background;            ///< card and shadow, kept while size, theme and ratio stay
-    bool backgroundDark = false;
 };
 
 } // namespace pintalux

@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <QRectF>
 
 namespace pintalux {
 
@@ -72,6 +73,27 @@ const Theme& Theme::darkTheme()
         .bad = {0xFF, 0x8A, 0x93},
     };
     return theme;
+}
+
+QColor Theme::buttonFill() const { return dark ? withAlpha(Qt::white, 0.07) : field; }
+
+QColor Theme::buttonBorder() const { return dark ? withAlpha(Qt::white, 0.12) : control; }
+
+QLinearGradient Theme::brandGradient(const QRectF& rect)
+{
+    QLinearGradient gradient(rect.topLeft(), rect.bottomRight());
+    gradient.setColorAt(0, Palette::brand);
+    gradient.setColorAt(1, QColor(0x9A, 0x5C, 0xF2));
+    return gradient;
+}
+
+QLinearGradient Theme::gradientVeil(const QRectF& rect, bool pressed)
+{
+    const QColor veil(0x0A, 0x00, 0x28);
+    QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
+    gradient.setColorAt(0, withAlpha(veil, pressed ? 0.16 : 0.05));
+    gradient.setColorAt(1, withAlpha(veil, pressed ? 0.26 : 0.15));
+    return gradient;
 }
 
 const Theme& Theme::of(const QPalette& palette)

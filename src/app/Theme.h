@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QColor>
+#include <QLinearGradient>
 
 class QPalette;
+class QRectF;
 
 namespace pintalux {
 
@@ -43,12 +45,29 @@ struct Theme {
     /// Of the application's palette.
     static const Theme& current();
 
+    /// Fill and border of buttons and pop-up lists, which lie lighter than fields on a dark ground.
+    QColor buttonFill() const;
+    QColor buttonBorder() const;
+
+    /// From the top left to the bottom right corner of what it fills: the chosen tool, switches that are on.
+    static QLinearGradient brandGradient(const QRectF& rect);
+    /// Laid over the gradient where text stands on it; `pressed` makes it darker.
+    static QLinearGradient gradientVeil(const QRectF& rect, bool pressed);
+
     /// Radii, lengths and durations that several surfaces share; points and milliseconds.
+    static constexpr double controlRadius = 8;
+    static constexpr double groupRadius = 12;
+    static constexpr double popoverRadius = 14;
+    static constexpr double screenMargin = 8; ///< least distance of popovers to the screen's edge
     static constexpr double menuRadius = 12;
     static constexpr double menuRowRadius = 7;
     static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
     static constexpr int hoverInMilliseconds = 90;
     static constexpr int hoverOutMilliseconds = 140;
+    static constexpr int toggleMilliseconds = 140; ///< cross-fade of what is toggled or chosen
+    static constexpr int knobMilliseconds = 160;
+    static constexpr int paletteFadeMilliseconds = 160;
+    static constexpr int toolTipDelayMilliseconds = 500;
     static constexpr int popoverOpenMilliseconds = 140;
     static constexpr int popoverCloseMilliseconds = 90;
 };

@@ -16,6 +16,7 @@ HotKeyCenter::HotKeyCenter(std::unique_ptr<HotKeyBackend> hotKeys)
     : backend(std::move(hotKeys))
 {
     backend->onPress = [this](const HotKey& key) { pressed(key); };
+    backend->onLost = [this](const HotKey& key) { lost(key); };
 }
 
 bool HotKeyCenter::registerHotKey(
@@ -64,6 +65,17 @@ void HotKeyCenter::pressed(const HotKey& key)
             action();
     };
     QMetaObject::invokeMethod(&queue, run, Qt::QueuedConnection);
+}
+
+void HotKeyCenter::lost(const HotKey& key)
+{
+    const auto* ref = refOf(key);
+    if (!ref)
+        return;
+    const auto id = ref->id;
+    refs.removeIf([&](const Ref& each) { return each.key == key; });
+    if (onLost)
+        onLost(id);
 }
 
 } // namespace pintalux

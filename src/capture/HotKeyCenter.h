@@ -30,6 +30,9 @@ public:
     bool registerHotKey(quint32 id, quint32 keyCode, KeyModifiers modifiers, std::function<void()> action);
     void unregisterAll();
 
+    /// Called with the id of a key that went to another program after it was registered.
+    std::function<void(quint32 id)> onLost;
+
     /// The ids whose keys are registered, in order of registration.
     QList<quint32> registeredIds() const;
 
@@ -41,6 +44,7 @@ private:
 
     const Ref* refOf(const HotKey& key) const;
     void pressed(const HotKey& key);
+    void lost(const HotKey& key);
 
     std::unique_ptr<HotKeyBackend> backend;
     QList<Ref> refs;

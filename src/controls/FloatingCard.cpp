@@ -1,25 +1,150 @@
 #include "controls/FloatingCard.h"
 
 #include "app/Theme.h"
+#include "controls/Elevation.h"
+#include "model/Color.h"
+#include "platform/Compositor.h"
 #include "render/Draw.h"
 
+#include <QEvent>
+#include <QGraphicsOpacityEffect>
 #include <QPainter>
 
 namespace pintalux {
+
+namespace {
+
+constexpr double sheetOpacity = 0.97;
+
+} // namespace
+
+/// The shadow and the outer edge of the sheet.
+class FloatingCard::ShadowWidget : public QWidget {
+public:
+    explicit ShadowWidget(QWidget* parent)
+        : QWidget(parent)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+    }
+
+    double radius = 0;
+    double opacity = 1;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        const double margin = Theme::shadowMargin;
+        const auto sheet = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+        const auto& theme = Theme::of(palette());
+        QPainter painter(this);
+        painter.setOpacity(opacity);
+        Elevation::drawShadow(Elevation::Level::floating, sheet, radius, theme, painter);
+        Elevation::drawEdge(sheet, radius, theme, painter);
+    }
+};
 
 FloatingCard::FloatingCard(double cornerRadius, QWidget* parent)
     : QWidget(parent)
     , radius(cornerRadius)
 {
+    fade.setDuration(Theme::paletteFadeMilliseconds);
+    fade.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&fade, &QVariantAnimation::valueChanged, this,
+        [this](const QVariant& value) { setOpacity(value.toDouble()); });
+    connect(&fade, &QVariantAnimation::finished, this, [this] {
+        const bool shown = fade.endValue().toDouble() > 0;
+        setAttribute(Qt::WA_TransparentForMouseEvents, false);
+        setVisible(shown);
+        setOpacity(1);
+    });
 }
 
-FloatingCard::~FloatingCard() = default;
+FloatingCard::~FloatingCard() { delete shadow; }
+
+void FloatingCard::setShown(bool shown)
+{
+    const bool fading = fade.state() == QAbstractAnimation::Running;
+    if (shown == (fading ? fade.endValue().toDouble() > 0 : !isHidden()))
+        return;
+    const bool instantly = prefersReducedMotion() || !parentWidget() || !parentWidget()->isVisible();
+    const double from = fading ? fade.currentValue().toDouble() : shown ? 0 : 1;
+    fade.stop();
+    setAttribute(Qt::WA_TransparentForMouseEvents, !shown && !instantly);
+    if (instantly) {
+        setOpacity(1);
+        setVisible(shown);
+        return;
+    }
+    setOpacity(from);
+    setVisible(true);
+    fade.setStartValue(from);
+    fade.setEndValue(shown ? 1.0 : 0.0);
+    fade.start();
+}
+
+void FloatingCard::setOpacity(double opacity)
+{
+    if (opacity >= 1) {
+        setGraphicsEffect(nullptr); // deletes it
+        effect = nullptr;
+    } else if (!effect) {
+        effect = new QGraphicsOpacityEffect(this);
+        setGraphicsEffect(effect);
+    }
+    if (effect)
+        effect->setOpacity(opacity);
+    if (shadow) {
+        shadow->opacity = opacity;
+        shadow->update();
+    }
+}
+
+bool FloatingCard::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::ParentChange:
+        delete shadow;
+        [[fallthrough]];
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::ShowToParent:
+    case QEvent::HideToParent:
+    case QEvent::ZOrderChange:
+        placeShadow();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+void FloatingCard::placeShadow()
+{
+    if (!parentWidget())
+        return;
+    if (!shadow) {
+        if (isHidden())
+            return;
+        shadow = new ShadowWidget(parentWidget());
+        shadow->radius = radius;
+    }
+    const int margin = int(Theme::shadowMargin);
+    shadow->setGeometry(geometry().adjusted(-margin, -margin, margin, margin));
+    shadow->setVisible(!isHidden());
+    shadow->stackUnder(this);
+}
 
 void FloatingCard::paintEvent(QPaintEvent*)
 {
+    const auto& theme = Theme::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(Draw::roundedRect(rect(), radius), Theme::of(palette()).card);
+    painter.fillPath(Draw::roundedRect(rect(), radius), withAlpha(theme.card, sheetOpacity));
+    // The part of the edge that lies on the sheet; the rest belongs to the shadow beneath.
+    if (theme.dark)
+        Elevation::drawInnerEdge(QRectF(rect()), radius, theme, painter);
 }
 
 } // namespace pintalux

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "controls/Fade.h"
+
 #include <QPointer>
 #include <QWidget>
+
+class QGraphicsOpacityEffect;
 
 namespace pintalux {
 
@@ -16,11 +20,23 @@ public:
     FloatingCard(double radius, QWidget* parent);
     ~FloatingCard() override;
 
+    /// Shows or hides the sheet with a fade. While it fades out it no longer takes clicks.
+    void setShown(bool shown);
+
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    class ShadowWidget;
+
+    void placeShadow();
+    void setOpacity(double opacity);
+
     double radius;
+    QPointer<ShadowWidget> shadow;
+    QVariantAnimation fade;
+    QGraphicsOpacityEffect* effect = nullptr; ///< only while fading; the widget owns it
 };
 
 } // namespace pintalux

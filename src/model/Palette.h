@@ -25,6 +25,7 @@ struct Gradient {
 
 const QList<Swatch>& annotation();
 const QList<Gradient>& gradients();
+inline constexpr int gradientCount = 10;
 
 inline constexpr QColor brand{0x6E, 0x56, 0xF8};
 inline constexpr QColor brandLight{0xB9, 0xAC, 0xFF};

@@ -18,4 +18,11 @@ bool FakeHotKeys::grab(const HotKey& key)
     return true;
 }
 
+void FakeHotKeys::lose(const HotKey& key)
+{
+    taken.append(key);
+    if (grabbed.removeOne(key) && onLost)
+        onLost(key);
+}
+
 } // namespace pintalux

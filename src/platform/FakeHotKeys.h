@@ -16,6 +16,9 @@ public:
     /// A person presses the key. True when it was grabbed and its press was told.
     bool press(const HotKey& key) const;
 
+    /// The keyboard changed and another program has the key since then.
+    void lose(const HotKey& key);
+
     bool isSupported() const override { return supported; }
     bool grab(const HotKey& key) override;
     void ungrabAll() override { grabbed.clear(); }

@@ -155,6 +155,30 @@ Error fileError(int systemError, const QString& path)
     return {Error::fileDomain, row.code, row.sentence.toString().arg(QDir::toNativeSeparators(path))};
 }
 
+int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes)
+{
+    // Non-blocking, so that a pipe under this name cannot hold the program.
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0)
+        return errno;
+    QFile file;
+    if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return EIO;
+    }
+    struct stat found { };
+    if (::fstat(descriptor, &found) != 0)
+        return errno;
+    if (!S_ISREG(found.st_mode))
+        return S_ISDIR(found.st_mode) ? EISDIR : EINVAL;
+    if (found.st_size > mostBytes)
+        return EFBIG;
+    bytes = file.read(mostBytes + 1);
+    if (file.error() != QFileDevice::NoError)
+        return EIO;
+    return bytes.size() > mostBytes ? EFBIG : 0;
+}
+
 void makeFolders(const QString& path, Audience audience)
 {
     const auto cleaned = QDir::cleanPath(path);

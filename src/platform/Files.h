@@ -14,6 +14,10 @@ enum class Audience { everyone, onlyOwner };
 /// The code is the toolkit's file error (`QFileDevice::FileError`).
 Error fileError(int systemError, const QString& path);
 
+/// Reads a whole file of at most `mostBytes` into `bytes`. 0, or the errno: EFBIG when the file is larger,
+/// EISDIR for a folder, EINVAL for what is no file at all. Never waits for a pipe or a device.
+int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes);
+
 /// Creates the folder and those above it that are missing; what exists keeps its mode. Throws `Error`.
 void makeFolders(const QString& path, Audience audience = Audience::everyone);
 

@@ -31,6 +31,8 @@ public:
 
     /// Called for each press of a grabbed key, once however long it is held, whatever locks are on.
     std::function<void(const HotKey&)> onPress;
+    /// Called when a grabbed key went to another program, after the keyboard changed.
+    std::function<void(const HotKey&)> onLost;
 };
 
 /// The back end for the display system that runs; one that supports nothing where there is none.

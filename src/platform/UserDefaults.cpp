@@ -40,25 +40,16 @@ struct Stored {
 Stored readStored(const QString& path)
 {
     using State = Stored::State;
-    // Non-blocking, so that a pipe under this name cannot hold the program.
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0 && (errno == ENOENT || errno == ENOTDIR))
+    QByteArray bytes;
+    const int failure = readFile(path, largestFile, bytes);
+    if (failure == ENOENT || failure == ENOTDIR)
         return {State::missing};
-    if (descriptor < 0)
-        return {State::unreadable, {}, errno};
-    QFile file;
-    if (!file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        return {State::unreadable, {}, EIO};
-    }
-    struct stat found { };
-    if (::fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode))
-        return {State::unreadable, {}, S_ISDIR(found.st_mode) ? EISDIR : EINVAL};
-    const auto bytes = file.read(largestFile + 1);
-    if (file.error() != QFileDevice::NoError)
-        return {State::unreadable, {}, EIO};
+    if (failure == EFBIG)
+        return {State::damaged};
+    if (failure != 0)
+        return {State::unreadable, {}, failure};
     const auto document = QJsonDocument::fromJson(bytes);
-    if (bytes.size() > largestFile || !document.isObject())
+    if (!document.isObject())
         return {State::damaged};
     return {State::good, document.object()};
 }

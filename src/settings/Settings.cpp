@@ -2,8 +2,10 @@
 
 #include "model/Color.h"
 #include "platform/UserDefaults.h"
+#include "settings/SettingsFile.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QStandardPaths>
 
@@ -27,44 +29,37 @@ constexpr bool isTableOrdered()
 }
 static_assert(isTableOrdered(), "a setting's row is found by its ordinal");
 
-// How a value of each type is stored, and read again; none for what cannot be read.
+// How a value of each type is read; what cannot be read leaves the value as it is.
 
-QJsonValue stored(bool value) { return value; }
-QJsonValue stored(int value) { return value; }
-QJsonValue stored(double value) { return value; }
-QJsonValue stored(const QString& value) { return value; }
-QJsonValue stored(const QColor& value) { return hexString(value); }
-template <StringEnum E> QJsonValue stored(E value) { return rawValue(value); }
-
-void read(const UserDefaults& store, const QString& key, bool& value)
+void fetch(const UserDefaults& store, const QString& key, bool& value)
 {
     value = store.boolean(key).value_or(value);
 }
 
 /// A number beyond the range is still no index of anything: it stays the nearest one.
-void read(const UserDefaults& store, const QString& key, int& value)
+void fetch(const UserDefaults& store, const QString& key, int& value)
 {
     using Limits = std::numeric_limits<int>;
     value = int(std::clamp<qint64>(store.integer(key).value_or(value), Limits::min(), Limits::max()));
 }
 
-void read(const UserDefaults& store, const QString& key, double& value)
+void fetch(const UserDefaults& store, const QString& key, double& value)
 {
     value = store.real(key).value_or(value);
 }
 
-void read(const UserDefaults& store, const QString& key, QString& value)
+void fetch(const UserDefaults& store, const QString& key, QString& value)
 {
     if (const auto text = store.string(key); text && !text->isEmpty())
         value = *text;
 }
 
-void read(const UserDefaults& store, const QString& key, QColor& value)
+void fetch(const UserDefaults& store, const QString& key, QColor& value)
 {
     value = colorFromHex(store.string(key).value_or(QString())).value_or(value);
 }
 
-template <StringEnum E> void read(const UserDefaults& store, const QString& key, E& value)
+template <StringEnum E> void fetch(const UserDefaults& store, const QString& key, E& value)
 {
     value = fromRawValue<E>(store.string(key).value_or(QString())).value_or(value);
 }
@@ -96,7 +91,7 @@ Settings::Settings(UserDefaults& defaults)
 {
     copySiblingSettings();
     for (const auto& row : settingTable)
-        std::visit([&](auto field) { read(store, row.key.toString(), current.*field); }, row.field);
+        std::visit([&](auto field) { fetch(store, row.key.toString(), current.*field); }, row.field);
 }
 
 void Settings::setStrokeWidth(double width)
@@ -104,6 +99,43 @@ void Settings::setStrokeWidth(double width)
     if (std::isfinite(width))
         set(Setting::strokeWidth, width);
 }
+
+Settings::Snapshot Settings::snapshot() const { return Snapshot(current); }
+
+void Settings::apply(const Snapshot& snapshot)
+{
+    const auto next = snapshot.applied(current);
+    const bool presetStays = next.shortcutPreset == current.shortcutPreset;
+    const auto isSet
+        = [=](const SettingRow& row) { return row.value != Setting::shortcutPreset || !presetStays; };
+    QJsonObject changes;
+    for (const auto& row : settingTable)
+        if (isSet(row))
+            changes.insert(row.key.toString(), settingAsJson(next, row));
+    current = next;
+    store.set(changes);
+    for (const auto& row : settingTable)
+        if (isSet(row))
+            Q_EMIT changed(row.value);
+}
+
+void Settings::write(const QString& path) const { snapshot().write(path, Audience::everyone); }
+
+void Settings::read(const QString& path) { apply(Snapshot::read(path)); }
+
+QString Settings::savedCopyPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + u"/pintalux/Configuración guardada.json"_qs;
+}
+
+bool Settings::hasSavedCopy() { return QFileInfo(savedCopyPath()).isFile(); }
+
+void Settings::saveCopy() const { snapshot().write(savedCopyPath(), Audience::onlyOwner); }
+
+void Settings::restoreSavedCopy() { read(savedCopyPath()); }
+
+void Settings::resetToFactory() { apply(Snapshot::factory()); }
 
 bool Settings::hasLaunchedBefore() const { return store.boolean(launchedKey).value_or(false); }
 
@@ -113,7 +145,7 @@ template <typename T> void Settings::set(Setting setting, const T& value)
 {
     const auto& row = settingTable[static_cast<std::size_t>(setting)];
     current.*std::get<T SettingsValues::*>(row.field) = value;
-    store.set(row.key.toString(), stored(value));
+    store.set(row.key.toString(), settingAsJson(current, row));
     Q_EMIT changed(setting);
 }
 

@@ -67,14 +67,14 @@ struct SettingsValues {
     bool operator==(const SettingsValues&) const = default;
 };
 
-/// The names of the settings, in the order in which they are read.
+/// The names of the settings, in the order in which they are read, applied and announced.
 enum class Setting {
     autoCopy,
     autoSave,
     playSound,
-    saveFolder,
-    shortcutPreset,
     afterCapture,
+    shortcutPreset,
+    saveFolder,
     lastColor,
     strokeWidth,
     arrowStyle,
@@ -97,17 +97,19 @@ struct SettingRow {
     QStringView key;     ///< in the store
     QStringView fileKey; ///< in a settings file
     SettingField field;
+    double least = 0; ///< what a number from a settings file is limited to
+    double most = 0;
 };
 
 inline constexpr std::array<SettingRow, 15> settingTable{{
     {Setting::autoCopy, u"autoCopy", u"autoCopy", &SettingsValues::autoCopy},
     {Setting::autoSave, u"autoSave", u"autoSave", &SettingsValues::autoSave},
     {Setting::playSound, u"playSound", u"playSound", &SettingsValues::playSound},
-    {Setting::saveFolder, u"saveFolder", u"saveFolder", &SettingsValues::saveFolder},
-    {Setting::shortcutPreset, u"shortcutPreset", u"shortcutPreset", &SettingsValues::shortcutPreset},
     {Setting::afterCapture, u"afterCapture", u"afterCapture", &SettingsValues::afterCapture},
+    {Setting::shortcutPreset, u"shortcutPreset", u"shortcutPreset", &SettingsValues::shortcutPreset},
+    {Setting::saveFolder, u"saveFolder", u"saveFolder", &SettingsValues::saveFolder},
     {Setting::lastColor, u"lastColor", u"color", &SettingsValues::lastColor},
-    {Setting::strokeWidth, u"strokeWidth", u"strokeWidth", &SettingsValues::strokeWidth},
+    {Setting::strokeWidth, u"strokeWidth", u"strokeWidth", &SettingsValues::strokeWidth, 1, 20},
     {Setting::arrowStyle, u"arrowStyle", u"arrowStyle", &SettingsValues::arrowStyle},
     {Setting::handwritten, u"handwritten", u"handwritten", &SettingsValues::handwritten},
     {Setting::calloutText, u"calloutText", u"calloutText", &SettingsValues::calloutText},
@@ -115,7 +117,8 @@ inline constexpr std::array<SettingRow, 15> settingTable{{
     {Setting::toolbarHidden, u"toolbarHidden", u"toolbarHidden", &SettingsValues::toolbarHidden},
     {Setting::beautifyByDefault, u"beautifyByDefault", u"beautifyByDefault",
         &SettingsValues::beautifyByDefault},
-    {Setting::lastGradient, u"lastGradient", u"gradient", &SettingsValues::lastGradient},
+    {Setting::lastGradient, u"lastGradient", u"gradient", &SettingsValues::lastGradient, -1,
+        Palette::gradientCount - 1},
 }};
 
 /// The person's preferences.
@@ -176,6 +179,29 @@ public:
     void setToolbarHidden(bool hidden) { set(Setting::toolbarHidden, hidden); }
     void setBeautifyByDefault(bool on) { set(Setting::beautifyByDefault, on); }
     void setLastGradient(int index) { set(Setting::lastGradient, index); }
+
+    /// All settings as a settings file holds them; settings/SettingsFile.h.
+    struct Snapshot;
+    Snapshot snapshot() const;
+    /// Takes every value over, stores them in one step and announces each. What names nothing becomes the
+    /// factory's value and a number out of range the nearest one; the shortcuts stay when theirs names no
+    /// preset, and are not announced when they stay. Never fails.
+    void apply(const Snapshot& snapshot);
+
+    /// Writes the settings to a file, with the folders above it that are missing. Throws `Error`.
+    void write(const QString& path) const;
+    /// Takes the settings of a file over. All or nothing: throws `Error`, and no setting has changed.
+    void read(const QString& path);
+
+    /// The person's restore point, beside the program's other data.
+    static QString savedCopyPath();
+    static bool hasSavedCopy();
+    /// Throws like `write`.
+    void saveCopy() const;
+    /// Throws like `read`.
+    void restoreSavedCopy();
+    /// The values that the program ships with. The saved copy stays.
+    void resetToFactory();
 
     /// Whether the program has been started before. Goes to the store each time and is not announced.
     bool hasLaunchedBefore() const;

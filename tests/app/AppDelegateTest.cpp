@@ -74,6 +74,12 @@ TEST_F(AppDelegateTest, AKeyOfAnotherProgramFailsAloneAndIsRemembered)
     delegate.registerShortcuts();
     EXPECT_EQ(delegate.failedShortcuts(), QSet{CaptureAction::fullScreen});
     EXPECT_EQ(keyboard->grabbed.size(), 4);
+
+    keyboard->lose(keyOf(CaptureAction::color));
+    EXPECT_EQ(delegate.failedShortcuts(), (QSet{CaptureAction::fullScreen, CaptureAction::color}));
+    keyboard->taken.clear();
+    delegate.registerShortcuts();
+    EXPECT_TRUE(delegate.failedShortcuts().isEmpty());
 }
 
 TEST_F(AppDelegateTest, AnotherPresetTakesEffectAtOnceAndLetsTheOldKeysGo)

@@ -53,9 +53,9 @@ void setAll(Settings& settings, const SettingsValues& values)
     settings.setAutoCopy(values.autoCopy);
     settings.setAutoSave(values.autoSave);
     settings.setPlaySound(values.playSound);
-    settings.setSaveFolder(values.saveFolder);
-    settings.setShortcutPreset(values.shortcutPreset);
     settings.setAfterCapture(values.afterCapture);
+    settings.setShortcutPreset(values.shortcutPreset);
+    settings.setSaveFolder(values.saveFolder);
     settings.setLastColor(values.lastColor);
     settings.setStrokeWidth(values.strokeWidth);
     settings.setArrowStyle(values.arrowStyle);

@@ -166,8 +166,16 @@ void X11HotKeys::keyboardChanged()
     for (const auto& key : grabbed)
         ungrab(connection, key);
     map = now;
-    // A key that somebody else took meanwhile is lost.
-    grabbed.removeIf([&](const HotKey& key) { return !grabInAllLockStates(connection, key); });
+    QList<HotKey> lost; // somebody else took it meanwhile
+    grabbed.removeIf([&](const HotKey& key) {
+        const bool gone = !grabInAllLockStates(connection, key);
+        if (gone)
+            lost.append(key);
+        return gone;
+    });
+    for (const auto& key : lost)
+        if (onLost)
+            onLost(key);
 }
 
 } // namespace pintalux

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "controls/Fade.h"
+
+#include <QAbstractButton>
+#include <QIcon>
+
+#include <functional>
+
+namespace pintalux {
+
+/// A button that shows the chosen one of several things and opens the list of them.
+class PopUpButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    /// Paints the small picture of a choice into a rectangle; `ink` is the colour for drawings of one colour.
+    using Preview = std::function<void(QPainter& painter, const QRectF& rect, const QColor& ink)>;
+
+    struct Choice {
+        QString title;
+        Preview preview{}; ///< none: the text alone
+    };
+
+    /// `name` is what assistive technology calls it; it adds the chosen title.
+    explicit PopUpButton(const QString& name, QWidget* parent = nullptr);
+
+    /// `previewSize` in points, the same for all choices.
+    void setChoices(const QList<Choice>& choices, QSize previewSize = {});
+    int count() const { return int(choices.size()); }
+
+    /// −1 shows nothing. Setting it announces nothing.
+    int currentIndex() const { return current; }
+    void setCurrentIndex(int index);
+    QString currentTitle() const;
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// A person chose it from the list, also when it was chosen already.
+    void chosen(int index);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void openList();
+
+    QString name;
+    QList<Choice> choices;
+    QSize previewSize;
+    int current = -1;
+    HoverFade hover;
+};
+
+} // namespace pintalux

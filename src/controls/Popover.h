@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QPointer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+namespace pintalux {
+
+/// A sheet that opens beside a button, until Escape, a click outside or another one on the button.
+class Popover : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `content` becomes a child and is shown as large as its size hint.
+    explicit Popover(QWidget* content, QWidget* parent = nullptr);
+
+    /// Opens centred under `button`, above it where there is no room. The button stays pressed while it is
+    /// open. When it was opened by keyboard, the first control of the content gets the focus.
+    void popUp(QWidget* button);
+
+    /// Where a sheet of that size goes, in the same space as the rectangles: `visible` is the part of the
+    /// screen that it may not leave.
+    static QRect place(QSize sheet, const QRect& button, const QRect& visible);
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    int margin() const;
+    QRect sheet() const;
+    void reposition();
+    void slideIn();
+    void leaveFadingPicture();
+
+    QWidget* content;
+    bool translucent;
+    QPointer<QWidget> opener;
+    QPoint home; ///< of the window once it has slid in
+    QVariantAnimation animation;
+};
+
+} // namespace pintalux

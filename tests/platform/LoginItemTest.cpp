@@ -1,0 +1,111 @@
+#include "platform/LoginItem.h"
+
+#include "Stage.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QThread>
+
+using namespace pintalux;
+
+namespace {
+
+/// A configuration folder of its own and a program in a folder with an unusual name, which tells that it ran.
+class LoginItemTest : public testing::Test {
+protected:
+    LoginItemTest()
+        : previous(qgetenv("XDG_CONFIG_HOME"))
+    {
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(root.filePath(u"config"_qs)));
+        QDir(root.path()).mkpath(programFolder);
+        program = root.filePath(programFolder + u"/pintalux"_qs);
+        stage::put(program, "#!/bin/sh\nprintf %s \"$# $0\" > \"${0%/*}/ran\"\n");
+        QFile(program).setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
+        item = LoginItem::create(program);
+    }
+    ~LoginItemTest() override
+    {
+        previous.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", previous);
+    }
+
+    const QString programFolder = u"a b \"c\" $HOME `d` \\e 'g' ñ\tz"_qs;
+    QTemporaryDir root;
+    QByteArray previous;
+    QString entry = root.filePath(u"config/autostart/pintalux.desktop"_qs);
+    QString program;
+    std::unique_ptr<LoginItem> item;
+};
+
+} // namespace
+
+TEST_F(LoginItemTest, IsOnAfterItWasTurnedOnAndLeavesNothingWhenTurnedOff)
+{
+    EXPECT_FALSE(item->isEnabled());
+    item->setEnabled(false);
+    EXPECT_FALSE(QFile::exists(entry));
+    item->setEnabled(true);
+    item->setEnabled(true);
+    EXPECT_TRUE(item->isEnabled());
+    item->setEnabled(false);
+    EXPECT_FALSE(item->isEnabled());
+    EXPECT_TRUE(QDir(root.filePath(u"config/autostart"_qs))
+                    .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+TEST_F(LoginItemTest, TheDesktopStartsThisVeryProgramWhateverItsPathIsMadeOf)
+{
+    item->setEnabled(true);
+    ASSERT_EQ(QProcess::execute(u"gio"_qs, {u"launch"_qs, entry}), 0);
+    const auto ran = root.filePath(programFolder + u"/ran"_qs);
+    for (int i = 0; i < 200 && QFileInfo(ran).size() == 0; ++i)
+        QThread::msleep(10);
+    EXPECT_EQ(stage::contents(ran), "0 " + QFile::encodeName(program));
+
+    LoginItem::create(u"/tmp/50%f/p"_qs)->setEnabled(true);
+    EXPECT_TRUE(stage::contents(entry).contains("Exec=\"/tmp/50%%f/p\"\n")) << "no field code";
+}
+
+TEST_F(LoginItemTest, WhatTheSessionWouldNotStartCountsAsOff)
+{
+    struct Row {
+        const char* text;
+        bool isOn;
+    };
+    for (const auto& row : {
+             Row{"[Desktop Entry]\nType=Application\nExec=/bin/true\n", true},
+             Row{"# x\n\n[Desktop Entry]\r\n Exec = /bin/true \r\nHidden=false\r\n", true},
+             Row{"[Desktop Entry]\nExec=/bin/true\nHidden=true\n", false},
+             Row{"[Desktop Entry]\nExec=/bin/true\n#Hidden=true\n[Desktop Action x]\nHidden=true\n", true},
+             Row{"[Desktop Entry]\nExec=/bin/true\nX-GNOME-Autostart-enabled=false\n", false},
+             Row{"[Desktop Entry]\nExec=/bin/true\nTryExec=/no/longer/there\n", false},
+             Row{"[Desktop Entry]\nExec=/bin/true\nTryExec=sh\n", true},
+             Row{"[Desktop Entry]\nHidden=false\n", false},
+             Row{"Exec=/bin/true\n", false},
+             Row{"", false},
+             Row{"\xFF\xFE\x01[Desktop", false},
+         }) {
+        QDir().mkpath(QFileInfo(entry).path());
+        stage::put(entry, row.text);
+        EXPECT_EQ(item->isEnabled(), row.isOn) << row.text;
+    }
+    item->setEnabled(true);
+    EXPECT_TRUE(item->isEnabled()) << "an entry that was off is taken over";
+    QFile::remove(program);
+    EXPECT_FALSE(item->isEnabled()) << "the program has moved";
+}
+
+TEST_F(LoginItemTest, AFailureIsToldAndTheStateStaysTrue)
+{
+    QDir().mkpath(root.filePath(u"config"_qs));
+    stage::put(root.filePath(u"config/autostart"_qs), "in the way");
+    try {
+        item->setEnabled(true);
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const Error& error) {
+        EXPECT_TRUE(error.localizedDescription.contains(u"no es una carpeta"))
+            << error.localizedDescription.toStdString();
+    }
+    EXPECT_FALSE(item->isEnabled());
+    EXPECT_EQ(stage::contents(root.filePath(u"config/autostart"_qs)), "in the way");
+}

@@ -1,0 +1,352 @@
+#include "settings/SettingsFile.h"
+
+#include "Stage.h"
+#include "app/HUD.h"
+#include "platform/UserDefaults.h"
+#include "settings/SettingsFileActions.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMessageBox>
+#include <QProcess>
+
+using namespace pintalux;
+
+namespace {
+
+/// A home of its own, with settings of which none has the factory's value.
+class SettingsFileTest : public testing::Test {
+protected:
+    SettingsFileTest()
+    {
+        qputenv("HOME", QFile::encodeName(home.path()));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_qs)));
+        settings.setAutoCopy(false);
+        settings.setAutoSave(true);
+        settings.setPlaySound(true);
+        settings.setAfterCapture(AfterCapture::thumbnail);
+        settings.setShortcutPreset(ShortcutPreset::commandShift);
+        settings.setSaveFolder(u"/tmp/ñ \"a\"\\/b"_qs);
+        settings.setLastColor(QColor(0x12, 0xAB, 0xEF));
+        settings.setStrokeWidth(7.5);
+        settings.setArrowStyle(ArrowStyle::double_);
+        settings.setHandwritten(false);
+        settings.setCalloutText(false);
+        settings.setPaletteEdge(PaletteEdge::right);
+        settings.setToolbarHidden(true);
+        settings.setBeautifyByDefault(true);
+        settings.setLastGradient(-1);
+        QObject::connect(&settings, &Settings::changed, [this](Setting setting) { announced << setting; });
+    }
+    ~SettingsFileTest() override
+    {
+        qputenv("HOME", previousHome);
+        qunsetenv("XDG_DATA_HOME");
+        HUD::dismiss();
+    }
+
+    /// The fields of a file with these settings.
+    QJsonObject fields() const { return QJsonDocument::fromJson(settings.snapshot().encoded()).object(); }
+
+    QByteArray with(const QString& name, const QJsonValue& value) const
+    {
+        auto changed = fields();
+        changed.insert(name, value);
+        return QJsonDocument(changed).toJson();
+    }
+
+    void read(const QByteArray& json)
+    {
+        stage::put(file, json);
+        settings.read(file);
+    }
+
+    QByteArray previousHome = qgetenv("HOME");
+    QTemporaryDir home;
+    QString file = home.filePath(u"ajustes.json"_qs);
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
+    QList<Setting> announced;
+};
+
+} // namespace
+
+TEST_F(SettingsFileTest, EverySettingTravelsToAnotherAccount)
+{
+    const auto path = home.filePath(u"carpeta/nueva/Configuración de Pintalux.json"_qs);
+    settings.write(path);
+    auto otherStore = UserDefaults::inMemory();
+    Settings other(otherStore);
+    for (const auto& row : settingTable)
+        EXPECT_NE(other.snapshot()[row.value], settings.snapshot()[row.value])
+            << row.key.toString().toStdString() << " would be no proof";
+    other.read(path);
+    EXPECT_EQ(other.values(), settings.values());
+    EXPECT_EQ(Settings(otherStore).values(), settings.values()) << "it has not reached the store";
+    EXPECT_EQ(QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+}
+
+TEST_F(SettingsFileTest, TheFileHasSortedNamesAndEscapedSlashesAndAnotherReaderUnderstandsIt)
+{
+    settings.write(file);
+    QProcess reader;
+    reader.start(u"python3"_qs,
+        {u"-c"_qs,
+            u"import json,sys; d = json.load(open(sys.argv[1], encoding='utf-8'));"
+            "print(' '.join(d), d['saveFolder'], d['strokeWidth'], d['color'], d['app'], d['version'])"_qs,
+            file});
+    ASSERT_TRUE(reader.waitForFinished());
+    EXPECT_EQ(QString::fromUtf8(reader.readAllStandardOutput()),
+        u"afterCapture app arrowStyle autoCopy autoSave beautifyByDefault calloutText color gradient "
+        "handwritten paletteEdge playSound saveFolder shortcutPreset strokeWidth toolbarHidden version "
+        "/tmp/ñ \"a\"\\/b 7.5 #12ABEF Pintalux 1\n"_qs);
+    const auto text = stage::contents(file);
+    EXPECT_TRUE(text.contains("\"\\/tmp\\/ñ \\\"a\\\"\\\\\\/b\"")) << text.toStdString();
+    EXPECT_TRUE(text.startsWith("{\n    \"afterCapture\""));
+}
+
+TEST_F(SettingsFileTest, ValuesThatMeanNothingAreReplaced)
+{
+    struct Row {
+        const char* name;
+        QJsonValue value;
+        Setting setting;
+        QJsonValue becomes;
+    };
+    const auto inHome = [this](const char* rest) { return home.path() + QString::fromUtf8(rest); };
+    for (const auto& row : std::initializer_list<Row>{
+             {"strokeWidth", 0.5, Setting::strokeWidth, 1},
+             {"strokeWidth", 35, Setting::strokeWidth, 20},
+             {"strokeWidth", -1e300, Setting::strokeWidth, 1},
+             {"gradient", -5, Setting::lastGradient, -1},
+             {"gradient", 99, Setting::lastGradient, int(Palette::gradients().size()) - 1},
+             {"gradient", qint64(1) << 60, Setting::lastGradient, int(Palette::gradients().size()) - 1},
+             {"afterCapture", u"thumb"_qs, Setting::afterCapture, u"editor"_qs},
+             {"arrowStyle", u""_qs, Setting::arrowStyle, u"sketch"_qs},
+             {"paletteEdge", u"Top"_qs, Setting::paletteEdge, u"bottom"_qs},
+             {"color", u"rojo"_qs, Setting::lastColor, u"#FF0000"_qs},
+             {"color", u" 00ff00 "_qs, Setting::lastColor, u"#00FF00"_qs},
+             {"shortcutPreset", u"none"_qs, Setting::shortcutPreset, u"commandShift"_qs},
+             {"saveFolder", u"~/Capturas"_qs, Setting::saveFolder, inHome("/Capturas")},
+             {"saveFolder", u"~"_qs, Setting::saveFolder, inHome("")},
+             {"saveFolder", u"Capturas/./"_qs, Setting::saveFolder, inHome("/Capturas")},
+             {"saveFolder", u"/a/~/b"_qs, Setting::saveFolder, u"/a/~/b"_qs},
+             {"saveFolder", u""_qs, Setting::saveFolder, Settings::defaultFolder()},
+             {"saveFolder", u"/a\0b"_qs, Setting::saveFolder, Settings::defaultFolder()},
+             {"version", 7, Setting::autoCopy, false},
+             {"somethingNew", QJsonArray{1}, Setting::autoCopy, false},
+         }) {
+        read(with(QString::fromUtf8(row.name), row.value));
+        EXPECT_EQ(settings.snapshot()[row.setting], row.becomes)
+            << row.name << " " << QJsonDocument({row.value}).toJson().toStdString();
+    }
+}
+
+TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
+{
+    const auto good = settings.snapshot().encoded();
+    auto incomplete = fields();
+    incomplete.remove(u"gradient"_qs);
+    const auto twice
+        = [&](const QByteArray& field) { return QByteArray(good).replace("{\n", "{" + field + ","); };
+    struct Row {
+        QByteArray json;
+        const char* sentence;
+    };
+    const auto foreign = "El archivo no es una configuración de Pintalux.";
+    for (const auto& row : std::initializer_list<Row>{
+             {with(u"app"_qs, u"Otro"_qs), foreign},
+             {with(u"app"_qs, u"pintalux"_qs), foreign},
+             {"{}", foreign},
+             {"[1, 2]", foreign},
+             {"", "El archivo está vacío."},
+             {" \n", "El archivo está vacío."},
+             {"{\n\"app\": \"Pintalux\",\n x}", "El archivo no es JSON válido (línea 3)."},
+             {good.chopped(3), "El archivo no es JSON válido (línea 18)."},
+             {good + "1", "El archivo no es JSON válido (línea 20)."},
+             {QByteArray(100'000, '['), "El archivo no es JSON válido (línea 1)."},
+             {QByteArray("\x89PNG\r\n\x1A\n\0\0", 10), "El archivo no es JSON válido (línea 1)."},
+             {QByteArray(good).replace("\xC3\xB1", "\xC3"), "El archivo no es JSON válido (línea 14)."},
+             {QByteArray(2 << 20, ' '),
+                 "El archivo es demasiado grande para ser una configuración de Pintalux."},
+             {QJsonDocument(incomplete).toJson(), "Al archivo le falta «gradient»."},
+             {with(u"app"_qs, 1), "En el archivo, «app» debe ser un texto."},
+             {with(u"version"_qs, u"1"_qs), "En el archivo, «version» debe ser un número entero."},
+             {with(u"autoCopy"_qs, 1), "En el archivo, «autoCopy» debe ser true o false."},
+             {with(u"color"_qs, QJsonArray{}), "En el archivo, «color» debe ser un texto."},
+             {with(u"color"_qs, QJsonValue::Null), "En el archivo, «color» debe ser un texto."},
+             {with(u"paletteEdge"_qs, 2), "En el archivo, «paletteEdge» debe ser un texto."},
+             {with(u"strokeWidth"_qs, true), "En el archivo, «strokeWidth» debe ser un número."},
+             {with(u"gradient"_qs, 1.5), "En el archivo, «gradient» debe ser un número entero."},
+             {with(u"gradient"_qs, 1e40), "En el archivo, «gradient» debe ser un número entero."},
+             {QByteArray(good).replace("7.5", "1e999"), "El archivo no es JSON válido (línea 16)."},
+             {twice("\"autoCopy\": true"), "El archivo contiene «autoCopy» dos veces."},
+             {twice("\"\\u0061pp\" :\"x\""), "El archivo contiene «app» dos veces."},
+             {twice("\"a\\\"{\": [{\"a\": 1, \"a\": \"b\\\\\"}], \"a\\\"{\"\n:0"),
+                 "El archivo contiene «a\"{» dos veces."},
+         }) {
+        try {
+            read(row.json);
+            ADD_FAILURE() << "accepted: " << row.json.left(200).toStdString();
+        } catch (const Error& error) {
+            EXPECT_EQ(error.localizedDescription.toStdString(), row.sentence);
+            EXPECT_EQ(error.code == 2, row.sentence == foreign) << row.sentence;
+        }
+    }
+    EXPECT_THROW(settings.read(home.filePath(u"no.json"_qs)), Error);
+    EXPECT_THROW(settings.read(home.path()), Error);
+    EXPECT_THROW(settings.read(u"/dev/zero"_qs), Error);
+    EXPECT_EQ(settings.snapshot().encoded(), good);
+    EXPECT_TRUE(announced.isEmpty());
+    read("\xEF\xBB\xBF" + QByteArray(good).replace("\\/", "/").replace("Pintalux", "Pintalu\\u0078"));
+    EXPECT_EQ(settings.snapshot().encoded(), good) << "either form of a character is the same file";
+}
+
+TEST_F(SettingsFileTest, AnImportIsOneWriteAndAnnouncesEachSettingButShortcutsThatStay)
+{
+    settings.write(file);
+    announced.clear();
+    settings.read(file);
+    QList<Setting> all;
+    for (const auto& row : settingTable)
+        all << row.value;
+    auto withoutShortcuts = all;
+    withoutShortcuts.removeOne(Setting::shortcutPreset);
+    EXPECT_EQ(announced, withoutShortcuts);
+
+    announced.clear();
+    const auto connection = QObject::connect(&settings, &Settings::changed, [&] {
+        EXPECT_EQ(settings.values(), SettingsValues()) << "announced half applied";
+        EXPECT_EQ(Settings(store).values(), SettingsValues()) << "announced before it was stored";
+    });
+    settings.resetToFactory();
+    EXPECT_EQ(announced, all);
+    QObject::disconnect(connection);
+}
+
+TEST_F(SettingsFileTest, TheSavedCopyIsPrivateAndOutlivesAReset)
+{
+    const auto values = settings.values();
+    EXPECT_FALSE(Settings::hasSavedCopy());
+    EXPECT_THROW(settings.restoreSavedCopy(), Error);
+    settings.saveCopy();
+    EXPECT_TRUE(Settings::hasSavedCopy());
+    EXPECT_EQ(stage::modeOf(Settings::savedCopyPath()), 0600u);
+    settings.resetToFactory();
+    EXPECT_EQ(settings.values(), SettingsValues());
+    EXPECT_TRUE(Settings::hasSavedCopy());
+    settings.restoreSavedCopy();
+    EXPECT_EQ(settings.values(), values);
+}
+
+namespace {
+
+class SettingsFileActionsTest : public SettingsFileTest {
+protected:
+    SettingsFileActionsTest() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+
+    template <typename Panel> QList<Panel*> panels()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return window.findChildren<Panel*>(Qt::FindDirectChildrenOnly);
+    }
+
+    void choose(const QString& path)
+    {
+        const auto open = panels<QFileDialog>();
+        ASSERT_EQ(open.size(), 1);
+        EXPECT_EQ(open[0]->nameFilters(), QStringList{u"Archivos JSON (*.json)"_qs});
+        open[0]->selectFile(path);
+        static_cast<QDialog*>(open[0])->accept();
+    }
+
+    void press(const QString& button)
+    {
+        const auto open = panels<QMessageBox>();
+        ASSERT_EQ(open.size(), 1);
+        for (auto* candidate : open[0]->buttons())
+            if (candidate->text() == button)
+                return candidate->click();
+        ADD_FAILURE() << "no such button";
+    }
+
+    void expectMessage(const QString& text)
+    {
+        EXPECT_EQ(HUD::currentMessage().value_or(QString()).toStdString(), text.toStdString());
+        HUD::dismiss();
+    }
+
+    QWidget window;
+    SettingsFileActions actions{settings, &window};
+};
+
+} // namespace
+
+TEST_F(SettingsFileActionsTest, ACopyIsKeptAndRestoredAndAFailureIsTold)
+{
+    int saved = 0;
+    QObject::connect(&actions, &SettingsFileActions::copySaved, [&] { ++saved; });
+    actions.restoreSavedCopy();
+    expectMessage(u"No se pudo restaurar: «%1» no existe."_qs.arg(Settings::savedCopyPath()));
+    stage::put(home.filePath(u"data"_qs), "in the way");
+    actions.saveCopy();
+    expectMessage(u"No se pudo guardar: «%1» no es una carpeta."_qs.arg(home.filePath(u"data"_qs)));
+    EXPECT_EQ(saved, 0);
+    QFile::remove(home.filePath(u"data"_qs));
+    actions.saveCopy();
+    expectMessage(u"Configuración guardada"_qs);
+    EXPECT_EQ(saved, 1);
+    settings.setStrokeWidth(3);
+    actions.restoreSavedCopy();
+    expectMessage(u"Configuración guardada restaurada"_qs);
+    EXPECT_EQ(settings.strokeWidth(), 7.5);
+}
+
+TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothing)
+{
+    actions.exportSettings();
+    actions.importSettings();
+    ASSERT_EQ(panels<QFileDialog>().size(), 1) << "one panel at a time";
+    EXPECT_EQ(QFileInfo(panels<QFileDialog>()[0]->selectedFiles().value(0)).fileName(),
+        u"Configuración de Pintalux.json");
+    choose(home.filePath(u"mía"_qs));
+    expectMessage(u"Configuración exportada"_qs);
+    EXPECT_EQ(stage::contents(home.filePath(u"mía.json"_qs)), settings.snapshot().encoded());
+
+    actions.importSettings();
+    panels<QFileDialog>()[0]->reject();
+    actions.exportSettings();
+    panels<QFileDialog>()[0]->reject();
+    EXPECT_EQ(HUD::currentMessage(), std::nullopt);
+
+    stage::put(file, with(u"app"_qs, u"Otro"_qs));
+    actions.importSettings();
+    choose(file);
+    expectMessage(u"No se pudo importar: El archivo no es una configuración de Pintalux."_qs);
+    stage::put(file, with(u"strokeWidth"_qs, 9));
+    actions.importSettings();
+    EXPECT_EQ(panels<QFileDialog>()[0]->labelText(QFileDialog::Accept), u"Importar");
+    choose(file);
+    expectMessage(u"Configuración importada"_qs);
+    EXPECT_EQ(settings.strokeWidth(), 9);
+}
+
+TEST_F(SettingsFileActionsTest, AResetAsksFirst)
+{
+    const auto before = settings.values();
+    actions.reset();
+    ASSERT_EQ(panels<QMessageBox>().size(), 1);
+    EXPECT_EQ(panels<QMessageBox>()[0]->text(), u"¿Restablecer los valores iniciales?");
+    press(u"Cancelar"_qs);
+    EXPECT_EQ(settings.values(), before);
+    EXPECT_EQ(HUD::currentMessage(), std::nullopt);
+    actions.reset();
+    press(u"Restablecer"_qs);
+    EXPECT_EQ(settings.values(), SettingsValues());
+    expectMessage(u"Valores iniciales restablecidos"_qs);
+}
