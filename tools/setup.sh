@@ -8,7 +8,7 @@ build=(build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev libgl-dev
   libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev
   libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont)
-run=(qt6-image-formats-plugins libcanberra-pulse xdg-utils
+run=(qt6-image-formats-plugins qt6-translations-l10n libcanberra-pulse xdg-utils
   fonts-inter fonts-quicksand fonts-comic-neue fonts-dejavu-core fonts-noto-color-emoji
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy

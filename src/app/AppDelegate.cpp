@@ -6,18 +6,13 @@
 #include "app/StatusItem.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
-#include "platform/ImageFile.h"
+#include "editor/EditorWindowController.h"
 #include "platform/KeyLabel.h"
-#include "platform/SystemSound.h"
 #include "platform/Trace.h"
-#include "render/Clipboard.h"
 #include "settings/Settings.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QMessageBox>
 #include <QTimer>
 
 namespace pintalux {
@@ -146,46 +141,11 @@ void AppDelegate::runCommand(const QString& actionId)
         runAction(actionId);
 }
 
-void AppDelegate::openImage()
-{
-    const auto paths = QFileDialog::getOpenFileNames(nullptr, u"Abrir imagen"_qs, {},
-        u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif);;Todos los archivos (*)"_qs);
-    for (const auto& path : paths)
-        openImageFile(path);
-}
-
-void AppDelegate::openImageFile(const QString& path)
-{
-    try {
-        const auto file = readImageFile(path);
-        openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()}, {});
-    } catch (const Error&) {
-        HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
-    }
-}
-
-void AppDelegate::openEditor(const CaptureResult&, const QString& whatIsLeft)
-{
-    HUD::show(whatIsLeft + u"El editor "_qs + notYet, u"sparkles"_qs);
-}
-
 void AppDelegate::revealFolder()
 {
     const auto& folder = settings.saveFolder();
     QDir().mkpath(folder);
     workspace->openFolder(folder);
-}
-
-void AppDelegate::showAbout()
-{
-    auto* about = new QMessageBox(QMessageBox::NoIcon, u"Acerca de Pintalux"_qs,
-        u"<b>Pintalux</b> "_qs + CommandLine::version(), QMessageBox::Close);
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    about->setInformativeText(u"%1<br><a href=\"%2\">%3</a>"_qs.arg(
-        Author::credit.toString(), Author::url.toString(), Author::website.toString()));
-    about->open();
-    about->raise();
-    about->activateWindow();
 }
 
 } // namespace pintalux

@@ -13,15 +13,25 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
+
+class QFileDialog;
 
 namespace pintalux {
 
+class About;
+class EditorWindowController;
 class HotKeyCenter;
 class Settings;
 class StatusItem;
 struct CommandLine;
 
-/// The running program: its status item and hot keys, and every capture from its start to its delivery.
+/// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
+/// is in a task bar or a window switcher.
+enum class ActivationPolicy { accessory, regular };
+
+/// The running program: its status item and hot keys, every capture from its start to its delivery, and the
+/// editors.
 ///
 /// One instance per process; main thread only.
 class AppDelegate : public QObject {
@@ -54,6 +64,12 @@ public:
     /// Opens the picture file in an editor; says so on screen when it cannot be read.
     void openImageFile(const QString& path);
 
+    /// Opens the picture in an editor of its own, in front of all windows and with the focus.
+    void openEditor(const CaptureResult& shot);
+    /// Every open editor, in opening order.
+    const std::vector<std::unique_ptr<EditorWindowController>>& editors() const { return openEditors; }
+    ActivationPolicy activationPolicy() const { return policy; }
+
     /// The selection overlay on screen; null while there is none.
     CaptureOverlayController* currentOverlay() const { return overlay.get(); }
 
@@ -69,7 +85,10 @@ private:
     void captureFullScreen();
     void reactivatePrevious();
 
-    void openEditor(const CaptureResult& shot, const QString& whatIsLeft);
+    void editorClosed(EditorWindowController& closing);
+    void updateActivationPolicy();
+    /// Shows a window, raises it and gives it the focus, as for a person who has asked for it now.
+    void bringToFront(QWidget& window);
     void openImage();
     void revealFolder();
     void showAbout();
@@ -86,6 +105,10 @@ private:
     bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
+    std::vector<std::unique_ptr<EditorWindowController>> openEditors;
+    ActivationPolicy policy = ActivationPolicy::accessory;
+    QPointer<QFileDialog> openPanel;
+    QPointer<About> about;
     QTimer quiet; ///< ends when nothing was captured for a while
 };
 

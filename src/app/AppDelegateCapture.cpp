@@ -113,9 +113,7 @@ Delivery::Routes AppDelegate::routes()
         .reactivatePrevious = [this] { reactivatePrevious(); },
         .forgetPrevious = [this] { previousApp.reset(); },
         .playSound = [] { SystemSound::play(); },
-        .openEditor
-        = [this, keep](const CaptureResult& shot,
-              const std::optional<QString>& savedPath) { openEditor(shot, keep(shot, savedPath)); },
+        .openEditor = [this](const CaptureResult& shot, const std::optional<QString>&) { openEditor(shot); },
         .showThumbnail =
             [keep](const CaptureResult& shot, const std::optional<QString>& savedPath) {
                 HUD::show(keep(shot, savedPath) + u"La miniatura "_qs + notYet, u"sparkles"_qs);

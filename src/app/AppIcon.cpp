@@ -143,6 +143,17 @@ QImage render(int size)
     return image;
 }
 
+const QIcon& windowIcon()
+{
+    static const QIcon icon = [] {
+        QIcon made;
+        for (const int size : {16, 32, 48, 128})
+            made.addPixmap(QPixmap::fromImage(render(size)));
+        return made;
+    }();
+    return icon;
+}
+
 void writeIconset(const QString& directory)
 {
     QDir().mkpath(directory);

@@ -17,6 +17,9 @@ QIcon statusBarImage(const QColor& color);
 /// The full-colour icon, `size` × `size` pixels; null for a size below 1.
 QImage render(int size);
 
+/// The icon of the program's windows in title bars, task bars and window switchers.
+const QIcon& windowIcon();
+
 /// Writes the icon in all its sizes as PNG files into `directory`, which is made when missing. An icon that
 /// cannot be written is skipped.
 void writeIconset(const QString& directory);

@@ -9,6 +9,7 @@
 
 #include <QBitmap>
 #include <QGuiApplication>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QProxyStyle>
 #include <QScreen>
@@ -110,6 +111,14 @@ QColor textColor(const QStyleOptionMenuItem& option, Menu::Look look, bool highl
 void drawCentered(const TextBlock& block, double left, const QRectF& row, QPainter& painter)
 {
     block.draw(painter, {left, row.center().y() - block.size().height() / 2});
+}
+
+/// Where a menu of a menu bar hangs from; global logical pixels.
+std::optional<QPoint> titleInBar(const QMenu& menu)
+{
+    const auto* bar = qobject_cast<QMenuBar*>(menu.parentWidget());
+    return bar ? std::optional(bar->mapToGlobal(bar->actionGeometry(menu.menuAction()).bottomLeft()))
+               : std::nullopt;
 }
 
 } // namespace
@@ -333,7 +342,7 @@ void Menu::showEvent(QShowEvent* event)
     if (translucent) {
         disableCompositorShadow(*this);
         // The toolkit has placed the window; it is the card within that belongs there.
-        const auto origin = anchor.value_or(QCursor::pos());
+        const auto origin = anchor.value_or(titleInBar(*this).value_or(QCursor::pos()));
         const auto frame = geometry();
         const QPoint shift(frame.right() <= origin.x() ? shadowSpace : -shadowSpace,
             frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);

@@ -62,6 +62,9 @@ struct Theme {
     static constexpr double menuRadius = 12;
     static constexpr double menuRowRadius = 7;
     static constexpr double shadowMargin = 48; ///< transparent margin of floating widgets
+    static constexpr double pictureShadowAlpha = 0.28; ///< black, under the picture on the canvas
+    static constexpr double pictureShadowDrop = 8;
+    static constexpr double pictureShadowBlur = 30;
     static constexpr int hoverInMilliseconds = 90;
     static constexpr int hoverOutMilliseconds = 140;
     static constexpr int toggleMilliseconds = 140; ///< cross-fade of what is toggled or chosen
@@ -70,6 +73,9 @@ struct Theme {
     static constexpr int toolTipDelayMilliseconds = 500;
     static constexpr int popoverOpenMilliseconds = 140;
     static constexpr int popoverCloseMilliseconds = 90;
+    static constexpr double dragRadius = 10; ///< of a picture that hangs from the pointer
+    static constexpr double dragOpacity = 0.85;
+    static constexpr int dockMilliseconds = 250; ///< of the palette, and the canvas making room
 };
 
 } // namespace pintalux

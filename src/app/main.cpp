@@ -3,6 +3,7 @@
 #include "app/AppIcon.h"
 #include "app/CommandLine.h"
 #include "app/SingleInstance.h"
+#include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
 #include "platform/DisplayServer.h"
@@ -139,6 +140,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
         if (const auto status = handOver(instance, commandLine))
             return *status;
 
+    translateToolkit(application);
     AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {

@@ -100,9 +100,14 @@ FocusRing::FocusRing(QWidget* focused, double shapeRadius)
 
 FocusRing::~FocusRing() { delete ring; }
 
-void FocusRing::setShape(const QRectF& visibleShape, double shapeRadius)
+void FocusRing::setShape(std::function<QRectF()> visibleShape)
 {
-    shape = visibleShape;
+    shape = std::move(visibleShape);
+    place();
+}
+
+void FocusRing::setRadius(double shapeRadius)
+{
     radius = shapeRadius;
     place();
 }
@@ -149,7 +154,7 @@ void FocusRing::place()
 {
     if (!ring)
         return;
-    const auto whole = shape.isNull() ? QRectF(control->rect()) : shape;
+    const auto whole = shape ? shape() : QRectF(control->rect());
     const auto around = expanded(whole, ControlPainting::focusReach).translated(control->pos());
     ring->setGeometry(around.toAlignedRect());
     ring->shape = whole.translated(control->pos() - ring->pos());

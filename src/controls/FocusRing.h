@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QMarginsF>
 #include <QPointer>
 #include <QWidget>
+
+#include <functional>
 
 namespace pintalux {
 
@@ -22,8 +23,11 @@ public:
     FocusRing(QWidget* control, double radius);
     ~FocusRing() override;
 
-    /// The control's visible shape in its own coordinates, where it is not the whole widget.
-    void setShape(const QRectF& shape, double radius);
+    /// What gives the control's visible shape in its own coordinates, where it is not the whole widget.
+    void setShape(std::function<QRectF()> shape);
+    void setRadius(double radius);
+    /// Follows a shape that has changed.
+    void place();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -31,10 +35,9 @@ private:
     class Ring;
 
     void follow();
-    void place();
 
     QWidget* control;
-    QRectF shape; ///< null: the whole control
+    std::function<QRectF()> shape; ///< none: the whole control
     double radius;
     QPointer<Ring> ring;
 };

@@ -77,7 +77,7 @@ void PushButton::setButtonHeight(int height)
 void PushButton::setRadius(double cornerRadius)
 {
     radius = cornerRadius;
-    ring->setShape({}, radius);
+    ring->setRadius(radius);
     update();
 }
 

@@ -26,13 +26,11 @@ Slider::Slider(const QString& name, int minimum, int maximum, QWidget* parent)
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto* ring = new FocusRing(this, knobRadius);
-    const auto follow = [this, ring] {
-        ring->setShape(
-            {knobX() - knobRadius, height() / 2.0 - knobRadius, 2 * knobRadius, 2 * knobRadius}, knobRadius);
-    };
-    connect(this, &QAbstractSlider::valueChanged, ring, follow);
-    connect(this, &QAbstractSlider::rangeChanged, ring, follow);
-    follow();
+    ring->setShape([this] {
+        return QRectF(knobX() - knobRadius, height() / 2.0 - knobRadius, 2 * knobRadius, 2 * knobRadius);
+    });
+    connect(this, &QAbstractSlider::valueChanged, ring, &FocusRing::place);
+    connect(this, &QAbstractSlider::rangeChanged, ring, &FocusRing::place);
 }
 
 QSize Slider::sizeHint() const { return {190, barHeight}; }

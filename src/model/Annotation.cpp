@@ -83,20 +83,22 @@ QPointF Annotation::textPadding() const
     return filled ? QPointF(fontSize * 0.62, fontSize * 0.3) : QPointF(0, 0);
 }
 
+std::optional<double> Annotation::wrapWidth() const
+{
+    if (!boxWidth)
+        return std::nullopt;
+    return std::max(fontSize, *boxWidth - 2 * textPadding().x());
+}
+
 TextBlock Annotation::textBlock() const
 {
-    std::optional<double> wrapWidth;
-    if (boxWidth)
-        wrapWidth = std::max(fontSize, *boxWidth - 2 * textPadding().x());
-    return {text.isEmpty() ? u" "_qs : text, textAttributes(), wrapWidth};
+    return {text.isEmpty() ? u" "_qs : text, textAttributes(), wrapWidth()};
 }
 
 QSizeF Annotation::textSize() const
 {
     const auto measured = textBlock().size();
-    const double width
-        = boxWidth ? std::max(fontSize, *boxWidth - 2 * textPadding().x()) : std::ceil(measured.width());
-    return {width, std::ceil(measured.height())};
+    return {wrapWidth().value_or(std::ceil(measured.width())), std::ceil(measured.height())};
 }
 
 QRectF Annotation::textBubble() const

@@ -69,6 +69,8 @@ struct Annotation {
     TextAttributes textAttributes() const;
     /// Space between the text and the bubble's edge; zero for plain text.
     QPointF textPadding() const;
+    /// Where the lines of the text break; none: only at line feeds.
+    std::optional<double> wrapWidth() const;
     /// The laid-out text: what is measured is what is drawn.
     TextBlock textBlock() const;
     /// Size of the text in whole pixels (the wrapping width where one is set). An empty text measures as a

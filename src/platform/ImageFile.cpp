@@ -82,9 +82,12 @@ bool isOpaque(const QImage& image)
     return true;
 }
 
-/// The picture in sRGB and in one of the two working formats.
+} // namespace
+
 QImage workingImage(QImage image)
 {
+    if (image.isNull())
+        return image;
     const bool transparent = image.hasAlphaChannel();
     if (image.depth() <= 32) // deeper ones keep their depth until their colours are converted
         image.convertTo(transparent ? QImage::Format_ARGB32 : QImage::Format_RGB32);
@@ -98,8 +101,6 @@ QImage workingImage(QImage image)
     image.setDevicePixelRatio(1);
     return image;
 }
-
-} // namespace
 
 double ImageFile::pixelScale() const
 {

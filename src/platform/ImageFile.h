@@ -27,4 +27,7 @@ struct ImageFile {
 /// off, or would take more than 1 GiB of memory; that is found out before the memory is taken.
 ImageFile readImageFile(const QString& path);
 
+/// A picture from elsewhere in the form that `ImageFile::image` has. Null stays null.
+QImage workingImage(QImage image);
+
 } // namespace pintalux

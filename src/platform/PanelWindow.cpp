@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <array>
 #include <string_view>
 
 namespace pintalux {
@@ -20,16 +21,20 @@ xcb_connection_t* toolkitConnection()
     return x11 ? x11->connection() : nullptr;
 }
 
+xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name)
+{
+    const x11::Reply<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 0, uint16_t(name.size()), name.data()), nullptr));
+    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
 /// Compositors that draw shadows around everything would darken the neighbouring screen's edge.
 void withoutCompositorShadow(xcb_connection_t* connection, xcb_window_t window)
 {
-    constexpr std::string_view name = "_COMPTON_SHADOW";
-    const x11::Reply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, uint16_t(name.size()), name.data()), nullptr));
+    const auto atom = atomNamed(connection, "_COMPTON_SHADOW");
     const quint32 none = 0;
-    if (atom)
-        xcb_change_property(
-            connection, XCB_PROP_MODE_REPLACE, window, atom->atom, XCB_ATOM_CARDINAL, 32, 1, &none);
+    if (atom != XCB_ATOM_NONE)
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom, XCB_ATOM_CARDINAL, 32, 1, &none);
 }
 
 } // namespace
@@ -50,6 +55,18 @@ void makeScreenPanel(QWidget& window, QScreen& screen)
     window.winId();
     if (auto* connection = toolkitConnection())
         withoutCompositorShadow(connection, xcb_window_t(window.winId()));
+}
+
+void keepOutOfTaskBar(QWidget& window)
+{
+    auto* connection = toolkitConnection();
+    if (!connection)
+        return;
+    // The toolkit keeps what it finds among the states when it shows the window.
+    const std::array states{atomNamed(connection, "_NET_WM_STATE_SKIP_TASKBAR"),
+        atomNamed(connection, "_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(connection, XCB_PROP_MODE_APPEND, xcb_window_t(window.winId()),
+        atomNamed(connection, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(), states.data());
 }
 
 void giveKeyboard(QWidget& panel)

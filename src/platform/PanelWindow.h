@@ -14,6 +14,9 @@ QScreen* screenNamed(const QString& name);
 /// without frame, shadow or the window manager's say.
 void makeScreenPanel(QWidget& window, QScreen& screen);
 
+/// Keeps a window, before it is first shown, out of task bars and window switchers.
+void keepOutOfTaskBar(QWidget& window);
+
 /// Gives the keyboard to a panel that is shown, or as soon as it is.
 void giveKeyboard(QWidget& panel);
 

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+class QWidget;
+
 namespace pintalux {
 
 /// Turns finished pictures into PNG files.
@@ -51,6 +53,12 @@ QString quickSave(const QImage& image, double pixelScale, const std::optional<QS
     Clock clock = QDateTime::currentDateTime);
 QString quickSave(const QByteArray& png, const std::optional<QString>& name = std::nullopt,
     Clock clock = QDateTime::currentDateTime);
+
+/// Asks with the desktop's own dialog where to save, over `window` if there is one, and saves there. Returns
+/// at once; what became of it is said on screen. The name gets its ending where it lacks it, and a file that
+/// then stands in the way is only replaced after asking.
+void savePanel(
+    const QImage& image, double pixelScale, const std::optional<QString>& name, QWidget* window = nullptr);
 
 /// Writes the file into the person's private temporary folder, to be dragged into other programs; none on any
 /// failure.

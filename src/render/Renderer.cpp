@@ -16,31 +16,51 @@ Shadow MarkContext::standardShadow() const { return shadow(QColor::fromRgbF(0, 0
 void draw(const Document& document, const BeautifySettings& beautify, EffectCache& cache,
     const Overlay& overlay, GraphicsContext& context)
 {
-    const double scale = document.pixelScale;
-    const auto frame = imageRect(document.image, beautify, scale);
-    const auto outline = imageOutline(frame, beautify, scale);
-    const GraphicsContext::Saved saved(context);
-
-    if (beautify.enabled)
-        drawFrameBackground(
-            compositionSize(document.image, beautify, scale), outline, beautify, scale, context);
+    drawPicture(document, beautify, context);
     {
-        const GraphicsContext::Saved clipped(context);
-        if (beautify.enabled && beautify.cornerRadius > 0)
-            context.clip(outline);
-        else
-            context.clip(frame);
-        context.setInterpolation(GraphicsContext::Interpolation::high);
-        Draw::image(document.image, frame, context);
-        context.translate(frame.topLeft());
-
+        const GraphicsContext::Saved saved(context);
+        enterPicture(document, beautify, context);
         for (const auto& mark : document.annotations)
             if (overlay.hiddenID != mark.id)
                 drawAnnotation(mark, document, cache, context, true);
         if (overlay.draft)
             drawAnnotation(
                 *overlay.draft, document, cache, context, overlay.glyphlessID != overlay.draft->id);
+    }
+    drawOverlay(document, beautify, overlay, context);
+}
 
+void drawPicture(const Document& document, const BeautifySettings& beautify, GraphicsContext& context)
+{
+    const double scale = document.pixelScale;
+    const GraphicsContext::Saved saved(context);
+    if (beautify.enabled) {
+        const auto outline = imageOutline(imageRect(document.image, beautify, scale), beautify, scale);
+        drawFrameBackground(
+            compositionSize(document.image, beautify, scale), outline, beautify, scale, context);
+    }
+    enterPicture(document, beautify, context);
+    context.setInterpolation(GraphicsContext::Interpolation::high);
+    Draw::image(document.image, QRectF(document.image.rect()), context);
+}
+
+void enterPicture(const Document& document, const BeautifySettings& beautify, GraphicsContext& context)
+{
+    const double scale = document.pixelScale;
+    const auto frame = imageRect(document.image, beautify, scale);
+    if (beautify.enabled && beautify.cornerRadius > 0)
+        context.clip(imageOutline(frame, beautify, scale));
+    else
+        context.clip(frame);
+    context.translate(frame.topLeft());
+}
+
+void drawOverlay(const Document& document, const BeautifySettings& beautify, const Overlay& overlay,
+    GraphicsContext& context)
+{
+    {
+        const GraphicsContext::Saved saved(context);
+        enterPicture(document, beautify, context);
         const auto* selected = overlay.selectedID ? document.annotation(*overlay.selectedID) : nullptr;
         if (selected)
             drawSelection(*selected, context);
@@ -51,7 +71,8 @@ void draw(const Document& document, const BeautifySettings& beautify, EffectCach
             drawCropOverlay(*overlay.crop, document.imageSize(), context);
     }
     if (beautify.enabled && beautify.border)
-        drawFrameBorder(frame, beautify, scale, context);
+        drawFrameBorder(
+            imageRect(document.image, beautify, document.pixelScale), beautify, document.pixelScale, context);
 }
 
 void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,

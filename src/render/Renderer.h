@@ -32,6 +32,22 @@ struct Overlay {
 void draw(const Document& document, const BeautifySettings& beautify, EffectCache& cache,
     const Overlay& overlay, GraphicsContext& context);
 
+/// The parts of `draw`, for a view that keeps what does not change; all in the user space of `draw`. First
+/// the frame's background and the picture, then the marks (`drawAnnotation` after `enterPicture`), then what
+/// `overlay` shows over them and the frame's border.
+void drawPicture(const Document& document, const BeautifySettings& beautify, GraphicsContext& context);
+/// Turns user space into document pixels, clipped to the picture's outline; who saved the context undoes it.
+void enterPicture(const Document& document, const BeautifySettings& beautify, GraphicsContext& context);
+void drawOverlay(const Document& document, const BeautifySettings& beautify, const Overlay& overlay,
+    GraphicsContext& context);
+
+/// What painting a mark can touch, in document pixels: its shape with head, halo and shadow. `devicePixel` is
+/// one pixel of the target in document pixels.
+QRectF paintedBounds(const Annotation& annotation, double pixelScale, double devicePixel);
+/// The same for the selection frame, or for the handles at `pointScale`.
+QRectF selectionBounds(const Annotation& annotation, double devicePixel);
+QRectF nodeBounds(const Annotation& annotation, double pointScale);
+
 /// Paints one mark; user space is document pixels. `drawText` false leaves out the letters of text marks, not
 /// their bubbles and shadows.
 void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,

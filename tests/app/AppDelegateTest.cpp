@@ -4,6 +4,7 @@
 
 #include "app/HUD.h"
 #include "capture/HotKeyCenter.h"
+#include "editor/EditorWindowController.h"
 #include "platform/FakeHotKeys.h"
 #include "platform/FakeScreenSource.h"
 #include "platform/FakeWorkspace.h"
@@ -16,6 +17,7 @@
 #include <QGuiApplication>
 #include <QImageWriter>
 #include <QMimeData>
+#include <QPointer>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -110,19 +112,48 @@ TEST_F(AppDelegateTest, AFailedCaptureIsToldAndDeliversNothing)
     EXPECT_EQ(delegate.currentOverlay(), nullptr);
 }
 
-TEST_F(AppDelegateTest, ACaptureMeantForAWindowThatDoesNotExistYetIsNotLost)
+TEST_F(AppDelegateTest, ACaptureOpensAnEditorInFrontAndKeepsTheFocusThere)
 {
     settings.setAfterCapture(AfterCapture::editor);
-    settings.setAutoCopy(false);
+    EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::accessory);
     delegate.perform(CaptureAction::fullScreen);
-    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage().has_value(); }));
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"Captura copiada. El editor aún no está"));
-    EXPECT_TRUE(isImageCopied());
+    ASSERT_TRUE(comesTrue([&] { return !workspace->log.isEmpty(); }));
+    ASSERT_EQ(delegate.editors().size(), 1);
+    auto& window = delegate.editors().front()->window();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(workspace->log, QStringList{u"activate %1"_qs.arg(window.winId())}) << "not the former window";
+    EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::regular);
+}
+
+TEST_F(AppDelegateTest, EditorsStandInOpeningOrderUntilTheyClose)
+{
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    for (const auto& name : {u"uno"_qs, u"dos"_qs, u"tres"_qs})
+        delegate.openEditor({image, 1, name});
+    const auto names = [&] {
+        QStringList list;
+        for (const auto& editor : delegate.editors())
+            list << editor->model().suggestedName().value_or(u"?"_qs);
+        return list;
+    };
+    EXPECT_EQ(names(), (QStringList{u"uno"_qs, u"dos"_qs, u"tres"_qs}));
+    EXPECT_NE(delegate.editors()[0]->window().pos(), delegate.editors()[1]->window().pos());
+    const QPointer closing(delegate.editors()[1].get());
+    closing->window().close();
+    EXPECT_EQ(names(), (QStringList{u"uno"_qs, u"tres"_qs}));
+    EXPECT_TRUE(closing) << "its window is still in use by whoever closed it";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(closing);
+    delegate.editors()[1]->window().close();
+    EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::regular);
+    delegate.editors()[0]->window().close();
+    EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::accessory);
 }
 
 TEST_F(AppDelegateTest, ASaveThatFailedIsNotToldAsDone)
 {
-    settings.setAfterCapture(AfterCapture::editor);
+    settings.setAfterCapture(AfterCapture::thumbnail);
     settings.setAutoCopy(false);
     settings.setAutoSave(true);
     const QTemporaryDir folder;
@@ -142,11 +173,13 @@ TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
     const auto picture = folder.filePath(u"foto.png"_qs);
     ASSERT_TRUE(QImageWriter(picture).write(QImage(4, 4, QImage::Format_RGB32)));
     delegate.openImageFile(picture);
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"El editor"));
+    ASSERT_EQ(delegate.editors().size(), 1);
+    EXPECT_EQ(delegate.editors()[0]->model().suggestedName(), u"foto");
     QFile(picture).resize(20);
     delegate.openImageFile(picture);
     EXPECT_EQ(HUD::currentMessage(), u"No se pudo abrir la imagen");
     HUD::dismiss();
     delegate.openImageFile(folder.filePath(u"no.png"_qs));
     EXPECT_EQ(HUD::currentMessage(), u"No se pudo abrir la imagen");
+    EXPECT_EQ(delegate.editors().size(), 1);
 }

@@ -1,0 +1,134 @@
+// The program's windows: editors, the about panel, the dialog that opens pictures.
+
+#include "app/About.h"
+#include "app/AppDelegate.h"
+#include "app/HUD.h"
+#include "app/StatusMenu.h"
+#include "editor/EditorWindowController.h"
+#include "editor/EditorWindowLayout.h"
+#include "editor/EditorWindowOpenPanel.h"
+#include "platform/ImageFile.h"
+#include "platform/Trace.h"
+#include "settings/Settings.h"
+
+#include <QCursor>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
+
+namespace pintalux {
+
+namespace {
+
+/// Calls `handler` once, when the window has first been painted on the screen: only then does the window
+/// manager know it.
+class FirstShown : public QObject {
+public:
+    FirstShown(QWidget& window, std::function<void()> then)
+        : QObject(&window)
+        , handler(std::move(then))
+    {
+        window.winId(); // there is no window handle before
+        window.windowHandle()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed() && handler)
+            QMetaObject::invokeMethod(this, std::exchange(handler, nullptr), Qt::QueuedConnection);
+        return false;
+    }
+
+private:
+    std::function<void()> handler;
+};
+
+} // namespace
+
+void AppDelegate::bringToFront(QWidget& window)
+{
+    if (window.isMinimized())
+        window.showNormal();
+    const auto activate = [this, &window] {
+        window.raise();
+        // Not the toolkit's way: it asks with the time of the last key or click that it has seen itself,
+        // which an attentive window manager refuses after a global hot key.
+        workspace->activate({quint64(window.winId()), QCoreApplication::applicationPid()});
+    };
+    if (window.isVisible())
+        return activate();
+    new FirstShown(window, activate); // the window's
+    window.show();
+}
+
+void AppDelegate::openEditor(const CaptureResult& shot)
+{
+    auto controller = std::make_unique<EditorWindowController>(
+        shot, settings, [this](const QString& actionId) { runAction(actionId); });
+    auto& window = controller->window();
+    QList<QPoint> taken;
+    for (const auto& open : openEditors)
+        taken.append(open->window().pos());
+    window.move(
+        EditorWindowLayout::windowPosition(window.size(), window.screen()->availableGeometry(), taken));
+    controller->onClose = [guard = QPointer(this), closing = QPointer(controller.get())] {
+        if (guard && closing)
+            guard->editorClosed(*closing);
+    };
+    openEditors.push_back(std::move(controller));
+    updateActivationPolicy();
+    bringToFront(window);
+    Trace::mark(u"editor abierto");
+}
+
+void AppDelegate::editorClosed(EditorWindowController& closing)
+{
+    const auto found
+        = std::ranges::find(openEditors, &closing, [](const auto& controller) { return controller.get(); });
+    if (found == openEditors.end())
+        return;
+    found->release()->deleteLater(); // its window is within the event that closes it
+    openEditors.erase(found);
+    updateActivationPolicy();
+}
+
+void AppDelegate::updateActivationPolicy()
+{
+    policy = openEditors.empty() ? ActivationPolicy::accessory : ActivationPolicy::regular;
+}
+
+void AppDelegate::openImage()
+{
+    if (openPanel)
+        return bringToFront(*openPanel);
+    openPanel = showOpenPanel({.message = u"Abrir imagen"_qs}, nullptr, [this](const QStringList& paths) {
+        for (const auto& path : paths)
+            openImageFile(path);
+    });
+    bringToFront(*openPanel);
+}
+
+void AppDelegate::openImageFile(const QString& path)
+{
+    try {
+        const auto file = readImageFile(path);
+        openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()});
+    } catch (const Error&) {
+        HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
+    }
+}
+
+void AppDelegate::showAbout()
+{
+    if (!about) {
+        about = new About([this](const QUrl& url) { workspace->openUrl(url); });
+        const auto* screen = QGuiApplication::screenAt(QCursor::pos());
+        const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+        about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
+    }
+    bringToFront(*about);
+}
+
+} // namespace pintalux

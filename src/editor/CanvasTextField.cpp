@@ -1,0 +1,239 @@
+#include "editor/CanvasTextField.h"
+
+#include "app/Theme.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QClipboard>
+#include <QGraphicsTextItem>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QStyleOptionGraphicsItem>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace pintalux {
+
+namespace {
+
+/// The text without the dashed frame that the toolkit draws around an item with the focus.
+class TextItem : public QGraphicsTextItem {
+public:
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override
+    {
+        QStyleOptionGraphicsItem unframed(*option);
+        unframed.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+        QGraphicsTextItem::paint(painter, &unframed, widget);
+    }
+};
+
+bool isReturn(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool isTab(const QKeyEvent& event) { return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab; }
+
+} // namespace
+
+CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
+    : QGraphicsView(parent)
+    , item(new TextItem)
+    , attributes(mark.textAttributes())
+{
+    setAccessibleName(u"Texto de la anotación"_qs);
+    setFrameShape(NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+    setViewportUpdateMode(FullViewportUpdate);
+    setAcceptDrops(false);
+    setBackgroundBrush(Qt::NoBrush);
+    viewport()->setAutoFillBackground(false);
+    viewport()->setCursor(Qt::IBeamCursor);
+    auto colors = palette();
+    colors.setColor(QPalette::Highlight, Theme::current().brand);
+    colors.setColor(QPalette::HighlightedText, Qt::white);
+    setPalette(colors);
+
+    auto* document = item->document();
+    document->setUndoRedoEnabled(false);
+    document->setPlainText(mark.text);
+    TextBlock::prepare(*document, attributes, mark.wrapWidth());
+    document->setUndoRedoEnabled(true);
+    item->setDefaultTextColor(attributes.color);
+    item->setTextInteractionFlags(Qt::TextEditorInteraction);
+    item->setAcceptDrops(false);
+    auto caret = item->textCursor();
+    caret.movePosition(QTextCursor::End);
+    item->setTextCursor(caret);
+
+    page.setStickyFocus(true);
+    page.addItem(item);
+    setScene(&page);
+    page.setFocusItem(item);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(document, &QTextDocument::contentsChanged, this, &CanvasTextField::textChanged);
+    connect(document->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
+        &CanvasTextField::textChanged); // also while an input method composes
+}
+
+CanvasTextField::~CanvasTextField()
+{
+    disconnect(item->document()->documentLayout(), nullptr, this, nullptr);
+    disconnect(item->document(), nullptr, this, nullptr);
+    setScene(nullptr); // the page goes before the view that shows it
+}
+
+QString CanvasTextField::text() const { return item->toPlainText(); }
+
+void CanvasTextField::insert(const QString& text) { item->textCursor().insertText(text); }
+
+void CanvasTextField::finishComposing()
+{
+    if (hasFocus())
+        QGuiApplication::inputMethod()->commit();
+}
+
+bool CanvasTextField::isEmpty() const
+{
+    return item->document()->isEmpty()
+        && item->document()->firstBlock().layout()->preeditAreaText().isEmpty();
+}
+
+// ---- Layout
+
+void CanvasTextField::place(QPointF topLeft, double scale, QSizeF textSize)
+{
+    const auto* document = item->document();
+    const bool wraps = document->textWidth() >= 0;
+    const double itemScale = attributes.font.size * scale / TextBlock::layoutSize;
+    auto size = textSize * scale;
+    if (isEmpty() && !wraps)
+        size.rwidth() = TextBlock(placeholder(), attributes).size().width() * scale;
+    size = size.expandedTo(QSizeF(document->idealWidth(), document->size().height()) * itemScale);
+
+    // Typing has room to grow before the next letter makes the field wider.
+    const double growth = wraps ? 0 : attributes.font.size * scale / 2;
+    const QRectF frame(topLeft - QPointF(3, 2),
+        QSizeF(std::max(size.width() + 6 + growth, 30.0), std::max(size.height() + 4, 18.0)));
+    const auto whole = frame.toAlignedRect();
+    setGeometry(whole);
+    setSceneRect(QRectF(QPointF(), QSizeF(whole.size())));
+    item->setScale(itemScale);
+    item->setPos(topLeft - whole.topLeft());
+
+    constexpr double caretWidth = 1.5;
+    document->documentLayout()->setProperty(
+        "cursorWidth", std::max(1, int(std::lround(caretWidth / itemScale))));
+}
+
+bool CanvasTextField::fits() const
+{
+    const auto size = QSizeF(item->document()->idealWidth(), item->document()->size().height());
+    const auto needed = QRectF(item->pos(), size * item->scale());
+    return QRectF(rect()).contains(needed);
+}
+
+void CanvasTextField::drawForeground(QPainter* painter, const QRectF&)
+{
+    if (!isEmpty())
+        return;
+    painter->save();
+    painter->translate(item->pos());
+    const double scale = item->scale() * TextBlock::layoutSize / attributes.font.size;
+    painter->scale(scale, scale);
+    TextBlock(placeholder(), attributes).draw(*painter, {});
+    painter->restore();
+}
+
+// ---- Input
+
+bool CanvasTextField::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (isReturn(*key) || isTab(*key) || key->key() == Qt::Key_Escape) {
+            event->accept();
+            return true;
+        }
+    }
+    if (event->type() == QEvent::KeyPress && isTab(*static_cast<QKeyEvent*>(event))) {
+        keyPressEvent(static_cast<QKeyEvent*>(event)); // before the toolkit moves the focus
+        return true;
+    }
+    return QGraphicsView::event(event);
+}
+
+void CanvasTextField::keyPressEvent(QKeyEvent* event)
+{
+    if (isReturn(*event) && event->modifiers().testFlag(Qt::AltModifier))
+        item->textCursor().insertBlock();
+    else if (isReturn(*event) || isTab(*event))
+        Q_EMIT committed();
+    else if (event->key() == Qt::Key_Escape)
+        Q_EMIT cancelled();
+    else if (event->matches(QKeySequence::Paste))
+        pastePlainText(QGuiApplication::clipboard()->text());
+    else
+        QGraphicsView::keyPressEvent(event);
+    event->accept(); // a key typed here never means a tool
+}
+
+void CanvasTextField::focusOutEvent(QFocusEvent* event)
+{
+    QGraphicsView::focusOutEvent(event);
+    // The focus comes back from a menu and from another window.
+    const auto reason = event->reason();
+    if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason
+        && reason != Qt::MenuBarFocusReason)
+        Q_EMIT committed();
+}
+
+void CanvasTextField::pastePlainText(const QString& text)
+{
+    auto caret = item->textCursor();
+    caret.insertText(text);
+    item->setTextCursor(caret);
+}
+
+void CanvasTextField::moveCaretTo(QPoint viewportPoint)
+{
+    const auto at = item->mapFromScene(mapToScene(viewportPoint));
+    auto caret = item->textCursor();
+    caret.setPosition(item->document()->documentLayout()->hitTest(at, Qt::FuzzyHit));
+    item->setTextCursor(caret);
+}
+
+void CanvasTextField::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && !itemAt(event->position().toPoint()))
+        moveCaretTo(event->position().toPoint()); // in the field's margin
+    else if (event->button() != Qt::MiddleButton)
+        QGraphicsView::mousePressEvent(event);
+    event->accept(); // the canvas would take the press for one beside the field
+}
+
+void CanvasTextField::mouseReleaseEvent(QMouseEvent* event)
+{
+    // The toolkit would insert the selection with its fonts and colours.
+    const auto* clipboard = QGuiApplication::clipboard();
+    if (event->button() == Qt::MiddleButton && clipboard->supportsSelection()) {
+        moveCaretTo(event->position().toPoint());
+        pastePlainText(clipboard->text(QClipboard::Selection));
+    } else {
+        QGraphicsView::mouseReleaseEvent(event);
+    }
+    event->accept();
+}
+
+void CanvasTextField::contextMenuEvent(QContextMenuEvent* event) { event->accept(); }
+
+} // namespace pintalux

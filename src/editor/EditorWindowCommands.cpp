@@ -1,0 +1,137 @@
+// What a person can do with an editor's picture.
+
+#include "app/HUD.h"
+#include "app/Pin.h"
+#include "capture/OCR.h"
+#include "editor/CanvasView.h"
+#include "editor/EditorWindowController.h"
+#include "editor/EditorWindowDrag.h"
+#include "editor/EditorWindowOpenPanel.h"
+#include "platform/Error.h"
+#include "platform/ImageFile.h"
+#include "render/Clipboard.h"
+#include "render/Exporter.h"
+
+#include <QDrag>
+#include <QFileInfo>
+#include <QPointer>
+
+namespace pintalux {
+
+namespace {
+
+/// Between pictures inserted together, points.
+constexpr double insertStep = 24;
+
+} // namespace
+
+QImage EditorWindowController::finishedImage()
+{
+    commitText();
+    return editorModel.renderFinal();
+}
+
+QByteArray EditorWindowController::finishedPng()
+{
+    return Exporter::pngData(finishedImage(), editorModel.doc().pixelScale).value_or(QByteArray());
+}
+
+void EditorWindowController::commitText() { canvas().commitText(); }
+
+void EditorWindowController::undo()
+{
+    commitText();
+    editorModel.undo();
+}
+
+void EditorWindowController::redo() { editorModel.redo(); }
+
+void EditorWindowController::copy()
+{
+    const auto png = finishedPng();
+    if (png.isEmpty())
+        return;
+    Clipboard::copy(png);
+    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+}
+
+void EditorWindowController::saveAs()
+{
+    if (const auto image = finishedImage(); !image.isNull())
+        Exporter::savePanel(
+            image, editorModel.doc().pixelScale, editorModel.suggestedName(), editorWindow.get());
+}
+
+void EditorWindowController::quickSave()
+{
+    const auto image = finishedImage();
+    if (image.isNull())
+        return;
+    try {
+        const auto path
+            = Exporter::quickSave(image, editorModel.doc().pixelScale, editorModel.suggestedName());
+        HUD::show(
+            u"Guardado en "_qs + QFileInfo(QFileInfo(path).path()).fileName(), u"checkmark.circle.fill"_qs);
+    } catch (const Error& error) {
+        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+    }
+}
+
+void EditorWindowController::insertImage()
+{
+    const OpenPanel panel{.message = u"Elige una o varias imágenes para agregarlas sobre la captura"_qs,
+        .prompt = u"Agregar"_qs};
+    showOpenPanel(panel, editorWindow.get(), [guard = QPointer(this)](const QStringList& paths) {
+        if (guard)
+            guard->insertFiles(paths);
+    });
+}
+
+void EditorWindowController::insertFiles(const QStringList& paths)
+{
+    auto center = canvas().visibleImageCenter();
+    for (const auto& path : paths) {
+        try {
+            const auto file = readImageFile(path);
+            editorModel.insertImage(file.image, center, file.pixelScale());
+            center += QPointF(insertStep, insertStep) * editorModel.doc().pixelScale;
+        } catch (const Error&) {
+            continue; // no picture
+        }
+    }
+    canvas().setFocus();
+}
+
+void EditorWindowController::pin()
+{
+    if (const auto image = finishedImage(); !image.isNull())
+        PinnedImage::show(image, editorModel.doc().pixelScale, editorWindow.get());
+}
+
+void EditorWindowController::extractText()
+{
+    OCR::recognize(editorModel.doc().image, [](const std::optional<QString>& text) {
+        if (!text || text->isEmpty())
+            return HUD::show(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs);
+        Clipboard::copy(*text);
+        HUD::show(u"Texto copiado al portapapeles"_qs, u"text.viewfinder"_qs);
+    });
+}
+
+void EditorWindowController::copyHoverColor() { canvas().copyHoverColor(); }
+
+void EditorWindowController::dragOut(QWidget& source)
+{
+    const auto image = finishedImage();
+    if (image.isNull())
+        return;
+    auto* picture = new DraggedPicture(image, editorModel.doc().pixelScale, editorModel.suggestedName());
+    auto* drag = new QDrag(&source); // which the toolkit deletes, with the picture
+    drag->setMimeData(picture);
+    const auto pixmap = picture->thumbnail(source.devicePixelRatioF());
+    drag->setPixmap(pixmap);
+    drag->setHotSpot(QRectF({}, pixmap.deviceIndependentSize()).center().toPoint());
+    drag->exec(Qt::CopyAction);
+}
+
+} // namespace pintalux

@@ -1,0 +1,29 @@
+#include "editor/EditorWindowOpenPanel.h"
+
+#include "platform/PanelWindow.h"
+
+#include <QFileDialog>
+
+namespace pintalux {
+
+QFileDialog* showOpenPanel(
+    const OpenPanel& panel, QWidget* window, std::function<void(const QStringList&)> completion)
+{
+    auto* dialog = new QFileDialog(window, panel.message);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setNameFilters(
+        {u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif)"_qs,
+            u"Todos los archivos (*)"_qs});
+    if (!panel.prompt.isEmpty())
+        dialog->setLabelText(QFileDialog::Accept, panel.prompt);
+    QObject::connect(dialog, &QFileDialog::filesSelected, dialog,
+        [done = std::move(completion)](const QStringList& paths) { done(paths); });
+    if (!window)
+        keepOutOfTaskBar(*dialog); // where the program has no other
+    dialog->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
+    dialog->show();
+    return dialog;
+}
+
+} // namespace pintalux

@@ -1,0 +1,83 @@
+// The save panel: where a picture shall go, and what became of it.
+
+#include "app/HUD.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "render/Exporter.h"
+#include "settings/Settings.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+
+namespace pintalux::Exporter {
+
+namespace {
+
+const QString ending = QStringLiteral(".png");
+
+void save(const QImage& image, double pixelScale, const QString& path)
+{
+    try {
+        write(image, pixelScale, path);
+        HUD::show(u"Guardado como "_qs + QFileInfo(path).fileName(), u"checkmark.circle.fill"_qs);
+    } catch (const Error& error) {
+        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+    }
+}
+
+void showModal(QDialog& dialog, const QWidget* window)
+{
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    dialog.setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
+    dialog.show();
+}
+
+/// The dialog has asked for the name that was chosen, not for the one with the ending that it lacked.
+void askToReplace(const QString& path, QWidget* window, const std::function<void()>& replace)
+{
+    auto* question = new QMessageBox(QMessageBox::Warning, u"Guardar como PNG"_qs,
+        u"«%1» ya existe. ¿Quieres reemplazarlo?"_qs.arg(QFileInfo(path).fileName()), QMessageBox::NoButton,
+        window);
+    const QAbstractButton* accept = question->addButton(u"Reemplazar"_qs, QMessageBox::AcceptRole);
+    question->setDefaultButton(question->addButton(u"Cancelar"_qs, QMessageBox::RejectRole));
+    QObject::connect(
+        question, &QMessageBox::buttonClicked, question, [accept, replace](const QAbstractButton* button) {
+            if (button == accept)
+                replace();
+        });
+    showModal(*question, window);
+}
+
+} // namespace
+
+void savePanel(const QImage& image, double pixelScale, const std::optional<QString>& name, QWidget* window)
+{
+    const auto folder = Settings::shared().saveFolder();
+    try {
+        makeFolders(folder);
+    } catch (const Error&) {
+        // The dialog opens elsewhere.
+    }
+    auto* panel = new QFileDialog(window, u"Guardar como PNG"_qs, folder);
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setFileMode(QFileDialog::AnyFile);
+    panel->setNameFilter(u"Imagen PNG (*.png)"_qs);
+    panel->selectFile(defaultFileName(name));
+    QObject::connect(panel, &QFileDialog::fileSelected, panel,
+        [image, pixelScale, over = QPointer(window)](const QString& chosen) {
+            if (chosen.endsWith(ending, Qt::CaseInsensitive))
+                return save(image, pixelScale, chosen);
+            const auto path = chosen + ending;
+            const auto write = [=] { save(image, pixelScale, path); };
+            if (QFileInfo::exists(path))
+                askToReplace(path, over, write);
+            else
+                write();
+        });
+    showModal(*panel, window);
+}
+
+} // namespace pintalux::Exporter

@@ -1,0 +1,288 @@
+// An editor's window and its commands, on the toolkit's display in memory.
+
+#include "Stage.h"
+#include "app/HUD.h"
+#include "editor/ArrowOptionsPanel.h"
+#include "editor/CanvasView.h"
+#include "editor/ColorPanelBridge.h"
+#include "editor/EditorWindowController.h"
+#include "editor/EditorWindowDrag.h"
+#include "editor/ToolPalette.h"
+#include "platform/UserDefaults.h"
+
+#include <QClipboard>
+#include <QColorDialog>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QLabel>
+#include <QMessageBox>
+#include <QMouseEvent>
+
+using namespace pintalux;
+
+namespace {
+
+QImage picture(int width = 400, int height = 200)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    return image;
+}
+
+template <typename Condition> bool comesTrue(Condition condition)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition() && clock.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return condition();
+}
+
+class EditorWindowTest : public testing::Test {
+protected:
+    EditorWindowTest()
+    {
+        // What the exporter sees.
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"config"_qs)));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+        Settings::shared().setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setAutoCopy(true);
+        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        HUD::dismiss();
+    }
+
+    void edit() { editor.model().add({.kind = AnnotationKind::rectangle, .end = {50, 50}}); }
+
+    static bool isImageCopied()
+    {
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+    }
+
+    /// Saves over the dialog under a name as a person types it.
+    void saveAs(const QString& typed)
+    {
+        editor.saveAs();
+        auto* dialog = editor.window().findChild<QFileDialog*>();
+        ASSERT_TRUE(dialog);
+        dialog->selectFile(typed);
+        QMetaObject::invokeMethod(dialog, "accept");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    QTemporaryDir folder;
+    QTemporaryDir runtime;
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
+    EditorWindowController editor{{picture(), 2, u"Informe"_qs}, settings};
+};
+
+} // namespace
+
+TEST_F(EditorWindowTest, ClosingCopiesWhatWasEditedAndOnlyIfWanted)
+{
+    struct Row {
+        bool autoCopy;
+        bool edited;
+        bool copied;
+    };
+    for (const auto& row : {Row{true, false, false}, Row{false, true, false}, Row{true, true, true}}) {
+        settings.setAutoCopy(row.autoCopy);
+        EditorWindowController closing({picture(), 2, {}}, settings);
+        int told = 0;
+        closing.onClose = [&] { ++told; };
+        if (row.edited)
+            closing.model().add({.kind = AnnotationKind::rectangle, .end = {50, 50}});
+        closing.window().show();
+        closing.window().close();
+        closing.window().close();
+        EXPECT_EQ(isImageCopied(), row.copied) << row.autoCopy << row.edited;
+        EXPECT_EQ(told, 1);
+    }
+    EXPECT_EQ(HUD::currentMessage(), u"Copiada con tus anotaciones");
+}
+
+TEST_F(EditorWindowTest, DroppingThePaletteDocksItAndMakesRoom)
+{
+    auto& palette = editor.window().palettePanel();
+    const auto isDocked = [&] { return palette.geometry().right() + 1 + 14 == editor.window().width(); };
+    editor.window().resize(1200, 800);
+    editor.window().show();
+    editor.window().dockPalette({1190, 300});
+    EXPECT_EQ(settings.paletteEdge(), PaletteEdge::right);
+    ASSERT_TRUE(comesTrue(isDocked));
+    EXPECT_EQ(palette.size(), palette.sizeHint());
+    EXPECT_TRUE(comesTrue(
+        [&] { return editor.canvas().insets() == QMargins(28, 18, palette.width() + 14 + 28, 22); }));
+
+    palette.move(500, 300); // dragged about, then let go on the same side
+    editor.window().dockPalette({1190, 300});
+    EXPECT_TRUE(comesTrue(isDocked)) << "it goes back to its place";
+    editor.window().resize(1000, 700);
+    EXPECT_TRUE(comesTrue(isDocked)) << "follows the window";
+
+    editor.model().setToolbarHidden(true);
+    EXPECT_TRUE(comesTrue([&] { return palette.isHidden(); }));
+    EXPECT_TRUE(comesTrue([&] { return editor.canvas().insets() == QMargins(28, 18, 28, 22); }));
+}
+
+TEST_F(EditorWindowTest, ArrowOptionsShowWithTheArrowTool)
+{
+    const auto& options = editor.window().arrowOptionsPanel();
+    EXPECT_FALSE(options.isHidden());
+    editor.model().setTool(Tool::pen);
+    EXPECT_TRUE(options.isHidden());
+    editor.model().setTool(Tool::arrow);
+    EXPECT_FALSE(options.isHidden());
+    editor.model().setShowArrowOptions(false);
+    EXPECT_TRUE(options.isHidden());
+}
+
+TEST_F(EditorWindowTest, QuickSaveWritesTheFinishedPictureAndSaysWhere)
+{
+    edit();
+    editor.quickSave();
+    EXPECT_EQ(HUD::currentMessage(), u"Guardado en capturas");
+    const QDir captures(Settings::shared().saveFolder());
+    const auto names = captures.entryList(QDir::Files);
+    ASSERT_EQ(names.size(), 1);
+    EXPECT_TRUE(names[0].startsWith(u"Pintalux Informe 2"));
+    const QImage saved(captures.filePath(names[0]));
+    EXPECT_EQ(saved.convertToFormat(QImage::Format_RGB32),
+        editor.model().renderFinal().convertToFormat(QImage::Format_RGB32));
+    EXPECT_NEAR(saved.dotsPerMeterX() * 0.0254, 144, 0.1);
+}
+
+TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
+{
+    const stage::SmallDisk disk;
+    disk.makeReadOnly();
+    Settings::shared().setSaveFolder(disk.path());
+    editor.quickSave();
+    ASSERT_TRUE(HUD::currentMessage());
+    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
+    EXPECT_GT(HUD::currentMessage()->size(), 25);
+    HUD::dismiss();
+    saveAs(disk.path() + u"/x.png"_qs);
+    ASSERT_TRUE(HUD::currentMessage());
+    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
+}
+
+TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
+{
+    const QDir captures(Settings::shared().saveFolder());
+    editor.saveAs();
+    auto* dialog = editor.window().findChild<QFileDialog*>();
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->directory(), captures) << "made when missing";
+    EXPECT_TRUE(QFileInfo(dialog->selectedFiles().value(0)).fileName().startsWith(u"Pintalux Informe 2"));
+    delete dialog;
+
+    saveAs(captures.filePath(u"a las 14.07"_qs));
+    EXPECT_EQ(HUD::currentMessage(), u"Guardado como a las 14.07.png");
+    EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_qs)).isNull());
+
+    HUD::dismiss();
+    stage::put(captures.filePath(u"b.png"_qs), "valioso");
+    saveAs(captures.filePath(u"b"_qs));
+    auto* question = editor.window().findChild<QMessageBox*>();
+    ASSERT_TRUE(question);
+    question->reject();
+    EXPECT_EQ(stage::contents(captures.filePath(u"b.png"_qs)), "valioso");
+    EXPECT_FALSE(HUD::currentMessage());
+}
+
+TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)
+{
+    const auto path = folder.filePath(u"doble.png"_qs);
+    auto fine = picture(40, 20);
+    fine.setDotsPerMeterX(5669);
+    fine.setDotsPerMeterY(5669);
+    ASSERT_TRUE(QImageWriter(path).write(fine));
+    const auto broken = folder.filePath(u"roto.png"_qs);
+    stage::put(broken, "no");
+    const auto center = editor.canvas().visibleImageCenter();
+    editor.insertFiles({path, broken, path, path});
+    const auto& marks = editor.model().doc().annotations;
+    ASSERT_EQ(marks.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        const QRectF frame(marks[i].start, marks[i].end);
+        EXPECT_LT((frame.center() - center - QPointF(48, 48) * i).manhattanLength(), 0.01) << i;
+        EXPECT_EQ(frame.size(), QSizeF(40, 20)) << "144 dots per inch on a 2x capture";
+    }
+}
+
+TEST_F(EditorWindowTest, APictureDraggedOutIsAFileOnlyOnceSomebodyAsks)
+{
+    edit();
+    const DraggedPicture dragged(editor.model().renderFinal(), 2, u"Informe"_qs);
+    const QDir temporary(runtime.filePath(u"Pintalux"_qs));
+    EXPECT_TRUE(dragged.hasImage() || dragged.hasFormat(u"image/png"_qs));
+    EXPECT_TRUE(dragged.hasUrls());
+    EXPECT_LE(dragged.thumbnail(2).deviceIndependentSize().width(), 200);
+    EXPECT_FALSE(temporary.exists());
+    const auto addresses = dragged.urls();
+    ASSERT_EQ(addresses.size(), 1);
+    const auto path = addresses[0].toLocalFile();
+    EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"Pintalux Informe 2"));
+    EXPECT_EQ(stage::contents(path), dragged.data(u"image/png"_qs));
+    EXPECT_EQ(QImage(path).size(), QSize(400, 200));
+}
+
+TEST_F(EditorWindowTest, ADragInTheColourPanelIsLiveAndOneUndoStep)
+{
+    edit();
+    editor.model().setSelectedID(editor.model().doc().annotations[0].id);
+    auto& bridge = ColorPanelBridge::shared();
+    bridge.open(editor.model());
+    auto& panel = *bridge.panel();
+    EXPECT_EQ(panel.currentColor(), editor.model().color());
+    auto* part = panel.findChild<QLabel*>(); // which does nothing by itself
+    const auto send = [&](QEvent::Type type) {
+        QMouseEvent event(type, {1, 1}, part->mapToGlobal(QPointF(1, 1)), Qt::LeftButton, Qt::NoButton, {});
+        QCoreApplication::sendEvent(part, &event);
+    };
+    send(QEvent::MouseButtonPress);
+    for (const auto& color : {QColor(16, 32, 48), QColor(32, 48, 64), QColor(48, 64, 80)}) {
+        panel.setCurrentColor(color);
+        EXPECT_EQ(editor.model().selected()->color, color);
+        EXPECT_EQ(settings.lastColor(), color);
+    }
+    send(QEvent::MouseButtonRelease);
+    EXPECT_EQ(editor.model().undoCount(), 2);
+    panel.setCurrentColor(QColor(1, 2, 3));
+    EXPECT_EQ(editor.model().undoCount(), 3) << "a later choice is a step of its own";
+    {
+        EditorWindowController other({picture(), 1, {}}, settings);
+        bridge.open(other.model());
+        EXPECT_TRUE(panel.isVisible());
+    }
+    EXPECT_FALSE(panel.isVisible()) << "goes with the editor that opened it";
+    panel.setCurrentColor(Qt::blue);
+    EXPECT_EQ(editor.model().color(), QColor(1, 2, 3));
+}
+
+TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirCommand)
+{
+    QAction* undo = nullptr;
+    for (auto* action : editor.window().findChildren<QAction*>())
+        if (action->data().toString() == u"editorUndo")
+            undo = action;
+    ASSERT_TRUE(undo);
+    auto* menu = qobject_cast<QMenu*>(undo->parent());
+    ASSERT_TRUE(menu);
+    Q_EMIT menu->aboutToShow();
+    EXPECT_FALSE(undo->isEnabled());
+    Q_EMIT menu->aboutToHide();
+    edit();
+    undo->trigger();
+    EXPECT_EQ(editor.model().undoCount(), 0);
+    EXPECT_EQ(editor.model().redoCount(), 1);
+    editor.runMenuAction(u"editorRedo"_qs);
+    EXPECT_EQ(editor.model().undoCount(), 1);
+    editor.runMenuAction(u"copy"_qs);
+    EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
+    EXPECT_TRUE(isImageCopied());
+}
