@@ -2,7 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "capture/OverlayWindow.h"
-#include "editor/EditorWindow.h"
+#include "editor/EditorWindowController.h"
 #include "platform/Worker.h"
 #include "selftest/SelfTest.h"
 
@@ -38,7 +38,11 @@ QRectF scaled(const QRectF& part, const QSizeF& size)
 /// A window of the program's own, as a capture knows it.
 WindowInfo ownWindow(const QWidget& widget)
 {
-    return {.id = widget.winId(), .frame = widget.frameGeometry(), .pixelScale = widget.devicePixelRatioF()};
+    WindowInfo window;
+    window.id = widget.winId();
+    window.frame = widget.frameGeometry();
+    window.pixelScale = widget.devicePixelRatioF();
+    return window;
 }
 
 } // namespace

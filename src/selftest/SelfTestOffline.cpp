@@ -99,18 +99,19 @@ void Run::checkSettingsFile()
 {
     const auto file = QDir(options.directory).filePath(u"configuracion.json"_qs);
     const auto kept = settings.snapshot();
+    const double keptWidth = settings.strokeWidth();
     try {
-        SettingsFile::write(kept, file);
+        settings.write(file);
         settings.setStrokeWidth(13);
         settings.setArrowStyle(allCases<ArrowStyle>().back());
-        SettingsFile::read(file, settings);
+        settings.read(file);
     } catch (const Error& error) {
         note(u"FALLO configuración: "_qs + error.localizedDescription);
     }
     note(
         u"Configuración: exportada=%1 grosor=%2 (guardado %3) flecha=%4"_qs.arg(text(QFileInfo::exists(file)))
             .arg(settings.strokeWidth())
-            .arg(kept.strokeWidth)
+            .arg(keptWidth)
             .arg(rawValue(settings.arrowStyle())));
     settings.apply(kept);
 }
