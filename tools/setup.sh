@@ -7,8 +7,10 @@ set -euo pipefail
 build=(build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev libgl-dev
   libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev
-  libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont)
+  libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont
+  libtesseract-dev libleptonica-dev)
 run=(qt6-image-formats-plugins qt6-translations-l10n libcanberra-pulse xdg-utils
+  libtesseract5 tesseract-ocr-spa tesseract-ocr-eng tesseract-ocr-por tesseract-ocr-fra
   fonts-inter fonts-quicksand fonts-comic-neue fonts-dejavu-core fonts-noto-color-emoji
   xvfb openbox x11-utils)
 test=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy

@@ -4,12 +4,16 @@
 #include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusItem.h"
+#include "app/Thumbnail.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"
 #include "platform/KeyLabel.h"
+#include "platform/LoginItem.h"
 #include "platform/Trace.h"
+#include "settings/PreferencesWindow.h"
 #include "settings/Settings.h"
+#include "settings/SettingsFileActions.h"
 
 #include <QApplication>
 #include <QDir>
@@ -121,8 +125,7 @@ void AppDelegate::runAction(const QString& actionId)
         {StatusMenuAction::openImage, [this] { openImage(); }},
         {StatusMenuAction::revealFolder, [this] { revealFolder(); }},
         {StatusMenuAction::openPermission, [] { ScreenCapture::requestPermissionInteractive(); }},
-        {StatusMenuAction::showPreferences,
-            [] { HUD::show(u"La ventana de ajustes "_qs + notYet, u"sparkles"_qs); }},
+        {StatusMenuAction::showPreferences, [this] { showPreferences(); }},
         {StatusMenuAction::showAbout, [this] { showAbout(); }},
         {StatusMenuAction::openWebsite, [this] { workspace->openUrl(QUrl(Author::url.toString())); }},
         {StatusMenuAction::terminate, [] { QApplication::quit(); }},

@@ -22,8 +22,12 @@ namespace pintalux {
 class About;
 class EditorWindowController;
 class HotKeyCenter;
+class LoginItem;
+class PreferencesWindow;
 class Settings;
+class SettingsFileActions;
 class StatusItem;
+class Thumbnail;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
@@ -66,6 +70,8 @@ public:
 
     /// Opens the picture in an editor of its own, in front of all windows and with the focus.
     void openEditor(const CaptureResult& shot);
+    /// Shows the capture as a card in the corner of the screen; `savedPath` is where it was saved already.
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
     /// Every open editor, in opening order.
     const std::vector<std::unique_ptr<EditorWindowController>>& editors() const { return openEditors; }
     ActivationPolicy activationPolicy() const { return policy; }
@@ -92,9 +98,8 @@ private:
     void openImage();
     void revealFolder();
     void showAbout();
-
-    /// The end of what is said in place of a window that does not exist yet.
-    static inline const QString notYet = QStringLiteral("aún no está disponible en esta versión");
+    void showPreferences();
+    void makePreferences();
 
     Settings& settings;
     HotKeyCenter& hotKeys;
@@ -102,13 +107,17 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    bool isFreezing = false; ///< a capture has begun and its pixels are not here yet
+    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;
     ActivationPolicy policy = ActivationPolicy::accessory;
     QPointer<QFileDialog> openPanel;
     QPointer<About> about;
+    std::unique_ptr<LoginItem> loginItem;
+    std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for
+    std::unique_ptr<SettingsFileActions> settingsFile;
     QTimer quiet; ///< ends when nothing was captured for a while
 };
 

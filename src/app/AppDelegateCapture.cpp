@@ -2,11 +2,12 @@
 
 #include "app/AppDelegate.h"
 #include "app/HUD.h"
+#include "app/Thumbnail.h"
+#include "capture/OCR.h"
 #include "capture/ScreenCapture.h"
 #include "platform/SystemSound.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
-#include "render/Clipboard.h"
 #include "settings/Settings.h"
 
 namespace pintalux {
@@ -17,6 +18,8 @@ void AppDelegate::perform(CaptureAction action)
         return;
     quiet.start();
     HUD::dismiss();
+    if (thumbnail)
+        thumbnail->close(false);
     previousApp = workspace->frontmostWindow();
     switch (action) {
     case CaptureAction::fullScreen:
@@ -99,28 +102,31 @@ void AppDelegate::reactivatePrevious()
     previousApp.reset();
 }
 
+void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath)
+{
+    if (thumbnail)
+        thumbnail->close(false);
+    thumbnail = new Thumbnail(shot, savedPath,
+        {.openEditor = [this](const CaptureResult& capture) { openEditor(capture); },
+            .revealFile = [this](const QString& path) { workspace->revealFile(path); }},
+        this);
+    connect(thumbnail, &Thumbnail::closed, thumbnail, &QObject::deleteLater);
+    thumbnail->show();
+}
+
 Delivery::Routes AppDelegate::routes()
 {
-    // A capture that nothing else keeps is copied: what was captured must not be lost for want of a window.
-    const auto keep = [this](const CaptureResult& shot, const std::optional<QString>& savedPath) {
-        if (savedPath && !settings.autoCopy())
-            return u"Captura guardada. "_qs;
-        if (!settings.autoCopy())
-            Clipboard::copy(shot.image, shot.pixelScale);
-        return u"Captura copiada. "_qs;
-    };
     return {
         .reactivatePrevious = [this] { reactivatePrevious(); },
         .forgetPrevious = [this] { previousApp.reset(); },
         .playSound = [] { SystemSound::play(); },
         .openEditor = [this](const CaptureResult& shot, const std::optional<QString>&) { openEditor(shot); },
-        .showThumbnail =
-            [keep](const CaptureResult& shot, const std::optional<QString>& savedPath) {
-                HUD::show(keep(shot, savedPath) + u"La miniatura "_qs + notYet, u"sparkles"_qs);
-            },
+        .showThumbnail = [this](const CaptureResult& shot,
+                             const std::optional<QString>& savedPath) { showThumbnail(shot, savedPath); },
         .recognizeText =
-            [](const QImage&, const std::function<void(const QString&)>&) {
-                HUD::show(u"La lectura de texto "_qs + notYet, u"text.viewfinder"_qs);
+            [](const QImage& image, const std::function<void(const QString&)>& done) {
+                OCR::recognize(
+                    image, [done](const std::optional<QString>& text) { done(text.value_or(QString())); });
             },
         .showMessage =
             [](const QString& message, const QString& symbol, const QColor& tint) {

@@ -2,14 +2,19 @@
 
 #include "app/About.h"
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusMenu.h"
+#include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"
 #include "editor/EditorWindowLayout.h"
 #include "editor/EditorWindowOpenPanel.h"
 #include "platform/ImageFile.h"
+#include "platform/LoginItem.h"
 #include "platform/Trace.h"
-#include "settings/Settings.h"
+#include "settings/PreferencesView.h"
+#include "settings/PreferencesWindow.h"
+#include "settings/SettingsFileActions.h"
 
 #include <QCursor>
 #include <QFileDialog>
@@ -96,7 +101,8 @@ void AppDelegate::editorClosed(EditorWindowController& closing)
 
 void AppDelegate::updateActivationPolicy()
 {
-    policy = openEditors.empty() ? ActivationPolicy::accessory : ActivationPolicy::regular;
+    const bool hasWindows = !openEditors.empty() || (preferences && preferences->isVisible());
+    policy = hasWindows ? ActivationPolicy::regular : ActivationPolicy::accessory;
 }
 
 void AppDelegate::openImage()
@@ -118,6 +124,38 @@ void AppDelegate::openImageFile(const QString& path)
     } catch (const Error&) {
         HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
     }
+}
+
+void AppDelegate::showPreferences()
+{
+    if (!preferences)
+        makePreferences();
+    preferences->place();
+    bringToFront(*preferences);
+    updateActivationPolicy();
+}
+
+void AppDelegate::makePreferences()
+{
+    loginItem = LoginItem::create();
+    preferences = std::make_unique<PreferencesWindow>(settings,
+        PreferencesHost{
+            .version = CommandLine::version(),
+            .loginItem = loginItem.get(),
+            .hasPermission = [] { return ScreenCapture::hasPermission(); },
+            .requestPermission = [] { ScreenCapture::requestPermissionInteractive(); },
+            .failedShortcuts = [this] { return failed; },
+            .hasSavedCopy = [] { return Settings::hasSavedCopy(); },
+            .saveCopy = [this] { settingsFile->saveCopy(); },
+            .restoreSavedCopy = [this] { settingsFile->restoreSavedCopy(); },
+            .exportSettings = [this] { settingsFile->exportSettings(); },
+            .importSettings = [this] { settingsFile->importSettings(); },
+            .resetSettings = [this] { settingsFile->reset(); },
+        });
+    settingsFile = std::make_unique<SettingsFileActions>(settings, preferences.get());
+    connect(
+        settingsFile.get(), &SettingsFileActions::copySaved, this, [this] { preferences->view().refresh(); });
+    connect(preferences.get(), &PreferencesWindow::closed, this, &AppDelegate::updateActivationPolicy);
 }
 
 void AppDelegate::showAbout()

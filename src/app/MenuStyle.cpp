@@ -48,6 +48,8 @@ Type typeOf(Menu::Look look)
     switch (look) {
     case Menu::Look::header:
         return {13, FontWeight::semibold};
+    case Menu::Look::section:
+        return {11, FontWeight::semibold};
     case Menu::Look::note:
     case Menu::Look::credit:
         return {11, FontWeight::regular};
@@ -99,7 +101,7 @@ QColor textColor(const QStyleOptionMenuItem& option, Menu::Look look, bool highl
 {
     if (look == Menu::Look::link)
         return highlighted ? QColor(Qt::white) : theme.onSelected;
-    if (look == Menu::Look::credit || look == Menu::Look::note)
+    if (look == Menu::Look::credit || look == Menu::Look::note || look == Menu::Look::section)
         return theme.text2;
     if (look == Menu::Look::header)
         return theme.text;
@@ -210,8 +212,8 @@ private:
         drawIcon(item, row, highlighted, painter);
         const auto look = lookOf(item);
         const auto [title, key] = textsOf(item);
-        drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)), row.left() + textLeft,
-            row, painter);
+        drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)),
+            row.left() + (look == Look::section ? sidePadding : textLeft), row, painter);
         if (!key.isEmpty()) {
             const auto keyBlock = textOf(key, Look::action,
                 highlighted   ? QColor(Qt::white)

@@ -18,10 +18,11 @@ class Menu : public QMenu {
 public:
     enum class Look {
         action,
-        header, ///< name in semibold, not faded though it cannot be chosen
-        note,   ///< explanation in small secondary text, on several lines where needed
-        credit, ///< one line in small secondary text
-        link,   ///< small, in the colour of links
+        header,  ///< name in semibold, not faded though it cannot be chosen
+        section, ///< title of the rows beneath it, at the left edge
+        note,    ///< explanation in small secondary text, on several lines where needed
+        credit,  ///< one line in small secondary text
+        link,    ///< small, in the colour of links
     };
 
     explicit Menu(QWidget* parent = nullptr);

@@ -1,18 +1,74 @@
 #pragma once
 
 #include <QImage>
-
-class QWidget;
+#include <QWidget>
 
 namespace pintalux {
 
-/// A picture pinned above all other windows.
-namespace PinnedImage {
+/// A picture pinned above all other windows, on every desktop.
+///
+/// Dragging moves it, dragging an edge or a corner resizes it in its proportions, the wheel fades it, a
+/// double click or Escape closes it, and its menu copies or closes it. It lives on after the window that it
+/// came from, until it is closed or the program ends. Main thread only.
+class PinnedImage : public QWidget {
+    Q_OBJECT
 
-/// Shows `image` in the middle of the screen of `near` (the main screen without one), at its size in points,
-/// at most 60 % of the screen. `pixelScale` is image pixels per point.
-void show(const QImage& image, double pixelScale, const QWidget* near);
+public:
+    /// Shows `image` in the middle of the screen of `near` (the main screen without one), at its size in
+    /// points, at most 60 % of the screen. `pixelScale` is image pixels per point. An empty picture is not
+    /// shown.
+    static void show(const QImage& image, double pixelScale, const QWidget* near);
 
-} // namespace PinnedImage
+    /// The pins on screen, the oldest first.
+    static const QList<PinnedImage*>& open();
+
+    ~PinnedImage() override;
+
+    /// Where the picture is on the screen, without the shadow around it; points.
+    QRect picture() const { return sheet().translated(pos()); }
+    void setPicture(const QRect& screenRect);
+
+    /// Closes this pin for good.
+    void dismiss();
+    /// Copies the whole picture, at the scale in which it is shown now.
+    void copyImage() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    PinnedImage(const QImage& image, QSize size);
+
+    int margin() const;
+    QRect sheet() const;
+    void shapeToSheet();
+    bool isPixelForPixel() const;
+    void drawPicture(const QRectF& sheet, QPainter& painter);
+
+    QImage image;
+    QImage scaled; ///< `image` at this window's device pixels; null where it is shown pixel for pixel
+    QSize proportions;
+    bool translucent;
+    bool exposed = false; ///< has been on the screen
+
+    /// What the left button took hold of, in points of the screen.
+    struct Grip {
+        QPoint screenPoint;
+        QRect picture;
+        Qt::Edges edges; ///< none: the whole pin
+        bool moving = false;
+    };
+    std::optional<Grip> grip;
+};
 
 } // namespace pintalux

@@ -39,6 +39,7 @@ const Theme& Theme::light()
         .ok = {0x14, 0x80, 0x4A},
         .warn = {0xA6, 0x5A, 0x00},
         .bad = {0xC0, 0x27, 0x3A},
+        .raised = {0xFF, 0xFF, 0xFF},
     };
     return theme;
 }
@@ -71,6 +72,7 @@ const Theme& Theme::darkTheme()
         .ok = {0x58, 0xD3, 0x9A},
         .warn = {0xF2, 0xB2, 0x5C},
         .bad = {0xFF, 0x8A, 0x93},
+        .raised = {0x41, 0x3F, 0x4C},
     };
     return theme;
 }
@@ -78,6 +80,8 @@ const Theme& Theme::darkTheme()
 QColor Theme::buttonFill() const { return dark ? withAlpha(Qt::white, 0.07) : field; }
 
 QColor Theme::buttonBorder() const { return dark ? withAlpha(Qt::white, 0.12) : control; }
+
+QColor Theme::swatchEdge() const { return dark ? withAlpha(Qt::white, 0.34) : withAlpha(Qt::black, 0.14); }
 
 QLinearGradient Theme::brandGradient(const QRectF& rect)
 {
@@ -102,5 +106,12 @@ const Theme& Theme::of(const QPalette& palette)
 }
 
 const Theme& Theme::current() { return of(QGuiApplication::palette()); }
+
+QEasingCurve Theme::slideCurve()
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0.2, 0.9}, {0.25, 1}, {1, 1});
+    return curve;
+}
 
 } // namespace pintalux

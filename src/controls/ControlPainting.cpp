@@ -95,16 +95,14 @@ void knob(QPointF center, const Knob& look, QPainter& painter)
 }
 
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,
-    QPainter& painter)
+    QPainter& painter, double ringGap)
 {
-    constexpr double ringGap = 2;
     constexpr double ringWidth = 2;
     const Smooth smooth(painter);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawEllipse(around(center, diameter));
-    // White on a dark ground is told apart by itself; what is dark needs the edge there.
-    painter.setPen(QPen(theme.dark ? withAlpha(Qt::white, 0.34) : withAlpha(Qt::black, 0.14), 1));
+    painter.setPen(QPen(theme.swatchEdge(), 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(around(center, diameter - 1));
     if (chosen <= 0)
@@ -154,6 +152,22 @@ void text(const QString& text, const Font& font, const QColor& color, const QRec
 double textWidth(const QString& text, const Font& font)
 {
     return TextBlock(text, {font, Qt::black}).size().width();
+}
+
+QStringList wrapped(const QString& text, const Font& font, double width)
+{
+    QStringList lines;
+    QString line;
+    for (const auto& word : text.split(u' ')) {
+        const auto longer = line.isEmpty() ? word : line + u' ' + word;
+        if (line.isEmpty() || textWidth(longer, font) <= width) {
+            line = longer;
+        } else {
+            lines << line;
+            line = word;
+        }
+    }
+    return lines << line;
 }
 
 } // namespace pintalux::ControlPainting

@@ -5,6 +5,7 @@
 
 #include <QRectF>
 #include <QString>
+#include <QStringList>
 
 class QPainter;
 
@@ -45,7 +46,7 @@ void knob(QPointF center, const Knob& look, QPainter& painter);
 /// A disc of colour to choose: inner edge, and when `chosen` (0 to 1) the ring in the brand's colour around a
 /// gap.
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,
-    QPainter& painter);
+    QPainter& painter, double ringGap = 2);
 
 /// The ring of all hues around the current colour, 20 across, on a ground of `card`.
 void colorChooser(QPointF center, const QColor& current, const Theme& theme, QPainter& painter);
@@ -55,6 +56,8 @@ void colorChooser(QPointF center, const QColor& current, const Theme& theme, QPa
 void text(const QString& text, const Font& font, const QColor& color, const QRectF& rect,
     Qt::Alignment alignment, QPainter& painter);
 double textWidth(const QString& text, const Font& font);
+/// The lines of a text that breaks between words so as to be no wider; a word that is wider stays whole.
+QStringList wrapped(const QString& text, const Font& font, double width);
 
 } // namespace ControlPainting
 

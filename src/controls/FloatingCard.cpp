@@ -16,6 +16,13 @@ namespace {
 
 constexpr double sheetOpacity = 0.97;
 
+/// Of two widgets with the same parent: siblings are painted in the order in which the parent has them.
+bool isBelow(const QWidget& lower, const QWidget& upper)
+{
+    const auto& siblings = lower.parentWidget()->children();
+    return siblings.indexOf(&lower) < siblings.indexOf(&upper);
+}
+
 } // namespace
 
 /// The shadow and the outer edge of the sheet.
@@ -133,7 +140,11 @@ void FloatingCard::placeShadow()
     const int margin = int(Theme::shadowMargin);
     shadow->setGeometry(geometry().adjusted(-margin, -margin, margin, margin));
     shadow->setVisible(!isHidden());
+    // No sheet lies in the shadow of another.
     shadow->stackUnder(this);
+    for (auto* sibling : parentWidget()->findChildren<FloatingCard*>(QString(), Qt::FindDirectChildrenOnly))
+        if (isBelow(*sibling, *shadow))
+            shadow->stackUnder(sibling);
 }
 
 void FloatingCard::paintEvent(QPaintEvent*)

@@ -19,7 +19,10 @@ constexpr double sidePadding = 12;
 constexpr double previewGap = 6;
 constexpr double arrowsSize = 16;
 constexpr double arrowsInset = 7;
+constexpr double titleGap = 6;
 constexpr int listGap = 4;
+
+Font titleFont() { return Draw::systemFont(13, FontWeight::regular); }
 
 /// A preview as an icon for the list.
 class PreviewIcon : public VectorIcon {
@@ -73,7 +76,22 @@ void PopUpButton::setCurrentIndex(int index)
     update();
 }
 
-QSize PopUpButton::sizeHint() const { return {170, buttonHeight}; }
+void PopUpButton::setLeastWidth(int width)
+{
+    leastWidth = width;
+    updateGeometry();
+}
+
+QSize PopUpButton::sizeHint() const
+{
+    double widest = 0;
+    for (const auto& choice : choices)
+        widest = std::max(widest,
+            ControlPainting::textWidth(choice.title, titleFont())
+                + (choice.preview ? previewSize.width() + previewGap : 0));
+    const double needed = sidePadding + widest + titleGap + arrowsSize + arrowsInset;
+    return {std::max(leastWidth, int(std::ceil(needed))), buttonHeight};
+}
 
 void PopUpButton::openList()
 {
@@ -135,8 +153,8 @@ void PopUpButton::paintEvent(QPaintEvent*)
         left = place.right() + previewGap;
     }
     const double right = shape.right() - arrowsInset - arrowsSize;
-    ControlPainting::text(currentTitle(), Draw::systemFont(13, FontWeight::regular), theme.text,
-        {left, 0, right - left, shape.height()}, Qt::AlignLeft, painter);
+    ControlPainting::text(currentTitle(), titleFont(), theme.text,
+        {left, 0, right - titleGap - left, shape.height()}, Qt::AlignLeft, painter);
     Symbol::draw(
         u"popup", {right, shape.center().y() - arrowsSize / 2, arrowsSize, arrowsSize}, theme.icon, painter);
 }

@@ -34,7 +34,10 @@ public:
     void setCurrentIndex(int index);
     QString currentTitle() const;
 
+    /// As wide as the longest title needs, at least this; points.
+    void setLeastWidth(int width);
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
     /// A person chose it from the list, also when it was chosen already.
@@ -51,6 +54,7 @@ private:
     QList<Choice> choices;
     QSize previewSize;
     int current = -1;
+    int leastWidth = 170;
     HoverFade hover;
 };
 

@@ -124,7 +124,11 @@ void Popover::reposition()
         return;
     const auto* screen = opener->screen();
     const int inside = int(Theme::screenMargin);
-    const QRect button(opener->mapToGlobal(QPoint(0, 0)), opener->size());
+    QRect button(opener->mapToGlobal(QPoint(0, 0)), opener->size());
+    if (clearOf) {
+        button.moveTop(clearOf->mapToGlobal(QPoint(0, 0)).y());
+        button.setHeight(clearOf->height());
+    }
     const auto placed = place(
         sheet().size(), button, screen->availableGeometry().adjusted(inside, inside, -inside, -inside));
     home = placed.topLeft() - QPoint(margin(), margin());

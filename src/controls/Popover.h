@@ -14,6 +14,10 @@ public:
     /// `content` becomes a child and is shown as large as its size hint.
     explicit Popover(QWidget* content, QWidget* parent = nullptr);
 
+    /// The sheet opens beyond the upper or lower edge of this widget, which has the button on it, instead of
+    /// the button's.
+    void setClearOf(const QWidget* surroundings) { clearOf = surroundings; }
+
     /// Opens centred under `button`, above it where there is no room. The button stays pressed while it is
     /// open. When it was opened by keyboard, the first control of the content gets the focus.
     void popUp(QWidget* button);
@@ -42,6 +46,7 @@ private:
     QWidget* content;
     bool translucent;
     QPointer<QWidget> opener;
+    QPointer<const QWidget> clearOf;
     QPoint home; ///< of the window once it has slid in
     QVariantAnimation animation;
 };

@@ -47,7 +47,14 @@ PushButton::~PushButton() = default;
 
 void PushButton::setSymbol(const QString& name)
 {
-    symbol = name;
+    setPicture([name](QPainter& painter, const QRectF& rect, const QColor& ink) {
+        Symbol::draw(name, rect, ink, painter);
+    });
+}
+
+void PushButton::setPicture(Picture drawn)
+{
+    picture = std::move(drawn);
     updateGeometry();
     update();
 }
@@ -96,7 +103,7 @@ QSize PushButton::sizeHint() const
 {
     const auto [padding, font, ink] = look();
     double width = 2 * padding + ControlPainting::textWidth(text(), font);
-    if (!symbol.isEmpty())
+    if (picture)
         width += symbolSize + (text().isEmpty() ? 0 : symbolGap);
     if (popUp)
         width += chevronGap + chevronSize;
@@ -153,9 +160,8 @@ void PushButton::paintEvent(QPaintEvent*)
     const auto [padding, font, ink] = look();
     const double side = (shape.width() - (sizeHint().width() - 2 * padding)) / 2;
     double left = side;
-    if (!symbol.isEmpty()) {
-        Symbol::draw(
-            symbol, {left, shape.center().y() - symbolSize / 2, symbolSize, symbolSize}, ink, painter);
+    if (picture) {
+        picture(painter, {left, shape.center().y() - symbolSize / 2, symbolSize, symbolSize}, ink);
         left += symbolSize + symbolGap;
     }
     double right = shape.right() - side;

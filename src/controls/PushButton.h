@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 
+#include <functional>
+
 namespace pintalux {
 
 class Menu;
@@ -24,6 +26,9 @@ public:
 
     /// A symbol before the text; alone, where the text is empty.
     void setSymbol(const QString& name);
+    /// A small picture of another kind in its place.
+    using Picture = std::function<void(QPainter& painter, const QRectF& rect, const QColor& ink)>;
+    void setPicture(Picture picture);
     /// The button opens this menu below itself, and says so with a chevron.
     void setMenu(std::unique_ptr<Menu> menu);
     Menu* menu() const { return popUp.get(); }
@@ -48,7 +53,7 @@ private:
     void openMenu();
 
     Kind kind;
-    QString symbol;
+    Picture picture;
     std::unique_ptr<Menu> popUp;
     int buttonHeight = 28;
     double radius;

@@ -49,7 +49,7 @@ void TextField::applyTheme()
 {
     const auto& theme = Theme::of(palette());
     auto colors = palette();
-    if (colors.color(QPalette::Text) == theme.text)
+    if (colors.color(QPalette::Text) == theme.text && colors.color(QPalette::Base) == Qt::transparent)
         return;
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Text, theme.text);

@@ -2,8 +2,13 @@
 
 #include "controls/FloatingCard.h"
 #include "editor/EditorModel.h"
+#include "editor/StyleActions.h"
 
 namespace pintalux {
+
+class ArrowStyleIcon;
+class DropColorButton;
+class WedgeSlider;
 
 /// Style, width and colour of arrows, floating beside the palette while the arrow tool is chosen. The window
 /// places it and shows it by the model's tool and `showArrowOptions`.
@@ -13,7 +18,23 @@ class ArrowOptionsPanel : public FloatingCard {
 public:
     ArrowOptionsPanel(EditorModel& model, QWidget* parent);
 
-    QSize sizeHint() const override { return {541, 52}; }
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void makeStyles();
+    void makeWidth();
+    void makeColor();
+    void refresh(EditorModel::Field field);
+
+    EditorModel& model;
+    WidthGesture gesture;
+    QList<ArrowStyleIcon*> styles;
+    WedgeSlider* wedge = nullptr;
+    DropColorButton* color = nullptr;
 };
 
 } // namespace pintalux

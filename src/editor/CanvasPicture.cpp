@@ -234,9 +234,9 @@ void CanvasPicture::makeLayers()
     const auto area = toDevice(mapping.frame()) & toDevice(scene.view);
     layerOrigin = area.topLeft();
     painted.clear();
+    still = {};
     if (background.size() != area.size()) {
-        background = {}; // before its successor is made: a canvas is a large part of the program's memory
-        still = {};
+        background = {}; // before its successor is made: the layers are large
         background = newImage(area.size(), QImage::Format_RGB32);
     }
     if (background.isNull())
@@ -257,10 +257,7 @@ void CanvasPicture::makeLayers()
     painter.scale(whole.width() / mapping.composition.width(), whole.height() / mapping.composition.height());
     Renderer::drawPicture(scene.document, scene.beautify, context);
     painter.end();
-    if (still.size() != background.size())
-        still = newImage(background.size(), background.format());
-    if (!still.isNull())
-        std::copy_n(background.constBits(), background.sizeInBytes(), still.bits());
+    still = background; // shared until a mark is painted
 }
 
 QList<Annotation> CanvasPicture::stillMarks() const
@@ -299,6 +296,8 @@ void CanvasPicture::bringLayerUpToDate()
         for (const QRect& viewRect : damage.region(scene.mapping)) {
             const GraphicsContext::Saved saved(context);
             const auto part = toDevice(viewRect).translated(-layerOrigin) & still.rect();
+            if (part.isEmpty())
+                continue; // the toolkit takes no source for the whole picture
             painter.drawImage(part.topLeft(), background, part);
             context.clip(QRectF(part));
             enter();

@@ -113,7 +113,7 @@ void CanvasView::modelChanged()
         refreshIsDue = false;
         showCursor();
         if (std::exchange(lastTool, model.tool()) != model.tool())
-            commitText();
+            finishText();
         refresh();
     };
     QMetaObject::invokeMethod(this, catchUp, Qt::QueuedConnection);

@@ -45,6 +45,7 @@ void CanvasView::press(QPointF at, Clicks clicks)
         setFocus();
         finishText();
     }
+    lastTool = model.tool(); // what begins here is not finished by a change of tool before it
     pressedAt = at;
     pointer = {.at = at, .pointScale = 1 / viewScale()};
     if (!pressNode(at, clicks)) {

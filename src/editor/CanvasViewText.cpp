@@ -119,6 +119,7 @@ void CanvasView::cancelText()
 
 QString CanvasView::debugType(QPointF at, const QString& text)
 {
+    lastTool = model.tool();
     beginNewText(at);
     textField->insert(text);
     const auto size = textPreview()->textSize();

@@ -131,7 +131,12 @@ void EditorWindowController::dragOut(QWidget& source)
     const auto pixmap = picture->thumbnail(source.devicePixelRatioF());
     drag->setPixmap(pixmap);
     drag->setHotSpot(QRectF({}, pixmap.deviceIndependentSize()).center().toPoint());
+    // Let go too early, it must not land on the picture that it is.
+    canvas().setAcceptDrops(false);
+    const QPointer guard(this);
     drag->exec(Qt::CopyAction);
+    if (guard)
+        canvas().setAcceptDrops(true);
 }
 
 } // namespace pintalux

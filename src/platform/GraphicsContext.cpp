@@ -214,10 +214,10 @@ void GraphicsContext::drawInDevicePixels(const QImage& image, const QRect& devic
 QRect GraphicsContext::visibleDevicePixels() const
 {
     const auto* device = painter.device();
-    const double ratio = device->devicePixelRatioF();
-    QRectF visible(0, 0, device->width() * ratio, device->height() * ratio);
-    if (device->devType() == QInternal::Image)
-        visible = QRectF(static_cast<const QImage*>(device)->rect());
+    QRectF visible(0, 0, device->width(), device->height());
+    // A widget paints into the pixels of its window, at its place there.
+    if (device->devType() == QInternal::Widget)
+        visible = (painter.worldTransform().inverted() * painter.deviceTransform()).mapRect(visible);
     if (painter.hasClipping())
         visible &= painter.deviceTransform().mapRect(painter.clipBoundingRect());
     return visible.toAlignedRect();

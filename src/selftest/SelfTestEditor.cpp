@@ -138,4 +138,6 @@ void Run::noteArrowOptions(EditorWindowController& editor)
     });
 }
 
+void Run::showThumbnail() { delegate.showThumbnail({sample, sampleScale, u"Prueba"_qs}, std::nullopt); }
+
 } // namespace pintalux::SelfTest

@@ -1,6 +1,9 @@
 // What needs no window: recognising, exporting, the model, the clipboard, the settings.
 
+#include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 #include "capture/OCR.h"
+#include "capture/ScreenCapture.h"
 #include "editor/ColorChooser.h"
 #include "editor/EditorModel.h"
 #include "model/Color.h"
@@ -118,8 +121,13 @@ void Run::checkSettingsFile()
 
 void Run::renderPreferences()
 {
-    PreferencesView preferences(settings);
-    writeWidget(preferences, u"ajustes.png"_qs);
+    PreferencesHost host;
+    host.version = CommandLine::version();
+    host.hasPermission = [] { return ScreenCapture::hasPermission(); };
+    host.failedShortcuts = [this] { return delegate.failedShortcuts(); };
+    PreferencesView preferences(settings, host);
+    preferences.resize(preferences.sizeHint());
+    writeWidget(*preferences.widget(), u"ajustes.png"_qs);
 }
 
 } // namespace pintalux::SelfTest

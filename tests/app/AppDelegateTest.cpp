@@ -151,22 +151,6 @@ TEST_F(AppDelegateTest, EditorsStandInOpeningOrderUntilTheyClose)
     EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::accessory);
 }
 
-TEST_F(AppDelegateTest, ASaveThatFailedIsNotToldAsDone)
-{
-    settings.setAfterCapture(AfterCapture::thumbnail);
-    settings.setAutoCopy(false);
-    settings.setAutoSave(true);
-    const QTemporaryDir folder;
-    QFile inTheWay(folder.filePath(u"capturas"_qs));
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-    Settings::shared().setSaveFolder(inTheWay.fileName()); // the exporter's
-    delegate.perform(CaptureAction::fullScreen);
-    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage().has_value(); }));
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"Captura copiada."));
-    EXPECT_TRUE(isImageCopied());
-}
-
 TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
 {
     const QTemporaryDir folder;

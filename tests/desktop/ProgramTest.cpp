@@ -46,6 +46,8 @@ protected:
 
     void TearDown() override
     {
+        if (hasEnded)
+            return;
         printed += program.readAllStandardError();
         ASSERT_EQ(program.state(), QProcess::Running)
             << "it ended with " << program.exitCode()
@@ -105,6 +107,7 @@ protected:
     QProcess program;
     QByteArray printed;
     QString savedName;
+    bool hasEnded = false; ///< as the test asked it to
 };
 
 } // namespace
@@ -186,4 +189,36 @@ TEST_F(ProgramTest, AFullScreenGoesStraightToAFileBesideTheRunningProgram)
 
     xdotool(u"key ctrl+shift+3"_qs);
     EXPECT_EQ(differingPixels(saved(), before), 0);
+}
+
+TEST_F(ProgramTest, TheTextUnderTheSelectionIsCopiedLineByLine)
+{
+    const DemoWindow window(u"Fondo"_qs, u"560x400+150+100"_qs, u"#3B6FE0"_qs);
+    pressHotKey(4);
+    xdotool(u"mousemove 190 188 mousedown 1 mousemove 300 200 mousemove 680 300 mouseup 1"_qs);
+    const auto expected = u"Las ventas del primer semestre crecieron un 18 %.\n"
+                          "La campaña de otoño empieza el 3 de septiembre.\n"
+                          "Pendiente: revisar el presupuesto de diseño."_qs;
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::clipboard()->text() == expected; }, 15000))
+        << QGuiApplication::clipboard()->text().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
+}
+
+TEST_F(ProgramTest, ItEndsCleanlyWhileItReads)
+{
+    const DemoWindow window(u"Fondo"_qs, u"1200x740+20+20"_qs, u"#3B6FE0"_qs, desktop(),
+        {u"--text"_qs,
+            u"Una línea de texto que hay que leer entera, palabra por palabra.\n"_qs.repeated(24)});
+    pressHotKey(4);
+    xdotool(u"mousemove 30 90 mousedown 1 mousemove 300 200 mousemove 1200 750 mouseup 1"_qs);
+    waitUntil([] { return false; }, 1200); // the languages are loaded and the lines begun
+    EXPECT_FALSE(QGuiApplication::clipboard()->text().contains(u"Una línea")) << "it has been read already";
+    desktop().run(u"gdbus"_qs,
+        {u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs, u"--object-path"_qs,
+            u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
+            u"org.freedesktop.Application.ActivateAction"_qs, u"terminate"_qs, u"[]"_qs, u"{}"_qs});
+    ASSERT_TRUE(program.waitForFinished(3000)) << "it hangs";
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
+    hasEnded = true;
 }

@@ -2,6 +2,8 @@
 
 #include "platform/LargeImage.h"
 
+#include <QWidget>
+
 #include <gtest/gtest.h>
 
 using namespace pintalux;
@@ -170,6 +172,31 @@ TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
     painter.end();
     EXPECT_EQ(image.pixel(19, 10), qRgb(0, 0, 0));
     EXPECT_EQ(image.pixel(20, 10), qRgb(255, 255, 255));
+}
+
+TEST(GraphicsContextShadow, OfAChildWidgetFallsAtItsPlaceInTheWindow)
+{
+    struct Child : QWidget {
+        using QWidget::QWidget;
+        void paintEvent(QPaintEvent*) override
+        {
+            QPainter painter(this);
+            GraphicsContext context(painter);
+            context.setShadow({Qt::black, {0, 10}, 0});
+            QPainterPath path;
+            path.addRect(10, 10, 20, 20);
+            context.fill(path, QColor(Qt::white));
+        }
+    };
+    QWidget window;
+    window.resize(200, 200);
+    window.setStyleSheet(u"background: white"_qs);
+    Child child(&window);
+    child.setGeometry(120, 140, 40, 50);
+    const auto image = window.grab().toImage();
+    const double ratio = image.devicePixelRatio();
+    EXPECT_EQ(qGray(image.pixel(QPointF(140 * ratio, 175 * ratio).toPoint())), 0);
+    EXPECT_EQ(qGray(image.pixel(QPointF(140 * ratio, 155 * ratio).toPoint())), 255);
 }
 
 TEST(ClearedImage, IsAnOrdinaryWritableImageOfZeros)

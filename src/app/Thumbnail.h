@@ -1,0 +1,66 @@
+#pragma once
+
+#include "capture/CaptureResult.h"
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+
+namespace pintalux {
+
+class ThumbnailCard;
+
+/// A finished capture as a small card in the lower right corner of the screen under the pointer: a click
+/// annotates it, a drag drops it into another program, buttons save (or show), annotate and copy it.
+///
+/// It lies above everything, never takes the keyboard, and goes by itself after a few seconds without the
+/// pointer on it. Main thread only.
+class Thumbnail : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the card leaves to others.
+    struct Actions {
+        std::function<void(const CaptureResult&)> openEditor;
+        /// Shows the file in the person's file manager.
+        std::function<void(const QString& path)> revealFile;
+    };
+
+    /// `savedPath` is where the capture was saved already. Nothing is shown yet.
+    Thumbnail(CaptureResult shot, std::optional<QString> savedPath, Actions actions, QObject* parent);
+    ~Thumbnail() override;
+
+    void show();
+    /// Takes the card off the screen, at once or gliding away. Closing it again does nothing.
+    void close(bool animated);
+
+    /// Closes the card and opens the capture in an editor.
+    void edit();
+    void copy();
+    /// Saves the capture where it is not saved yet, and shows the file. When that fails the card stays.
+    void save();
+    /// The file to hand to another program: the saved one, else one made for it now; none when that fails.
+    std::optional<QString> fileToDrag();
+
+Q_SIGNALS:
+    /// The card has gone, once.
+    void closed();
+
+private:
+    void checkLifetime();
+    QPoint restingPlace() const;
+    void slideIn();
+
+    const CaptureResult shot;
+    std::optional<QString> savedPath;
+    std::optional<QString> temporaryPath; ///< made for an earlier drag
+    Actions actions;
+    QPointer<ThumbnailCard> card; ///< while it is shown
+    QTimer timer;
+    QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
+};
+
+} // namespace pintalux

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QImage>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace pintalux {
+
+/// The window of the floating thumbnail: what is seen of it and how it answers the mouse.
+class ThumbnailCard : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `pixelScale` is image pixels per point; `isSaved` decides between "Guardar" and "Mostrar".
+    ThumbnailCard(const QImage& image, double pixelScale, bool isSaved);
+    ~ThumbnailCard() override;
+
+    /// The card within the window, without its shadow; points.
+    QRect sheet() const;
+    /// True while the pointer rests on the card or drags something from it.
+    bool isUnderPointer() const;
+
+    /// Hides and deletes the window, as soon as no drag needs it any more.
+    void retire();
+
+    /// Asked when a drag begins.
+    std::function<std::optional<QString>()> fileToDrag;
+
+Q_SIGNALS:
+    void closeClicked();
+    void saveClicked();
+    void editClicked();
+    void copyClicked();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    void addButtons(const QRect& picture, bool isSaved);
+    void dragOut(const QPixmap& picture);
+
+    bool translucent;
+    bool dragging = false;
+    bool retired = false;
+    QWidget* closeButton = nullptr;
+    QPoint gripPoint; ///< where the card's background was pressed; points of the window
+};
+
+} // namespace pintalux

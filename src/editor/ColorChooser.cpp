@@ -1,0 +1,157 @@
+#include "editor/ColorChooser.h"
+
+#include "app/Theme.h"
+#include "controls/ControlPainting.h"
+#include "controls/Popover.h"
+#include "controls/PushButton.h"
+#include "controls/TextField.h"
+#include "editor/ColorPanelBridge.h"
+#include "editor/KeyboardGroup.h"
+#include "editor/StyleActions.h"
+#include "editor/StyleButtons.h"
+#include "model/Color.h"
+#include "model/Palette.h"
+#include "render/Draw.h"
+
+#include <QPainter>
+
+namespace pintalux {
+
+namespace {
+
+// Points.
+constexpr QSize whole{280, 169};
+constexpr int side = 16;
+constexpr QRectF titlePlace(side, 14, 248, 17);
+constexpr int firstRow = 41;
+constexpr int cell = 26;
+constexpr int cellGap = 6;
+constexpr int rowGap = 8;
+constexpr double disc = 22;
+constexpr double lineY = 115;
+constexpr QRectF chip(side, 128, 28, 28);
+constexpr QRect fieldPlace(52, 128, 170, 28);
+constexpr QRect panelPlace(230, 128, 34, 28);
+
+constexpr std::array<QRgb, 8> greys{
+    0x141414, 0x333333, 0x555555, 0x777777, 0x999999, 0xBBBBBB, 0xD6D6D6, 0xEEEEEE};
+
+} // namespace
+
+ColorChooser::ColorChooser(EditorModel& edited, std::function<void()> close, QWidget* parent)
+    : QWidget(parent)
+    , model(edited)
+    , dismiss(std::move(close))
+{
+    setFixedSize(whole);
+    setAccessibleName(u"Color"_qs);
+    QList<std::pair<QColor, QString>> colors;
+    for (const auto& swatch : Palette::annotation())
+        colors << std::pair(swatch.color, swatch.name);
+    addRow(0, colors);
+    colors.clear();
+    for (const auto grey : greys)
+        colors << std::pair(QColor(grey), u"Gris"_qs);
+    addRow(1, colors);
+    addTextRow();
+    new KeyboardGroup(*this, 0);
+    connect(&model, &EditorModel::changed, this, [this](EditorModel::Field field) {
+        if (field == EditorModel::Field::color)
+            refresh();
+    });
+    refresh();
+}
+
+void ColorChooser::open(EditorModel& model, ChromeButton& button, const QWidget* clearOf)
+{
+    // The popover is made around its contents, which close it.
+    auto popover = std::make_shared<QPointer<Popover>>();
+    auto* contents = new ColorChooser(model, [popover] {
+        if (*popover)
+            (*popover)->close();
+    });
+    *popover = new Popover(contents);
+    button.setOpen(true);
+    connect(popover->data(), &Popover::closed, &button, [&button] { button.setOpen(false); });
+    (*popover)->setClearOf(clearOf);
+    (*popover)->popUp(&button);
+}
+
+QSize ColorChooser::sizeHint() const { return whole; }
+
+void ColorChooser::addRow(int row, const QList<std::pair<QColor, QString>>& colors)
+{
+    int x = side;
+    const int y = firstRow + row * (cell + rowGap);
+    for (const auto& [color, name] : colors) {
+        auto* swatch = new SwatchButton(color, name, this);
+        swatch->setMetrics({.disc = disc, .hoveredDisc = disc + 2});
+        // The ring around the chosen one is wider than the cell.
+        swatch->setGeometry(x - cellGap / 2, y - rowGap / 2, cell + cellGap, cell + rowGap);
+        connect(swatch, &QAbstractButton::clicked, this, [this, color = color] { choose(color); });
+        swatches << swatch;
+        x += cell + cellGap;
+    }
+}
+
+void ColorChooser::addTextRow()
+{
+    hex = new TextField(this);
+    hex->setGeometry(fieldPlace);
+    const auto type = Draw::monospacedFont(12, FontWeight::medium);
+    QFont font;
+    font.setFamilies(type.families);
+    font.setPixelSize(int(type.size));
+    font.setWeight(QFont::Weight(type.weight));
+    hex->setFont(font);
+    hex->setPlaceholderText(u"#RRGGBB"_qs);
+    hex->setAccessibleName(u"Color en hexadecimal"_qs);
+    connect(hex, &QLineEdit::returnPressed, this, &ColorChooser::submit);
+
+    auto* panel = new PushButton({}, PushButton::Kind::bordered, this);
+    panel->setSymbol(u"paintpalette.fill"_qs);
+    panel->setGeometry(panelPlace);
+    panel->setToolTip(u"Otro color"_qs);
+    panel->setAccessibleName(u"Otro color"_qs);
+    connect(panel, &QAbstractButton::clicked, this, [this] {
+        auto& edited = model;
+        dismiss();
+        ColorPanelBridge::shared().open(edited);
+    });
+}
+
+void ColorChooser::choose(const QColor& color)
+{
+    StyleActions::chooseColor(model, color);
+    refresh();
+}
+
+void ColorChooser::submit()
+{
+    if (const auto color = colorFromHex(hex->text()))
+        choose(*color);
+    else
+        hex->setWrong(true);
+}
+
+void ColorChooser::refresh()
+{
+    for (auto* swatch : swatches)
+        swatch->setMarked(swatch->color() == model.color());
+    hex->setText(hexString(model.color()));
+    hex->setWrong(false);
+    update();
+}
+
+void ColorChooser::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto& theme = Theme::of(palette());
+    ControlPainting::text(u"Color"_qs, Draw::systemFont(13, FontWeight::semibold), theme.text, titlePlace,
+        Qt::AlignLeft, painter);
+    painter.fillRect(QRectF(side, lineY, width() - 2 * side, 1), theme.hair);
+    ControlPainting::box(chip, Theme::controlRadius, model.color(), theme.swatchEdge(), 1, painter);
+}
+
+} // namespace pintalux

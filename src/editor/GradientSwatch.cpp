@@ -1,0 +1,69 @@
+#include "editor/GradientSwatch.h"
+
+#include "app/Theme.h"
+#include "model/Geometry.h"
+#include "render/Draw.h"
+#include "render/Renderer.h"
+
+#include <QPainter>
+
+namespace pintalux {
+
+namespace {
+
+// Points.
+constexpr double ringWidth = 2;
+constexpr double checkerCell = 6;
+constexpr QColor checkerLight{0xFF, 0xFF, 0xFF};
+constexpr QColor checkerDark{0xD0, 0xD0, 0xD4};
+
+void paintCheckerboard(const QRectF& rect, QPainter& painter)
+{
+    painter.fillRect(rect, checkerLight);
+    for (int row = 0; row * checkerCell < rect.height(); ++row)
+        for (int column = row % 2; column * checkerCell < rect.width(); column += 2)
+            painter.fillRect(QRectF(rect.left() + column * checkerCell, rect.top() + row * checkerCell,
+                                 checkerCell, checkerCell),
+                checkerDark);
+}
+
+} // namespace
+
+GradientSwatch::GradientSwatch(
+    const std::optional<Palette::Gradient>& shown, const QString& name, QWidget* parent)
+    : ChromeButton(name, Theme::controlRadius, parent)
+    , gradient(shown)
+{
+}
+
+QRectF GradientSwatch::focusShape() const { return expanded(rect(), -reach); }
+
+void GradientSwatch::paintGround(const QRectF& chip, QPainter& painter) const
+{
+    painter.save();
+    painter.setClipPath(Draw::roundedRect(chip, cornerRadius()));
+    GraphicsContext context(painter);
+    if (gradient)
+        Renderer::drawGradient(*gradient, chip, context);
+    else
+        paintCheckerboard(chip, painter);
+    painter.restore();
+}
+
+void GradientSwatch::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto chip = focusShape();
+    paintGround(chip, painter);
+    fillForPointer(painter, Draw::roundedRect(chip, cornerRadius()));
+    painter.setPen(QPen(theme().swatchEdge(), 1));
+    painter.drawPath(Draw::roundedRect(expanded(chip, -0.5), cornerRadius() - 0.5));
+    if (markedAmount() > 0) {
+        const double middle = ringWidth / 2;
+        painter.setPen(QPen(faded(theme().brand, markedAmount()), ringWidth));
+        painter.drawPath(Draw::roundedRect(expanded(rect(), -middle), cornerRadius() + reach - middle));
+    }
+}
+
+} // namespace pintalux

@@ -1,0 +1,192 @@
+// The recogniser on the Tesseract library, which is loaded when the first picture is to be read: it brings
+// some eighty other libraries along, which would double the time that the program takes to start.
+
+#include "platform/Error.h"
+#include "platform/TextRecognizer.h"
+#include "platform/TextRecognizerContrast.h"
+
+#include <QLibrary>
+
+#include <locale.h>
+#include <tesseract/capi.h>
+
+#include <clocale>
+
+namespace pintalux {
+
+namespace {
+
+// In this order of preference. Those that are not installed are left out by the library itself.
+constexpr const char* languages = "spa+eng+por+fra";
+
+Error notInstalled()
+{
+    return {Error::ownDomain, 2,
+        u"Para leer texto hay que instalar el paquete tesseract-ocr-spa y los que lo acompañan."_qs};
+}
+
+/// The library's functions that are used here, by their own names.
+class Library {
+    std::unique_ptr<QLibrary> library = opened(); // before the functions, which are looked up in it
+
+public:
+#define PINTALUX_FUNCTION(name) decltype(&Tess##name) name = resolve<decltype(&Tess##name)>("Tess" #name)
+    PINTALUX_FUNCTION(BaseAPICreate);
+    PINTALUX_FUNCTION(BaseAPIDelete);
+    PINTALUX_FUNCTION(BaseAPIInit2);
+    PINTALUX_FUNCTION(BaseAPISetVariable);
+    PINTALUX_FUNCTION(BaseAPISetPageSegMode);
+    PINTALUX_FUNCTION(BaseAPISetImage);
+    PINTALUX_FUNCTION(BaseAPISetSourceResolution);
+    PINTALUX_FUNCTION(BaseAPIRecognize);
+    PINTALUX_FUNCTION(BaseAPIGetIterator);
+    PINTALUX_FUNCTION(BaseAPIClear);
+    PINTALUX_FUNCTION(MonitorCreate);
+    PINTALUX_FUNCTION(MonitorDelete);
+    PINTALUX_FUNCTION(MonitorSetCancelFunc);
+    PINTALUX_FUNCTION(MonitorSetCancelThis);
+    PINTALUX_FUNCTION(ResultIteratorDelete);
+    PINTALUX_FUNCTION(ResultIteratorNext);
+    PINTALUX_FUNCTION(ResultIteratorGetUTF8Text);
+    PINTALUX_FUNCTION(ResultIteratorGetPageIteratorConst);
+    PINTALUX_FUNCTION(PageIteratorBoundingBox);
+    PINTALUX_FUNCTION(DeleteText);
+#undef PINTALUX_FUNCTION
+
+    /// The library works with OpenMP threads that wait for each other longer than they work: one alone is
+    /// four times as fast. The environment variable for it would have to be set before the process starts.
+    void computeOnOneThread()
+    {
+        // Found among the libraries that came along; null where it was built without.
+        if (const auto limit = reinterpret_cast<void (*)(int)>(library->resolve("omp_set_max_active_levels")))
+            limit(0);
+    }
+
+private:
+    static std::unique_ptr<QLibrary> opened()
+    {
+        auto result = std::make_unique<QLibrary>(u"tesseract"_qs, 5);
+        result->setLoadHints(QLibrary::PreventUnloadHint);
+        if (!result->load())
+            throw notInstalled();
+        return result;
+    }
+
+    template <typename Function> Function resolve(const char* name)
+    {
+        const auto function = reinterpret_cast<Function>(library->resolve(name));
+        if (!function)
+            throw notInstalled();
+        return function;
+    }
+};
+
+/// Numbers in the library's files have a point, whatever the person's locale.
+class NumbersWithPoint {
+public:
+    NumbersWithPoint()
+        : plain(newlocale(LC_NUMERIC_MASK, "C", duplocale(LC_GLOBAL_LOCALE)))
+        , former(uselocale(plain))
+    {
+    }
+    ~NumbersWithPoint()
+    {
+        uselocale(former);
+        freelocale(plain);
+    }
+    NumbersWithPoint(const NumbersWithPoint&) = delete;
+    NumbersWithPoint& operator=(const NumbersWithPoint&) = delete;
+
+private:
+    locale_t plain;
+    locale_t former;
+};
+
+class TesseractRecognizer : public TextRecognizer {
+public:
+    QList<TextObservation> recognize(const QImage& image, const std::atomic<bool>& cancelled) override
+    {
+        if (image.isNull() || cancelled)
+            return {};
+        const NumbersWithPoint numbers;
+        if (!engine)
+            engine = std::make_unique<Engine>();
+        const auto page = preparedForReading(image);
+        return engine->read(page, cancelled);
+    }
+
+private:
+    class Engine {
+    public:
+        Engine()
+            : api(lib.BaseAPICreate(), lib.BaseAPIDelete)
+        {
+            lib.computeOnOneThread();
+            // What it has to say is not for the program's error output.
+            lib.BaseAPISetVariable(api.get(), "debug_file", "/dev/null");
+            if (lib.BaseAPIInit2(api.get(), nullptr, languages, tesseract::OEM_LSTM_ONLY) != 0)
+                throw notInstalled();
+            lib.BaseAPISetPageSegMode(api.get(), tesseract::PSM_AUTO);
+        }
+
+        QList<TextObservation> read(const QImage& page, const std::atomic<bool>& cancelled)
+        {
+            lib.BaseAPISetImage(
+                api.get(), page.constBits(), page.width(), page.height(), 1, int(page.bytesPerLine()));
+            lib.BaseAPISetSourceResolution(api.get(), typicalResolution);
+            recognizeUnless(cancelled);
+            auto words = wordsOf(page.size());
+            lib.BaseAPIClear(api.get()); // the picture and what was made of it
+            return words;
+        }
+
+    private:
+        // Text of an ordinary size at twice a screen's density, which is what pictures are brought to.
+        static constexpr int typicalResolution = 192;
+
+        void recognizeUnless(const std::atomic<bool>& cancelled)
+        {
+            const std::unique_ptr<ETEXT_DESC, decltype(lib.MonitorDelete)> monitor(
+                lib.MonitorCreate(), lib.MonitorDelete);
+            lib.MonitorSetCancelThis(monitor.get(), const_cast<std::atomic<bool>*>(&cancelled));
+            lib.MonitorSetCancelFunc(monitor.get(),
+                [](void* flag, int) { return static_cast<const std::atomic<bool>*>(flag)->load(); });
+            lib.BaseAPIRecognize(api.get(), monitor.get());
+        }
+
+        QList<TextObservation> wordsOf(QSize size)
+        {
+            QList<TextObservation> words;
+            const std::unique_ptr<TessResultIterator, decltype(lib.ResultIteratorDelete)> position(
+                lib.BaseAPIGetIterator(api.get()), lib.ResultIteratorDelete);
+            if (!position)
+                return words;
+            const auto* place = lib.ResultIteratorGetPageIteratorConst(position.get());
+            do {
+                const std::unique_ptr<char, decltype(lib.DeleteText)> text(
+                    lib.ResultIteratorGetUTF8Text(position.get(), tesseract::RIL_WORD), lib.DeleteText);
+                if (!text)
+                    continue;
+                int left = 0, right = 0, top = 0, bottom = 0, unused = 0;
+                lib.PageIteratorBoundingBox(place, tesseract::RIL_WORD, &left, &unused, &right, &unused);
+                lib.PageIteratorBoundingBox(place, tesseract::RIL_TEXTLINE, &unused, &top, &unused, &bottom);
+                if (const auto word = QString::fromUtf8(text.get()).trimmed(); !word.isEmpty())
+                    words.append({word,
+                        QRectF(double(left) / size.width(), double(top) / size.height(),
+                            double(right - left) / size.width(), double(bottom - top) / size.height())});
+            } while (lib.ResultIteratorNext(position.get(), tesseract::RIL_WORD));
+            return words;
+        }
+
+        Library lib;
+        std::unique_ptr<TessBaseAPI, decltype(&TessBaseAPIDelete)> api;
+    };
+
+    std::unique_ptr<Engine> engine; ///< loading its languages takes half a second
+};
+
+} // namespace
+
+std::unique_ptr<TextRecognizer> makeTextRecognizer() { return std::make_unique<TesseractRecognizer>(); }
+
+} // namespace pintalux

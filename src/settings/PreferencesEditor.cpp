@@ -1,0 +1,163 @@
+#include "controls/ArrowGlyph.h"
+#include "controls/ControlPainting.h"
+#include "controls/Slider.h"
+#include "platform/Symbol.h"
+#include "render/Draw.h"
+#include "render/Renderer.h"
+#include "settings/ColorPicker.h"
+#include "settings/PreferencesRows.h"
+
+#include <QPainter>
+
+#include <array>
+
+namespace pintalux::Preferences {
+
+namespace {
+
+constexpr QSize arrowSize(30, 22);
+constexpr QSize dockSize(18, 18);
+constexpr QSize chipSize(26, 16);
+constexpr double chipRadius = 4;
+constexpr int thinnest = 1;
+constexpr int thickest = 20;
+constexpr int strokeSliderWidth = 190;
+constexpr int strokeValueWidth = 40;
+
+PopUpButton::Preview arrowPreview(ArrowStyle style)
+{
+    return [style](QPainter& painter, const QRectF& rect, const QColor& ink) {
+        // The glyph has a clear margin for its place in a bar of tools.
+        drawArrowGlyph(style, rect.adjusted(-7, -7, 7, 7), ink, painter);
+    };
+}
+
+PopUpButton::Preview dockPreview(PaletteEdge edge)
+{
+    return [name = u"dock."_qs + rawValue(edge)](QPainter& painter, const QRectF& rect, const QColor& ink) {
+        Symbol::draw(name, rect, ink, painter);
+    };
+}
+
+void drawCheckerboard(const QRectF& rect, GraphicsContext& context)
+{
+    constexpr double square = 4;
+    context.fill(rect, QColor(Qt::white));
+    for (int row = 0; row * square < rect.height(); ++row)
+        for (int column = row % 2; column * square < rect.width(); column += 2)
+            context.fill(
+                QRectF(rect.left() + column * square, rect.top() + row * square, square, square) & rect,
+                QColor(0xD0, 0xD0, 0xD4));
+}
+
+/// `index` is one of the palette's, or −1 for no background.
+PopUpButton::Preview gradientPreview(int index)
+{
+    return [index](QPainter& painter, const QRectF& rect, const QColor&) {
+        GraphicsContext context(painter);
+        const GraphicsContext::Saved saved(context);
+        const auto chip = Draw::roundedRect(rect, chipRadius);
+        context.clip(chip);
+        if (index < 0)
+            drawCheckerboard(rect, context);
+        else
+            Renderer::drawGradient(Palette::gradients()[index], rect, context);
+        context.stroke(chip, {Theme::current().hair, 1});
+    };
+}
+
+void addColorRow(Form::Group& group, Binding& binding)
+{
+    auto* picker = new ColorPicker;
+    group.addRow(u"Color"_qs).add(picker);
+    auto& settings = binding.settings;
+    QObject::connect(picker, &ColorPicker::chosen, picker,
+        [&settings](const QColor& color) { settings.setLastColor(color); });
+    binding.follow(Setting::lastColor, [picker, &settings] { picker->setColor(settings.lastColor()); });
+}
+
+void addStrokeRow(Form::Group& group, Binding& binding)
+{
+    auto* slider = new Slider(u"Grosor"_qs, thinnest, thickest);
+    slider->setFixedWidth(strokeSliderWidth);
+    auto* value = new Form::Label({}, Form::value, Form::Label::Fit::shortened);
+    value->setFixedWidth(strokeValueWidth);
+    auto& row = group.addRow(u"Grosor"_qs);
+    row.add(slider);
+    row.add(value, 0);
+    auto& settings = binding.settings;
+    QObject::connect(slider, &QAbstractSlider::valueChanged, slider,
+        [&settings](int width) { settings.setStrokeWidth(width); });
+    binding.follow(Setting::strokeWidth, [slider, value, &settings] {
+        const double width = settings.strokeWidth();
+        const QSignalBlocker quiet(slider); // a width between two steps stays as it is stored
+        slider->setValue(int(std::lround(std::clamp(width, double(thinnest), double(thickest)))));
+        slider->update();
+        value->show(QString::number(width, 'f', 0) + u" pt"_qs);
+    });
+}
+
+void addGradientRow(Form::Group& group, Binding& binding)
+{
+    auto* list = new PopUpButton(u"Fondo"_qs);
+    QList<PopUpButton::Choice> choices;
+    for (const auto& gradient : Palette::gradients())
+        choices << PopUpButton::Choice{gradient.name, gradientPreview(gradient.id)};
+    choices << PopUpButton::Choice{u"Sin fondo"_qs, gradientPreview(-1)};
+    list->setChoices(choices, chipSize);
+    group.addRow(u"Fondo"_qs).add(list);
+    const int none = list->count() - 1;
+    auto& settings = binding.settings;
+    QObject::connect(list, &PopUpButton::chosen, list,
+        [&settings, none](int index) { settings.setLastGradient(index == none ? -1 : index); });
+    binding.follow(Setting::lastGradient, [&settings, list, none] {
+        // Whatever is no gradient of the palette gives no background.
+        const int index = settings.lastGradient();
+        list->setCurrentIndex(index >= 0 && index < none ? index : none);
+    });
+}
+
+} // namespace
+
+QWidget* makeEditorGroup(Binding& binding)
+{
+    auto* group = new Form::Group;
+    addChoice<ArrowStyle>(*group,
+        {.title = u"Estilo de flecha",
+            .setting = Setting::arrowStyle,
+            .get = &Settings::arrowStyle,
+            .set = &Settings::setArrowStyle,
+            .previewSize = arrowSize,
+            .preview = arrowPreview},
+        binding);
+    addSwitch(*group,
+        {u"Letra manuscrita en los textos", Setting::handwritten, &Settings::handwritten,
+            &Settings::setHandwritten},
+        binding);
+    addSwitch(*group,
+        {u"Textos tipo llamada (bocadillo con puntero)", Setting::calloutText, &Settings::calloutText,
+            &Settings::setCalloutText},
+        binding);
+    addChoice<PaletteEdge>(*group,
+        {.title = u"Posición de la paleta",
+            .setting = Setting::paletteEdge,
+            .get = &Settings::paletteEdge,
+            .set = &Settings::setPaletteEdge,
+            .previewSize = dockSize,
+            .preview = dockPreview},
+        binding);
+    addSwitch(*group,
+        {u"Mostrar la paleta al abrir el editor", Setting::toolbarHidden, &Settings::toolbarHidden,
+            &Settings::setToolbarHidden, true},
+        binding);
+    addSwitch(*group,
+        {u"Embellecer las capturas nuevas", Setting::beautifyByDefault, &Settings::beautifyByDefault,
+            &Settings::setBeautifyByDefault},
+        binding);
+    addColorRow(*group, binding);
+    addStrokeRow(*group, binding);
+    addGradientRow(*group, binding);
+    return group;
+}
+
+} // namespace pintalux::Preferences

@@ -1,0 +1,128 @@
+#include "capture/OCR.h"
+
+#include "app/HUD.h"
+#include "platform/FakeTextRecognizer.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <random>
+
+using namespace pintalux;
+
+namespace {
+
+/// A word by its left edge, the middle of its height and its height.
+TextObservation word(const QString& text, double left, double middle, double height = 0.04)
+{
+    return {text, QRectF(left, middle - height / 2, 0.08, height)};
+}
+
+std::string textOf(const QList<TextObservation>& words) { return OCR::textOf(words).toStdString(); }
+
+template <typename Condition> bool comesTrue(Condition condition)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition() && clock.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return condition();
+}
+
+class RecognizeTest : public testing::Test {
+protected:
+    RecognizeTest() { OCR::setRecognizer(recognizer); }
+    ~RecognizeTest() override { OCR::setRecognizer(nullptr); }
+
+    std::shared_ptr<FakeTextRecognizer> recognizer = std::make_shared<FakeTextRecognizer>();
+    QImage picture = QImage(40, 20, QImage::Format_RGB32);
+};
+
+} // namespace
+
+TEST(ReadingOrder, WordsAndLinesComeOutAsTheyStandWhateverTheirOrder)
+{
+    QList<TextObservation> words{word(u"uno"_qs, 0.1, 0.10), word(u"dos"_qs, 0.3, 0.11),
+        word(u"tres"_qs, 0.5, 0.10), word(u"cuatro"_qs, 0.1, 0.20), word(u"cinco"_qs, 0.3, 0.20),
+        word(u"seis"_qs, 0.2, 0.30)};
+    std::mt19937 random(7);
+    for (int round = 0; round < 50; ++round) {
+        std::ranges::shuffle(words, random);
+        ASSERT_EQ(textOf(words), "uno dos tres\ncuatro cinco\nseis") << "round " << round;
+    }
+}
+
+TEST(ReadingOrder, ATiltedLineStaysOneLineThoughItsEndsAreFarApart)
+{
+    // Neighbours are a third of a height apart, the ends more than two heights: "first" by height is the end.
+    QList<TextObservation> words;
+    for (int index = 0; index < 8; ++index)
+        words.append(word(QString::number(index), 0.1 * index, 0.5 - 0.0133 * index));
+    words.append(word(u"debajo"_qs, 0.1, 0.62));
+    std::mt19937 random(3);
+    for (int round = 0; round < 50; ++round) {
+        std::ranges::shuffle(words, random);
+        ASSERT_EQ(textOf(words), "0 1 2 3 4 5 6 7\ndebajo") << "round " << round;
+    }
+}
+
+TEST(ReadingOrder, TwoColumnsAreReadAcross)
+{
+    EXPECT_EQ(textOf({word(u"total"_qs, 0.1, 0.2), word(u"iva"_qs, 0.1, 0.1), word(u"21"_qs, 0.8, 0.105),
+                  word(u"121"_qs, 0.8, 0.195)}),
+        "iva 21\ntotal 121");
+}
+
+TEST(ReadingOrder, HalfTheLowerHeightIsOneLineToTheOrderAndTwoToTheGrouping)
+{
+    // Exactly half of 0.25 apart: numbers that a double holds exactly.
+    const auto left = word(u"izquierda"_qs, 0.125, 0.5, 0.5), right = word(u"derecha"_qs, 0.5, 0.375, 0.25);
+    EXPECT_EQ(textOf({right, left}), "izquierda\nderecha");
+    const auto higher = word(u"derecha"_qs, 0.5, 0.3125, 0.25);
+    EXPECT_EQ(textOf({left, higher}), "derecha\nizquierda");
+}
+
+TEST(ReadingOrder, EqualPlacesKeepTheirOrder)
+{
+    EXPECT_EQ(textOf({word(u"b"_qs, 0.1, 0.1), word(u"a"_qs, 0.1, 0.1), word(u"c"_qs, 0.1, 0.1)}), "b a c");
+}
+
+TEST(ReadingOrder, ObservationsWithoutTextAndWhiteSpaceAroundItAreLeftOut)
+{
+    EXPECT_EQ(textOf({}), "");
+    EXPECT_EQ(textOf({word({}, 0.1, 0.1)}), "");
+    EXPECT_EQ(textOf({word({}, 0.1, 0.1), word(u" hola"_qs, 0.2, 0.1), word({}, 0.3, 0.1),
+                  word(u"mundo"_qs, 0.4, 0.1), word({}, 0.1, 0.3)}),
+        "hola mundo");
+}
+
+TEST_F(RecognizeTest, TheTextArrivesOnTheMainThreadAfterTheCall)
+{
+    recognizer->found = {word(u"mundo"_qs, 0.4, 0.1), word(u"hola"_qs, 0.1, 0.1)};
+    std::optional<QString> text;
+    QThread* thread = nullptr;
+    OCR::recognize(picture, [&](const std::optional<QString>& read) {
+        text = read;
+        thread = QThread::currentThread();
+    });
+    EXPECT_FALSE(thread) << "called back at once";
+    ASSERT_TRUE(comesTrue([&] { return text.has_value(); }));
+    EXPECT_EQ(text, u"hola mundo");
+    EXPECT_EQ(thread, QCoreApplication::instance()->thread());
+}
+
+TEST_F(RecognizeTest, WhatIsMissingIsNamedInPlaceOfTheCallersMessage)
+{
+    recognizer->failure = Error(u"X"_qs, 2, u"Falta un paquete."_qs);
+    bool called = false;
+    OCR::recognize(picture, [&](const std::optional<QString>& read) {
+        called = true;
+        EXPECT_FALSE(read);
+        HUD::show(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs);
+    });
+    ASSERT_TRUE(comesTrue([&] { return called; }));
+    EXPECT_EQ(HUD::currentMessage(), u"Falta un paquete.");
+    EXPECT_FALSE(OCR::recognizeSync(picture));
+    HUD::dismiss();
+}

@@ -1,0 +1,208 @@
+// Pinned pictures under a real mouse and a real window manager.
+
+#include "app/Pin.h"
+
+#include "Desktop.h"
+#include "app/HUD.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QScreen>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+void xdotool(const QString& commands) { desktop().run(u"xdotool"_qs, commands.split(u' ')); }
+
+void wait(int milliseconds)
+{
+    waitUntil([] { return false; }, milliseconds);
+}
+
+void moveTo(QPoint point)
+{
+    xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y()));
+    wait(80);
+}
+
+void drag(QPoint from, QPoint to)
+{
+    moveTo(from);
+    xdotool(u"mousedown 1"_qs);
+    wait(150);
+    for (int step = 1; step <= 6; ++step)
+        moveTo(from + (to - from) * step / 6);
+    wait(200); // the window manager does it
+    xdotool(u"mouseup 1"_qs);
+    wait(200);
+}
+
+class PinTest : public testing::Test {
+protected:
+    PinTest()
+    {
+        picture.fill(QColor(0xD9, 0x48, 0x0F));
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = (y % 2); x < picture.width(); x += 2)
+                picture.setPixelColor(x, y, QColor(0x12, 0xB8, 0x86)); // any resampling would blend these
+    }
+    ~PinTest() override
+    {
+        while (!PinnedImage::open().isEmpty())
+            PinnedImage::open().last()->dismiss();
+        HUD::dismiss();
+        wait(50);
+    }
+
+    PinnedImage& pinned()
+    {
+        PinnedImage::show(picture, 1, nullptr);
+        HUD::dismiss();
+        auto* pin = PinnedImage::open().last();
+        waitUntil([&] { return pin->isActiveWindow(); });
+        wait(300);
+        return *pin;
+    }
+
+    QImage picture{400, 300, QImage::Format_RGB32};
+};
+
+} // namespace
+
+TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
+{
+    xdotool(u"set_num_desktops 2"_qs);
+    auto& pin = pinned();
+    const auto visible = QGuiApplication::primaryScreen()->availableGeometry();
+    const auto offset = pin.picture().center() - visible.center();
+    EXPECT_LE(offset.manhattanLength(), 2);
+    const auto seen = [&] {
+        // Within the hairline at its edge.
+        return differingPixels(pictureByOthers().copy(pin.picture().adjusted(1, 1, -1, -1)),
+            picture.copy(picture.rect().adjusted(1, 1, -1, -1)));
+    };
+    EXPECT_EQ(seen(), 0);
+    {
+        const DemoWindow other(u"Otra"_qs, u"900x700+100+20"_qs, u"#3B6FE0"_qs);
+        xdotool(u"windowactivate --sync %1"_qs.arg(other.id()));
+        EXPECT_EQ(seen(), 0) << "below an ordinary window";
+    }
+    const int announcement = 1500; // the window manager shows the desktop's name in the middle meanwhile
+    xdotool(u"set_desktop 1"_qs);
+    wait(announcement);
+    EXPECT_EQ(seen(), 0) << "not on the other desktop";
+    xdotool(u"set_desktop 0"_qs);
+    wait(announcement);
+}
+
+TEST_F(PinTest, ADragMovesItAndADoubleClickClosesIt)
+{
+    auto& pin = pinned();
+    const auto before = pin.picture();
+    drag(before.center(), before.center() + QPoint(-180, 90));
+    EXPECT_TRUE(waitUntil([&] { return pin.picture() == before.translated(-180, 90); }))
+        << pin.picture().x() << ' ' << pin.picture().y();
+    moveTo(pin.picture().center());
+    xdotool(u"click --repeat 2 --delay 60 1"_qs);
+    EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
+}
+
+TEST_F(PinTest, EdgesAndCornersResizeItInItsProportions)
+{
+    auto& pin = pinned();
+    auto before = pin.picture();
+    drag(before.bottomRight() - QPoint(3, 3), before.bottomRight() + QPoint(77, 57));
+    EXPECT_EQ(pin.picture(), QRect(before.topLeft(), QSize(480, 360)));
+    before = pin.picture();
+    drag(QPoint(before.left() + 2, before.center().y()), QPoint(before.left() + 122, before.center().y()));
+    EXPECT_EQ(pin.picture(), QRect(before.left() + 120, before.top(), 360, 270));
+    before = pin.picture();
+    drag(before.topLeft() + QPoint(2, 2), before.topLeft() + QPoint(-38, -28));
+    EXPECT_EQ(pin.picture().size(), QSize(400, 300));
+    EXPECT_EQ(pin.picture().bottomRight(), before.bottomRight());
+}
+
+TEST_F(PinTest, TheWheelFadesItWithinItsBounds)
+{
+    auto& pin = pinned();
+    moveTo(pin.picture().center());
+    const auto notches = [](int button, int count) {
+        xdotool(u"click --repeat %1 --delay 20 %2"_qs.arg(count).arg(button));
+        wait(200);
+    };
+    notches(5, 2);
+    EXPECT_NEAR(pin.windowOpacity(), 0.8, 0.01);
+    notches(5, 20);
+    EXPECT_NEAR(pin.windowOpacity(), 0.25, 0.01);
+    notches(4, 20);
+    EXPECT_NEAR(pin.windowOpacity(), 1, 0.01);
+}
+
+TEST_F(PinTest, ItsMenuCopiesTheWholePictureAtTheScaleShownAndCloses)
+{
+    auto& pin = pinned();
+    pin.setPicture(QRect(500, 300, 200, 150));
+    wait(200);
+    QGuiApplication::clipboard()->setText(u"antes"_qs);
+    moveTo(pin.picture().center());
+    xdotool(u"click 3"_qs);
+    wait(300);
+    moveTo(pin.picture().center() + QPoint(40, 6 + 14)); // its first row
+    xdotool(u"click 1"_qs);
+    ASSERT_TRUE(waitUntil([] { return HUD::currentMessage().has_value(); }));
+    EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
+    const auto copied = QImage::fromData(QGuiApplication::clipboard()->mimeData()->data(u"image/png"_qs));
+    EXPECT_EQ(differingPixels(copied.convertToFormat(QImage::Format_RGB32), picture), 0);
+    EXPECT_NEAR(copied.dotsPerMeterX() * 0.0254, 144, 0.1);
+
+    xdotool(u"click 3"_qs);
+    wait(300);
+    moveTo(QCursor::pos() + QPoint(40, 6 + 28 + 14));
+    xdotool(u"click 1"_qs);
+    EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
+}
+
+TEST_F(PinTest, EscapeClosesTheOneThatHasTheKeyboardOnly)
+{
+    pinned();
+    auto* second = &pinned();
+    xdotool(u"key Escape"_qs);
+    ASSERT_TRUE(waitUntil([] { return PinnedImage::open().size() == 1; }));
+    EXPECT_NE(PinnedImage::open().first(), second);
+    xdotool(u"key a"_qs);
+    wait(100);
+    EXPECT_EQ(PinnedImage::open().size(), 1);
+}
+
+TEST_F(PinTest, ItsCornersAreSquareWithoutACompositorAndRoundWithOne)
+{
+    const DemoWindow below(u"Debajo"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
+    const auto before = pictureByOthers();
+    const auto corner = [](const PinnedImage& pin, const QImage& screen) {
+        return screen.pixelColor(pin.picture().topLeft() + QPoint(1, 1));
+    };
+    const auto& square = pinned();
+    EXPECT_EQ(corner(square, pictureByOthers()), picture.pixelColor(1, 1));
+    PinnedImage::open().last()->dismiss();
+
+    auto& compositor = desktop().startCompositor();
+    const auto& round = pinned();
+    const auto seen = pictureByOthers();
+    EXPECT_EQ(seen.pixelColor(round.picture().center()),
+        picture.pixelColor(round.picture().center() - round.picture().topLeft()));
+    EXPECT_NEAR(corner(round, seen).lightness(), corner(round, before).lightness(), 60) << "shade, not black";
+    const auto beside = round.picture().topLeft() - QPoint(55, 0);
+    EXPECT_EQ(seen.pixelColor(beside), before.pixelColor(beside)) << "the compositor's shadow as well";
+    // What surrounds it is only seen: a click there is the window's below.
+    const auto under = [](QPoint point) {
+        moveTo(point);
+        return desktop().run(u"xdotool"_qs, {u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+    };
+    EXPECT_EQ(under(round.picture().topLeft() - QPoint(20, 20)), under({40, 500}));
+    EXPECT_NE(under(round.picture().center()), under({40, 500}));
+    PinnedImage::open().last()->dismiss();
+    desktop().stop(compositor);
+}

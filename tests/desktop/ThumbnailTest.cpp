@@ -1,0 +1,244 @@
+// The floating thumbnail under a real mouse.
+
+#include "app/Thumbnail.h"
+
+#include "Desktop.h"
+#include "app/HUD.h"
+#include "render/Exporter.h"
+#include "settings/Settings.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
+#include <QMimeData>
+#include <QScreen>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+constexpr QSize cardSize(256, 202);
+constexpr int slideMilliseconds = 320;
+
+void xdotool(const QString& commands) { desktop().run(u"xdotool"_qs, commands.split(u' ')); }
+
+void moveTo(QPoint point) { xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y())); }
+
+void click(QPoint point)
+{
+    moveTo(point);
+    waitUntil([] { return false; }, 60);
+    xdotool(u"click 1"_qs);
+}
+
+void wait(int milliseconds)
+{
+    waitUntil([] { return false; }, milliseconds);
+}
+
+QString focus() { return QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getwindowfocus"_qs})).trimmed(); }
+
+class ThumbnailTest : public testing::Test {
+protected:
+    ThumbnailTest()
+    {
+        picture.fill(QColor(0xD9, 0x48, 0x0F));
+        Settings::shared().setSaveFolder(folder.filePath(u"capturas"_qs));
+        moveTo({300, 300});
+        HUD::dismiss();
+    }
+
+    Thumbnail& show(const std::optional<QString>& savedPath = {})
+    {
+        thumbnail = std::make_unique<Thumbnail>(CaptureResult{picture, 1, u"Informe"_qs}, savedPath,
+            Thumbnail::Actions{.openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
+                .revealFile = [this](const QString& path) { revealed.append(path); }},
+            nullptr);
+        QObject::connect(thumbnail.get(), &Thumbnail::closed, [this] {
+            ++timesClosed;
+            closedAfter = clock.elapsed();
+        });
+        clock.start();
+        thumbnail->show();
+        wait(slideMilliseconds + 150);
+        return *thumbnail;
+    }
+
+    /// Where the card rests: 8 within the lower right corner of the visible screen.
+    static QRect card()
+    {
+        const auto visible = QGuiApplication::primaryScreen()->availableGeometry();
+        return {visible.bottomRight() - QPoint(8, 8) - QPoint(cardSize.width() - 1, cardSize.height() - 1),
+            cardSize};
+    }
+    static QPoint at(int x, int y) { return card().topLeft() + QPoint(x, y); }
+    static QPoint onPicture() { return at(100, 80); }
+    static QPoint onAction(int index) { return at(48 + 80 * index, 180); }
+
+    bool closes(int limit = 1500)
+    {
+        return waitUntil([this] { return timesClosed > 0; }, limit);
+    }
+    QStringList saved() const { return QDir(folder.filePath(u"capturas"_qs)).entryList({u"*.png"_qs}); }
+
+    QTemporaryDir folder;
+    QImage picture{480, 300, QImage::Format_RGB32};
+    std::unique_ptr<Thumbnail> thumbnail;
+    QImage edited;
+    QStringList revealed;
+    QElapsedTimer clock;
+    int timesClosed = 0;
+    qint64 closedAfter = 0;
+};
+
+} // namespace
+
+TEST_F(ThumbnailTest, ComesIntoTheCornerAboveAllWithoutTheKeyboardAndGoesAfterEightSeconds)
+{
+    const DemoWindow front(u"Delante"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
+    xdotool(u"windowactivate --sync %1"_qs.arg(front.id()));
+    const auto focused = focus();
+    show();
+    const auto screen = pictureByOthers();
+    EXPECT_EQ(screen.pixelColor(onPicture()), picture.pixelColor(0, 0));
+    EXPECT_EQ(screen.pixelColor(at(20, 196)), QColor(Qt::white)) << "the card around the picture";
+    EXPECT_NE(screen.pixelColor(at(0, 0)), QColor(Qt::black)) << "the corner beyond the curve";
+    EXPECT_EQ(screen.pixelColor(at(0, 0)), screen.pixelColor(at(-3, 0)));
+    EXPECT_EQ(focus(), focused);
+    ASSERT_TRUE(closes(10000));
+    EXPECT_GE(closedAfter, 8000);
+    EXPECT_LE(closedAfter, 8900) << "half a second for the check, a quarter to glide away";
+    EXPECT_NE(pictureByOthers().pixelColor(onPicture()), picture.pixelColor(0, 0));
+    thumbnail->close(true);
+    wait(400);
+    EXPECT_EQ(timesClosed, 1);
+}
+
+TEST_F(ThumbnailTest, StaysUnderThePointerAndGoesFourSecondsAfterIt)
+{
+    show();
+    wait(6000);
+    moveTo(at(130, 196));
+    wait(4500);
+    ASSERT_EQ(timesClosed, 0);
+    moveTo({300, 300});
+    const auto leftAt = clock.elapsed();
+    ASSERT_TRUE(closes(6000));
+    EXPECT_GE(closedAfter - leftAt, 3500) << "the pointer was seen on it at most half a second before";
+    EXPECT_LE(closedAfter - leftAt, 4900);
+}
+
+TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
+{
+    show();
+    click(onAction(0));
+    ASSERT_TRUE(closes());
+    ASSERT_EQ(saved().size(), 1);
+    const auto path = folder.filePath(u"capturas/"_qs + saved().first());
+    EXPECT_EQ(revealed, QStringList{path});
+    EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), picture), 0);
+
+    timesClosed = 0;
+    show(path);
+    click(onAction(0));
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(saved().size(), 1) << "what is saved is only shown";
+    EXPECT_EQ(revealed, (QStringList{path, path}));
+
+    timesClosed = 0;
+    show();
+    click(onAction(1));
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(edited.cacheKey(), picture.cacheKey());
+
+    timesClosed = 0;
+    edited = {};
+    show();
+    click(onPicture());
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(edited.cacheKey(), picture.cacheKey());
+
+    timesClosed = 0;
+    QGuiApplication::clipboard()->setText(u"antes"_qs);
+    show();
+    click(onAction(2));
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
+    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs));
+
+    timesClosed = 0;
+    edited = {};
+    show();
+    click(at(8 + 240 - 7 - 11, 8 + 7 + 11));
+    EXPECT_TRUE(closes());
+    EXPECT_TRUE(edited.isNull());
+}
+
+TEST_F(ThumbnailTest, ASaveThatFailsIsToldAndTheCardStays)
+{
+    QFile inTheWay(folder.filePath(u"capturas"_qs));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    auto& shown = show();
+    click(onAction(0));
+    ASSERT_TRUE(waitUntil([] { return HUD::currentMessage().has_value(); }));
+    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
+    EXPECT_FALSE(closes(500));
+    EXPECT_TRUE(revealed.isEmpty());
+    shown.close(false);
+    EXPECT_EQ(timesClosed, 1) << "at once";
+}
+
+TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
+{
+    auto& target = desktop().start(QStringLiteral(PINTALUX_DROP_TARGET), {u"300x200+100+100"_qs});
+    wait(700);
+    const auto drop = [&] {
+        const auto from = onPicture();
+        // By itself meanwhile: the drag keeps this process.
+        desktop().start(u"xdotool"_qs,
+            u"mousemove %1 %2 mousedown 1 sleep 0.1 mousemove 900 500 sleep 0.1 mousemove 600 300 sleep 0.1 "
+            "mousemove 300 220 sleep 0.1 mousemove 250 200 sleep 0.3 mouseup 1"_qs.arg(from.x())
+                .arg(from.y())
+                .split(u' '));
+        QByteArray line;
+        waitUntil([&] { return !(line = target.readLine()).isEmpty(); }, 6000);
+        return QString::fromUtf8(line).trimmed().split(u'\t');
+    };
+    const auto savedFile = Exporter::quickSave(picture, 1, u"Guardada"_qs);
+    show(savedFile);
+    EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
+    thumbnail->close(false);
+
+    show();
+    const auto dropped = drop();
+    ASSERT_EQ(dropped.size(), 2);
+    EXPECT_NE(dropped[0], savedFile);
+    EXPECT_EQ(differingPixels(QImage(dropped[0]).convertToFormat(QImage::Format_RGB32), picture), 0);
+    EXPECT_EQ(saved().size(), 1) << "a drag saves nothing into the captures";
+    thumbnail->close(false);
+    desktop().stop(target);
+}
+
+TEST_F(ThumbnailTest, UnderACompositorItsShadowIsNoObstacleAndItsCornersShowWhatIsBelow)
+{
+    auto& compositor = desktop().startCompositor();
+    const DemoWindow below(u"Debajo"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
+    const auto before = pictureByOthers();
+    show();
+    const auto screen = pictureByOthers();
+    const auto corner = screen.pixelColor(at(1, 1));
+    EXPECT_NE(corner, QColor(Qt::white));
+    EXPECT_GT(corner.lightness(), before.pixelColor(at(1, 1)).lightness() - 60) << "shade, not black";
+    EXPECT_NE(screen.pixelColor(at(-4, 100)), before.pixelColor(at(-4, 100))) << "no shadow";
+    const auto under = [](QPoint point) {
+        moveTo(point);
+        wait(100);
+        return desktop().run(u"xdotool"_qs, {u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+    };
+    EXPECT_EQ(under(at(-20, 100)), under({300, 300}));
+    EXPECT_NE(under(at(20, 190)), under({300, 300}));
+    thumbnail->close(false);
+    desktop().stop(compositor);
+}

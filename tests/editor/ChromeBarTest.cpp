@@ -1,0 +1,169 @@
+#include "ChromeStage.h"
+#include "editor/BarButton.h"
+#include "editor/BeautifyPanel.h"
+#include "editor/BrandMarkView.h"
+#include "editor/InfoText.h"
+#include "editor/PalettePositionMenu.h"
+
+using namespace pintalux;
+
+namespace {
+
+using ChromeBar = ChromeStage;
+
+struct Row {
+    QString symbol;
+    QString help;
+    QStringList log;
+};
+
+} // namespace
+
+TEST_F(ChromeBar, EachButtonHasItsSymbolHelpCommandAndPlace)
+{
+    select(Kind::arrow);
+    model.add({});
+    model.undo();
+    model.add({});
+    model.undo(); // one step to undo, one to redo
+    const QList<Row> rows{
+        {u"arrow.uturn.backward"_qs, u"Deshacer (⌘Z)"_qs, {u"commitText"_qs, u"undo"_qs}},
+        {u"arrow.uturn.forward"_qs, u"Rehacer (⇧⌘Z)"_qs, {u"redo"_qs}},
+        {{}, u"Color bajo el cursor. ⇧C o clic para copiarlo"_qs, {u"copyHoverColor"_qs}},
+        {u"doc.on.doc"_qs, u"Copiar al portapapeles (⌘C)"_qs, {u"copy"_qs}},
+        {u"tray.and.arrow.down"_qs, u"Guardar en la carpeta de capturas (⇧⌘S)"_qs, {u"quickSave"_qs}},
+        {u"photo.badge.plus"_qs, u"Agregar imagen (⇧⌘I) · también puedes pegarla con ⌘V o arrastrarla"_qs,
+            {u"insertImage"_qs}},
+        {u"pin"_qs, u"Fijar en pantalla, siempre visible"_qs, {u"pin"_qs}},
+        {u"text.viewfinder"_qs, u"Copiar el texto de la imagen (OCR)"_qs, {u"extractText"_qs}},
+        {{}, u"Guardar PNG"_qs, {u"saveAs"_qs}},
+    };
+    int right = 0;
+    for (const auto& [symbol, help, log] : rows) {
+        auto* control = button(help);
+        ASSERT_TRUE(control) << qPrintable(help);
+        if (const auto* plain = qobject_cast<BarButton*>(control)) {
+            EXPECT_EQ(plain->symbolName(), symbol);
+            EXPECT_EQ(plain->toolTip(), KeyLabel::text(help));
+        }
+        commands.log.clear();
+        click(help);
+        EXPECT_EQ(commands.log, log) << qPrintable(help);
+        EXPECT_GE(control->x(), right) << qPrintable(help);
+        right = control->geometry().right();
+    }
+    EXPECT_EQ(button(u"Guardar PNG"_qs)->toolTip(), KeyLabel::text(u"Guardar como… (⌘S)"_qs));
+}
+
+TEST_F(ChromeBar, HistoryIsOfferedOnlyWhenThereIsSome)
+{
+    const auto offered = [this] {
+        return std::tuple(button(u"Deshacer (⌘Z)"_qs)->isEnabled(), button(u"Rehacer (⇧⌘Z)"_qs)->isEnabled(),
+            button(u"Borrar todas las anotaciones"_qs)->isEnabled());
+    };
+    EXPECT_EQ(offered(), std::tuple(false, false, false));
+    click(u"Deshacer (⌘Z)"_qs);
+    EXPECT_TRUE(commands.log.isEmpty());
+    select(Kind::arrow);
+    EXPECT_EQ(offered(), std::tuple(true, false, true));
+    model.undo();
+    EXPECT_EQ(offered(), std::tuple(false, true, false));
+    model.redo();
+    click(u"Borrar todas las anotaciones"_qs);
+    EXPECT_TRUE(model.doc().annotations.isEmpty());
+    EXPECT_EQ(offered(), std::tuple(true, false, false));
+}
+
+TEST_F(ChromeBar, InformationFollowsTheDocumentAndThePointer)
+{
+    const auto values = [this] {
+        QStringList found;
+        for (const auto* text : bar.findChildren<InfoText*>())
+            found << text->value();
+        return found;
+    };
+    EXPECT_EQ(values().value(0), u"1180 × 700"_qs);
+    canvas.hover().setZoom(54);
+    canvas.hover().setColor(QColor(0x0F, 0x8F, 0x83));
+    EXPECT_EQ(values().value(1), u"54\u00a0%"_qs);
+    EXPECT_EQ(
+        button(u"Color bajo el cursor. ⇧C o clic para copiarlo"_qs)->accessibleDescription(), u"#0F8F83"_qs);
+    model.setTool(Tool::crop);
+    model.setCropRect(QRectF(0, 0, 400, 300));
+    model.applyCrop();
+    EXPECT_EQ(values().value(0), u"400 × 300"_qs);
+}
+
+TEST_F(ChromeBar, ToolsAreHiddenShownAndMoved)
+{
+    click(u"Ocultar herramientas (Tab)"_qs);
+    EXPECT_TRUE(model.toolbarHidden());
+    auto* toggle = qobject_cast<BarButton*>(button(u"Mostrar herramientas (Tab)"_qs));
+    ASSERT_TRUE(toggle);
+    EXPECT_EQ(toggle->symbolName(), u"paintpalette"_qs);
+    EXPECT_FALSE(toggle->isMarked());
+    click(*toggle);
+    EXPECT_FALSE(model.toolbarHidden());
+    EXPECT_EQ(toggle->symbolName(), u"paintpalette.fill"_qs);
+
+    PalettePositionMenu menu(model, &window);
+    QStringList titles;
+    for (const auto* action : menu.actions())
+        titles << action->text() + (action->isChecked() ? u" *"_qs : QString());
+    EXPECT_EQ(titles,
+        (QStringList{u"Posición de la paleta"_qs, u"Abajo *"_qs, u"Arriba"_qs, u"Izquierda"_qs, u"Derecha"_qs,
+            QString(), u"Ocultar herramientas"_qs}));
+    menu.actions().at(3)->trigger();
+    EXPECT_EQ(model.paletteEdge(), PaletteEdge::left);
+    menu.actions().constLast()->trigger();
+    EXPECT_TRUE(model.toolbarHidden());
+}
+
+TEST_F(ChromeBar, FramingOpensAndShowsThatItIsOn)
+{
+    const auto help = u"Embellecer: fondo con degradado, esquinas y sombra"_qs;
+    EXPECT_FALSE(qobject_cast<BarButton*>(button(help))->isMarked());
+    auto frame = model.beautify();
+    frame.enabled = true;
+    model.setBeautify(frame);
+    EXPECT_TRUE(qobject_cast<BarButton*>(button(help))->isMarked());
+
+    const auto panel = [] {
+        for (auto* top : QApplication::topLevelWidgets())
+            if (top->isVisible() && top->findChild<BeautifyPanel*>())
+                return top;
+        return static_cast<QWidget*>(nullptr);
+    };
+    click(help);
+    ASSERT_TRUE(panel());
+    panel()->close();
+    EXPECT_FALSE(panel());
+}
+
+TEST_F(ChromeBar, DraggingTheMarkTakesThePictureOut)
+{
+    auto* mark = bar.findChild<BrandMarkView*>();
+    ASSERT_TRUE(mark);
+    EXPECT_EQ(mark->toolTip(), u"Arrastra para llevarte la imagen"_qs);
+    drag(*mark, {5, 5}, {mark->mapTo(&window, QPointF(7, 6))});
+    EXPECT_TRUE(commands.log.isEmpty()) << "a click with an unsteady hand is no drag";
+    drag(*mark, {5, 5}, {{60, 90}, {200, 300}});
+    EXPECT_EQ(commands.log, QStringList{u"dragOut"_qs});
+}
+
+TEST_F(ChromeBar, HasRoomForItsContentsInTheSmallestWindow)
+{
+    EXPECT_LE(bar.minimumSizeHint().width(), 900);
+    resize({900, 560});
+    const QWidget* previous = nullptr;
+    auto controls = bar.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    std::sort(controls.begin(), controls.end(), [](auto* a, auto* b) { return a->x() < b->x(); });
+    for (const auto* control : controls) {
+        EXPECT_TRUE(bar.rect().contains(control->geometry()));
+        EXPECT_GE(control->width(), control->sizeHint().width());
+        if (previous) {
+            EXPECT_LT(previous->geometry().right(), control->x());
+        }
+        previous = control;
+    }
+}

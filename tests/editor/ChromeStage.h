@@ -1,0 +1,137 @@
+#pragma once
+
+#include "editor/ArrowOptionsPanel.h"
+#include "editor/CanvasView.h"
+#include "editor/EditorChrome.h"
+#include "editor/EditorCommands.h"
+#include "editor/ToolPalette.h"
+#include "platform/KeyLabel.h"
+#include "platform/UserDefaults.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMouseEvent>
+
+/// Bar, palette and arrow options around a canvas, in a window of their own, with commands that only note
+/// that they were called.
+struct ChromeStage : testing::Test {
+    using Tool = pintalux::Tool;
+    using Kind = pintalux::AnnotationKind;
+    using Annotation = pintalux::Annotation;
+
+    struct Commands : pintalux::EditorCommands {
+        QStringList log;
+        void commitText() override { log << u"commitText"_qs; }
+        void undo() override { log << u"undo"_qs; }
+        void redo() override { log << u"redo"_qs; }
+        void copy() override { log << u"copy"_qs; }
+        void saveAs() override { log << u"saveAs"_qs; }
+        void quickSave() override { log << u"quickSave"_qs; }
+        void insertImage() override { log << u"insertImage"_qs; }
+        void pin() override { log << u"pin"_qs; }
+        void extractText() override { log << u"extractText"_qs; }
+        void copyHoverColor() override { log << u"copyHoverColor"_qs; }
+        void dragOut(QWidget&) override { log << u"dragOut"_qs; }
+    };
+
+    ChromeStage()
+    {
+        resize({1380, 900});
+        window.show();
+        window.activateWindow();
+        canvas.setFocusPolicy(Qt::StrongFocus);
+        canvas.setFocus();
+        QApplication::processEvents();
+    }
+
+    static QImage picture()
+    {
+        QImage image(1180, 700, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        return image;
+    }
+
+    void resize(QSize size)
+    {
+        window.resize(size);
+        bar.setGeometry(0, 0, size.width(), pintalux::EditorChrome::barHeight);
+        canvas.setGeometry(0, bar.height(), size.width(), size.height() - bar.height());
+        place();
+    }
+    void place()
+    {
+        tools.resize(tools.sizeHint());
+        tools.move((window.width() - tools.width()) / 2, window.height() - tools.height() - 14);
+        options.resize(options.sizeHint());
+        options.move((window.width() - options.width()) / 2, tools.y() - options.height() - 10);
+    }
+
+    /// A selected mark.
+    void select(Kind kind)
+    {
+        const Annotation mark{.kind = kind, .start = {10, 10}, .end = {90, 60}, .text = u"Hola"_qs};
+        model.add(mark);
+        model.setSelectedID(mark.id);
+    }
+
+    /// The control that can be seen and has this help; its key combinations as they are written in the code.
+    QAbstractButton* button(const QString& help)
+    {
+        const auto name = pintalux::KeyLabel::text(help);
+        for (auto* found : window.findChildren<QAbstractButton*>())
+            if (found->isVisible() && (found->accessibleName() == name || found->text() == name))
+                return found;
+        return nullptr;
+    }
+
+    static void send(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButtons buttons)
+    {
+        const auto changed = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, at, to.mapToGlobal(at), changed, buttons, Qt::NoModifier);
+        QApplication::sendEvent(&to, &event);
+    }
+    static void drag(QWidget& from, QPointF start, const QList<QPointF>& way)
+    {
+        send(from, QEvent::MouseButtonPress, start, Qt::LeftButton);
+        for (const auto point : way)
+            send(from, QEvent::MouseMove, from.mapFromGlobal(from.window()->mapToGlobal(point)),
+                Qt::LeftButton);
+        send(from, QEvent::MouseButtonRelease, start, {});
+    }
+    static void press(QWidget& target, Qt::Key key)
+    {
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::NoModifier);
+            QApplication::sendEvent(&target, &event);
+        }
+    }
+
+    /// Clicks where the control is seen: fails when something else lies over its middle.
+    static void click(QWidget& target)
+    {
+        const auto middle = QRectF(target.rect()).center();
+        auto* window = target.window();
+        EXPECT_EQ(window->childAt(target.mapTo(window, middle).toPoint()), &target)
+            << qPrintable(target.accessibleName());
+        send(target, QEvent::MouseButtonPress, middle, Qt::LeftButton);
+        send(target, QEvent::MouseButtonRelease, middle, {});
+    }
+    void click(const QString& help)
+    {
+        auto* found = button(help);
+        ASSERT_TRUE(found) << qPrintable(help);
+        click(*found);
+    }
+
+    pintalux::UserDefaults store = pintalux::UserDefaults::inMemory();
+    pintalux::Settings settings{store};
+    pintalux::EditorModel model{{picture(), 2, {}}, settings};
+    Commands commands;
+    int snaps = 0;
+
+    QWidget window;
+    pintalux::CanvasView canvas{model, &window};
+    pintalux::EditorChrome bar{model, canvas.hover(), commands, &window};
+    pintalux::ToolPalette tools{model, [this] { ++snaps; }, &window};
+    pintalux::ArrowOptionsPanel options{model, &window};
+};
