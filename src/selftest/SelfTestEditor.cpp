@@ -43,13 +43,13 @@ void Run::checkArrow(EditorWindowController& editor)
     auto& canvas = editor.canvas();
     model.setTool(Tool::arrow);
     model.setArrowStyle(ArrowStyle::filled);
-    canvas.debugDrag({1240, 470}, {760, 560});
+    canvas.debugDrag({1240, 520}, {860, 600});
     if (model.doc().annotations.isEmpty())
         return note(u"FALLO: flecha con nodos; "_qs + canvas.debugState());
     const auto created = lastMark(editor).kind;
-    canvas.debugDrag(lastMark(editor).curveMidpoint(), {960, 440});
+    canvas.debugDrag(lastMark(editor).curveMidpoint(), {1060, 500});
     const auto middle = lastMark(editor).curveMidpoint();
-    canvas.debugDrag(lastMark(editor).end, {880, 640});
+    canvas.debugDrag(lastMark(editor).end, {1120, 660});
     note(u"Flecha con nodos: creada=%1 (medio %2) punta=%3 anotaciones=%4"_qs
              .arg(rawValue(created), text(middle), text(lastMark(editor).end))
              .arg(model.doc().annotations.size()));
@@ -76,7 +76,7 @@ void Run::checkCallout(EditorWindowController& editor)
     auto& canvas = editor.canvas();
     model.setTool(Tool::text);
     model.setCalloutText(true);
-    canvas.debugType({1000, 320}, u"Una llamada que se ensancha"_qs);
+    canvas.debugType({780, 300}, u"Una llamada que se ensancha"_qs);
     canvas.commitText();
     auto mark = lastMark(editor);
     if (mark.kind != AnnotationKind::text)
@@ -86,7 +86,7 @@ void Run::checkCallout(EditorWindowController& editor)
     const auto right = QPointF(bubble.right(), bubble.center().y());
     canvas.debugDrag(right, right - QPointF(180, 0));
     mark = lastMark(editor);
-    canvas.debugDrag(mark.pointerNode(), {920, 300});
+    canvas.debugDrag(mark.pointerNode(), {700, 420});
     note(u"Llamada de texto: ancho=%1 (antes %2) puntero=%3"_qs
              .arg(qRound(lastMark(editor).textBubble().width()))
              .arg(qRound(bubble.width()))

@@ -7,7 +7,7 @@
 #include "editor/ColorChooser.h"
 #include "editor/EditorModel.h"
 #include "model/Color.h"
-#include "platform/UserDefaults.h"
+#include "platform/LoginItem.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 #include "selftest/Scenes.h"
@@ -124,6 +124,8 @@ void Run::renderPreferences()
     PreferencesHost host;
     host.version = CommandLine::version();
     host.hasPermission = [] { return ScreenCapture::hasPermission(); };
+    const auto loginItem = LoginItem::create();
+    host.loginItem = loginItem.get();
     host.failedShortcuts = [this] { return delegate.failedShortcuts(); };
     PreferencesView preferences(settings, host);
     preferences.resize(preferences.sizeHint());
