@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
+#include "app/Theme.h"
 #include "capture/OCR.h"
 #include "capture/ScreenCapture.h"
 #include "editor/ColorChooser.h"
@@ -86,6 +87,9 @@ void Run::renderColorChooser()
 {
     EditorModel model({sample, sampleScale, {}}, settings);
     ColorChooser chooser(model, [] {});
+    auto colors = chooser.palette();
+    colors.setColor(QPalette::Window, Theme::of(colors).card); // as in its popover
+    chooser.setPalette(colors);
     writeWidget(chooser, u"color-chooser.png"_qs);
     note(u"Color inicial: "_qs + hexString(model.color()));
 }
