@@ -72,6 +72,8 @@ public:
 
     /// Opens the picture in an editor of its own, in front of all windows and with the focus.
     void openEditor(const CaptureResult& shot);
+    /// Shows the capture as a card in the corner of the screen; `savedPath` is where it was saved already.
+    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
     /// Every open editor, in opening order.
     const std::vector<std::unique_ptr<EditorWindowController>>& editors() const { return openEditors; }
     ActivationPolicy activationPolicy() const { return policy; }
@@ -90,7 +92,6 @@ private:
     void captureWindow(const WindowInfo& window, const QString& title);
     void captureFullScreen();
     void reactivatePrevious();
-    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
 
     void editorClosed(EditorWindowController& closing);
     void updateActivationPolicy();

@@ -11,6 +11,7 @@
 #include "platform/ApplicationId.h"
 #include "platform/DisplayServer.h"
 #include "platform/Trace.h"
+#include "platform/UserDefaults.h"
 #include "platform/Worker.h"
 #include "render/Exporter.h"
 #include "selftest/SelfTest.h"
@@ -69,13 +70,29 @@ void chooseDisplaySystem()
         qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
-int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
+/// What every run with windows has in common.
+void prepare(QApplication& application)
 {
-    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"pintalux"_qs);
+    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setDesktopFileName(applicationId.toString());
     QApplication::setQuitOnLastWindowClosed(false);
     translateToolkit(application);
     ToolTips::install(application);
-    SelfTest::Run selfTest(commandLine.directory, commandLine.keepOpen);
+}
+
+int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
+{
+    QApplication application(argc, argv);
+    prepare(application);
+    // What the run changes on its way never reaches the person's settings, even if it is killed.
+    auto trialStore = UserDefaults::inMemory(UserDefaults::standard().all());
+    Settings trial(trialStore);
+    trial.setHasLaunchedBefore(true);
+    AppDelegate delegate(trial, HotKeyCenter::shared(), makeWorkspace());
+    delegate.finishLaunching({});
+    SelfTest::Run selfTest(
+        {commandLine.directory, commandLine.overlay, commandLine.keepOpen}, delegate, trial);
     if (!selfTest.start())
         return EXIT_FAILURE;
     return QApplication::exec();
@@ -124,17 +141,12 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     if (commandLine.trace)
         Trace::enable();
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"pintalux"_qs);
-    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
-    QApplication::setDesktopFileName(applicationId.toString());
-    QApplication::setQuitOnLastWindowClosed(false);
     SingleInstance instance;
     if (instance.role() == SingleInstance::Role::second)
         if (const auto status = handOver(instance, commandLine))
             return *status;
 
-    translateToolkit(application);
-    ToolTips::install(application);
+    prepare(application);
     AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {

@@ -52,6 +52,8 @@ public:
     /// Stores several values with one write.
     void set(const QJsonObject& changes);
 
+    /// Everything that is stored here.
+    const QJsonObject& all() const { return values; }
     /// Everything that is stored for another application; none when it has no readable file.
     std::optional<QJsonObject> persistentDomain(const QString& name) const;
 

@@ -12,8 +12,7 @@ namespace pintalux::SelfTest {
 
 namespace {
 
-constexpr double scale = 2; ///< pixels per point of the scenes
-constexpr double width = 4 * scale;
+constexpr double width = 4 * sampleScale;
 
 QColor swatch(int index) { return Palette::annotation()[index].color; }
 QColor hex(QStringView text) { return colorFromHex(text).value(); }
@@ -87,7 +86,7 @@ Document scene(const QImage& capture, QList<Annotation> marks)
     int number = 100;
     for (auto& mark : marks)
         mark.id = identity(number++);
-    return {capture, marks, scale};
+    return {capture, marks, sampleScale};
 }
 
 } // namespace

@@ -7,6 +7,9 @@
 
 namespace pintalux::SelfTest {
 
+/// Pixels per point of the sample capture.
+inline constexpr double sampleScale = 2;
+
 /// The sample capture, 1400 × 900 pixels.
 QImage sampleImage();
 

@@ -1,0 +1,139 @@
+// What needs no window: recognising, exporting, the model, the clipboard, the settings.
+
+#include "app/AppDelegate.h"
+#include "app/CommandLine.h"
+#include "app/Theme.h"
+#include "capture/OCR.h"
+#include "capture/ScreenCapture.h"
+#include "editor/ColorChooser.h"
+#include "editor/EditorModel.h"
+#include "model/Color.h"
+#include "platform/LoginItem.h"
+#include "render/Clipboard.h"
+#include "render/Exporter.h"
+#include "selftest/Scenes.h"
+#include "selftest/SelfTest.h"
+#include "settings/PreferencesView.h"
+#include "settings/SettingsFile.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
+#include <QMimeData>
+
+namespace pintalux::SelfTest {
+
+void Run::readSampleText()
+{
+    note(u"OCR: "_qs + OCR::recognizeSync(sample).value_or(QString()).replace(u"\n"_qs, u" | "_qs));
+}
+
+void Run::exportScene(const Document& document, bool framed, const QString& fileName, const QString& label)
+{
+    EffectCache cache;
+    const auto image = Exporter::render(document, {.enabled = framed}, cache);
+    if (image.isNull()) {
+        note(u"FALLO: exportación "_qs + label);
+        return;
+    }
+    writePicture(image, fileName, document.pixelScale);
+    note(u"Exportación %1: "_qs.arg(label) + text(image.size()));
+}
+
+void Run::writeSceneWithUndo(const Document& scene, const QString& fileName, const QString& label)
+{
+    EditorModel model({scene.image, scene.pixelScale, {}}, settings);
+    for (const auto& mark : scene.annotations)
+        model.add(mark);
+    const auto image = model.renderFinal();
+    const auto complete = model.doc().annotations.size();
+    model.undo();
+    if (image.isNull())
+        return note(u"FALLO: "_qs + fileName);
+    writePicture(image, fileName, scene.pixelScale);
+    note(u"%1: %2 anotaciones; tras deshacer → %3"_qs.arg(label).arg(complete).arg(
+        model.doc().annotations.size()));
+}
+
+void Run::checkModel()
+{
+    EditorModel model({sample, sampleScale, {}}, settings);
+    for (const auto& mark : sampleAnnotations())
+        model.add(mark);
+    model.undo();
+    model.redo();
+    model.setTool(Tool::crop);
+    model.setCropRect(QRectF(100, 80, 900, 600));
+    model.applyCrop();
+    const auto cropped = model.doc().image.size();
+    model.undo();
+    note(u"Deshacer: %1 anotaciones, recorte %2; tras deshacer → %3"_qs.arg(model.doc().annotations.size())
+             .arg(text(cropped), text(model.doc().image.size())));
+}
+
+void Run::checkClipboard()
+{
+    Clipboard::copy(sample, sampleScale);
+    const auto* offered = QApplication::clipboard()->mimeData();
+    const auto png = offered ? offered->data(u"image/png"_qs) : QByteArray();
+    const auto image = QImage::fromData(png, "PNG");
+    note(image.size() == sample.size()
+            ? u"Portapapeles PNG: %1, %2 bytes"_qs.arg(text(image.size())).arg(png.size())
+            : u"FALLO: portapapeles PNG"_qs);
+}
+
+void Run::renderColorChooser()
+{
+    EditorModel model({sample, sampleScale, {}}, settings);
+    ColorChooser chooser(model, [] {});
+    auto colors = chooser.palette();
+    colors.setColor(QPalette::Window, Theme::of(colors).card); // as in its popover
+    chooser.setPalette(colors);
+    writeWidget(chooser, u"color-chooser.png"_qs);
+    note(u"Color inicial: "_qs + hexString(model.color()));
+}
+
+void Run::noteFileNames()
+{
+    note(u"Nombres:"_qs);
+    for (const auto& name :
+        {std::optional<QString>(), std::optional(u"Safari — Inicio"_qs), std::optional(u"Pintalux 2026"_qs)})
+        note(u"  "_qs + Exporter::defaultFileName(name));
+}
+
+void Run::checkSettingsFile()
+{
+    const auto file = QDir(options.directory).filePath(u"configuracion.json"_qs);
+    const auto kept = settings.snapshot();
+    const double keptWidth = settings.strokeWidth();
+    try {
+        settings.write(file);
+        settings.setStrokeWidth(13);
+        settings.setArrowStyle(allCases<ArrowStyle>().back());
+        settings.read(file);
+    } catch (const Error& error) {
+        note(u"FALLO configuración: "_qs + error.localizedDescription);
+    }
+    note(
+        u"Configuración: exportada=%1 grosor=%2 (guardado %3) flecha=%4"_qs.arg(text(QFileInfo::exists(file)))
+            .arg(settings.strokeWidth())
+            .arg(keptWidth)
+            .arg(rawValue(settings.arrowStyle())));
+    settings.apply(kept);
+}
+
+void Run::renderPreferences()
+{
+    PreferencesHost host;
+    host.version = CommandLine::version();
+    host.hasPermission = [] { return ScreenCapture::hasPermission(); };
+    const auto loginItem = LoginItem::create();
+    host.loginItem = loginItem.get();
+    host.failedShortcuts = [this] { return delegate.failedShortcuts(); };
+    PreferencesView preferences(settings, host);
+    preferences.resize(preferences.sizeHint());
+    writeWidget(*preferences.widget(), u"ajustes.png"_qs);
+}
+
+} // namespace pintalux::SelfTest
