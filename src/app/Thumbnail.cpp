@@ -82,7 +82,7 @@ void Thumbnail::show()
     connect(card, &ThumbnailCard::saveClicked, this, &Thumbnail::save);
     connect(card, &ThumbnailCard::editClicked, this, &Thumbnail::edit);
     connect(card, &ThumbnailCard::copyClicked, this, &Thumbnail::copy);
-    card->fileToDrag = [guard = QPointer(this)] { return guard ? guard->fileToDrag() : std::nullopt; };
+    card->fileToDrag = [this] { return fileToDrag(); }; // not once it is retired
     slideIn();
     deadline.setRemainingTime(lifetime);
     timer.start();
@@ -123,11 +123,8 @@ void Thumbnail::close(bool animated)
     auto* leaving = card.data();
     card.clear();
     leaving->disconnect(this);
-    const auto gone = [guard = QPointer(this), leaving] {
-        leaving->retire();
-        if (guard)
-            Q_EMIT guard->closed();
-    };
+    connect(leaving, &ThumbnailCard::gone, this, &Thumbnail::closed);
+    const auto gone = [leaving] { leaving->retire(); };
     if (animated)
         glide(*leaving, leaving->pos() + QPoint(slideOut, 0), 0, Theme::thumbnailOutMilliseconds,
             QEasingCurve::InOutQuad, gone);

@@ -311,9 +311,11 @@ bool ThumbnailCard::isUnderPointer() const
 void ThumbnailCard::retire()
 {
     retired = true;
+    fileToDrag = nullptr;
     hide();
     if (!dragging)
         deleteLater();
+    Q_EMIT gone();
 }
 
 void ThumbnailCard::dragOut(const QPixmap& picture)

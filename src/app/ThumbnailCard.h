@@ -33,6 +33,7 @@ Q_SIGNALS:
     void saveClicked();
     void editClicked();
     void copyClicked();
+    void gone(); ///< it has been retired
 
 protected:
     void paintEvent(QPaintEvent* event) override;
