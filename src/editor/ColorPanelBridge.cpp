@@ -18,8 +18,8 @@ ColorPanelBridge& ColorPanelBridge::shared()
 
 ColorPanelBridge::ColorPanelBridge()
 {
-    // The panel is a widget, which must go before the application does.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { dialog.reset(); });
+    // The panel is a widget, which must go before the application does, also when that ends without a loop.
+    qAddPostRoutine([] { shared().dialog.reset(); });
 }
 
 ColorPanelBridge::~ColorPanelBridge() = default;
