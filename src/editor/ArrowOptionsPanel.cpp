@@ -47,7 +47,7 @@ ArrowOptionsPanel::ArrowOptionsPanel(EditorModel& edited, QWidget* parent)
     using Field = EditorModel::Field;
     for (const auto field : {Field::arrowStyle, Field::strokeWidth, Field::color})
         refresh(field);
-    resize(sizeHint());
+    resize(whole);
 }
 
 QSize ArrowOptionsPanel::sizeHint() const { return whole; }

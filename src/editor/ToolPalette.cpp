@@ -140,7 +140,7 @@ ToolPalette::ToolPalette(EditorModel& edited, std::function<void()> snap, QWidge
     connect(&model, &EditorModel::changed, this, &ToolPalette::refresh);
     refresh(EditorModel::Field::tool);
     refresh(EditorModel::Field::color);
-    resize(sizeHint());
+    resize(ToolPalette::sizeHint());
     arrange();
 }
 

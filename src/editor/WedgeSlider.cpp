@@ -32,7 +32,7 @@ WedgeSlider::WedgeSlider(const QString& name, EditorModel::Range limits, QWidget
     , current(limits.lower)
 {
     setRange(int(range.lower), int(range.upper));
-    setFixedSize(sizeHint());
+    setFixedSize(WedgeSlider::sizeHint());
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(name);
     new FocusRing(this, Theme::trayRadius);
