@@ -38,6 +38,12 @@ public:
             model.pushUndoCheckpoint(*std::exchange(before, std::nullopt));
     }
 
+    void cancel() override
+    {
+        if (before && *before != model.doc())
+            model.updateWithoutUndo([this](Document& document) { document = *before; });
+    }
+
 private:
     std::optional<Document> before;
 };
@@ -251,6 +257,8 @@ public:
         if (rect && (rect->width() < least || rect->height() < least))
             model.setCropRect({});
     }
+
+    void cancel() override { model.setCropRect({}); }
 
 private:
     QPointF clamped(QPointF point) const
