@@ -2,6 +2,8 @@
 
 #include "model/Geometry.h"
 
+#include <QCoreApplication>
+
 #include <cmath>
 #include <utility>
 
@@ -34,6 +36,12 @@ public:
     {
         if (before && *before != model.doc())
             model.pushUndoCheckpoint(*std::exchange(before, std::nullopt));
+    }
+
+    void cancel() override
+    {
+        if (before && *before != model.doc())
+            model.updateWithoutUndo([this](Document& document) { document = *before; });
     }
 
 private:
@@ -155,6 +163,19 @@ public:
     }
 };
 
+/// While one lives, every movement of the pointer is reported, also those that come faster than they are
+/// handled.
+class EveryMovement {
+public:
+    EveryMovement() { QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false); }
+    ~EveryMovement() { QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, wasCompressed); }
+    EveryMovement(const EveryMovement&) = delete;
+    EveryMovement& operator=(const EveryMovement&) = delete;
+
+private:
+    bool wasCompressed = QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents);
+};
+
 class FreehandDraft final : public Drafting {
 public:
     FreehandDraft(EditorModel& model, AnnotationKind kind, QPointF at)
@@ -174,6 +195,9 @@ public:
     }
 
     void release() override { model.add(mark); }
+
+private:
+    EveryMovement everyMovement;
 };
 
 class Erase final : public ChangingGesture {
@@ -233,6 +257,8 @@ public:
         if (rect && (rect->width() < least || rect->height() < least))
             model.setCropRect({});
     }
+
+    void cancel() override { model.setCropRect({}); }
 
 private:
     QPointF clamped(QPointF point) const

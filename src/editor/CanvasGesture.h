@@ -31,6 +31,8 @@ public:
 
     virtual void drag(const Pointer& pointer) = 0;
     virtual void release() = 0;
+    /// Ends it without a trace, in place of a release.
+    virtual void cancel() { }
 
     /// The mark being drawn, which is not in the document yet.
     virtual const Annotation* draft() const { return nullptr; }

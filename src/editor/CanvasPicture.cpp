@@ -174,7 +174,7 @@ bool sameMark(const Annotation* a, const Annotation* b) { return a && b ? *a == 
 QRegion CanvasPicture::show(const CanvasScene& next)
 {
     const bool anew = needsNewLayers(next);
-    const auto damage = anew ? QRegion(next.view) : damageTo(next);
+    auto damage = anew ? QRegion(next.view) : damageTo(next);
     scene = next;
     if (next.moving)
         split = next.moving;
@@ -269,7 +269,7 @@ void CanvasPicture::makeLayers()
 
 QList<Annotation> CanvasPicture::stillMarks() const
 {
-    const auto marks = without(scene.document.annotations, scene.overlay.hiddenID);
+    auto marks = without(scene.document.annotations, scene.overlay.hiddenID);
     if (!split)
         return marks;
     const auto above

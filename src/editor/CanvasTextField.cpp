@@ -1,8 +1,11 @@
 #include "editor/CanvasTextField.h"
 
+#include "app/MenuStyle.h"
 #include "app/Theme.h"
+#include "render/Clipboard.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QApplication>
 #include <QClipboard>
 #include <QGraphicsTextItem>
 #include <QGuiApplication>
@@ -13,6 +16,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -33,6 +37,16 @@ public:
     }
 };
 
+TextItem* makeItem()
+{
+    // The item's text has its colours from here, not from the view's palette.
+    auto colors = QApplication::palette();
+    colors.setColor(QPalette::Highlight, Theme::current().brand);
+    colors.setColor(QPalette::HighlightedText, Qt::white);
+    QApplication::setPalette(colors, "QWidgetTextControl");
+    return new TextItem;
+}
+
 bool isReturn(const QKeyEvent& event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -44,7 +58,7 @@ bool isTab(const QKeyEvent& event) { return event.key() == Qt::Key_Tab || event.
 
 CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     : QGraphicsView(parent)
-    , item(new TextItem)
+    , item(makeItem())
     , attributes(mark.textAttributes())
 {
     setAccessibleName(u"Texto de la anotación"_qs);
@@ -58,11 +72,6 @@ CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     setBackgroundBrush(Qt::NoBrush);
     viewport()->setAutoFillBackground(false);
     viewport()->setCursor(Qt::IBeamCursor);
-    auto colors = palette();
-    colors.setColor(QPalette::Highlight, Theme::current().brand);
-    colors.setColor(QPalette::HighlightedText, Qt::white);
-    setPalette(colors);
-
     auto* document = item->document();
     document->setUndoRedoEnabled(false);
     document->setPlainText(mark.text);
@@ -180,8 +189,12 @@ void CanvasTextField::keyPressEvent(QKeyEvent* event)
         Q_EMIT committed();
     else if (event->key() == Qt::Key_Escape)
         Q_EMIT cancelled();
+    else if (event->matches(QKeySequence::Cut))
+        cut();
+    else if (event->matches(QKeySequence::Copy))
+        copy();
     else if (event->matches(QKeySequence::Paste))
-        pastePlainText(QGuiApplication::clipboard()->text());
+        paste();
     else
         QGraphicsView::keyPressEvent(event);
     event->accept(); // a key typed here never means a tool
@@ -234,6 +247,45 @@ void CanvasTextField::mouseReleaseEvent(QMouseEvent* event)
     event->accept();
 }
 
-void CanvasTextField::contextMenuEvent(QContextMenuEvent* event) { event->accept(); }
+void CanvasTextField::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool isSelected = item->textCursor().hasSelection();
+    auto* menu = new Menu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const QString& title, bool isPossible, void (CanvasTextField::*run)()) {
+        auto* action = menu->addAction(title);
+        action->setEnabled(isPossible);
+        connect(action, &QAction::triggered, this, run);
+    };
+    add(u"Cortar"_qs, isSelected, &CanvasTextField::cut);
+    add(u"Copiar"_qs, isSelected, &CanvasTextField::copy);
+    add(u"Pegar"_qs, !QGuiApplication::clipboard()->text().isEmpty(), &CanvasTextField::paste);
+    menu->addSeparator();
+    add(u"Seleccionar todo"_qs, !item->document()->isEmpty(), &CanvasTextField::selectAll);
+    menu->popUpAt(event->globalPos());
+    event->accept();
+}
+
+void CanvasTextField::copy()
+{
+    const auto caret = item->textCursor();
+    if (caret.hasSelection())
+        Clipboard::copy(caret.selection().toPlainText());
+}
+
+void CanvasTextField::cut()
+{
+    copy();
+    item->textCursor().removeSelectedText();
+}
+
+void CanvasTextField::paste() { pastePlainText(QGuiApplication::clipboard()->text()); }
+
+void CanvasTextField::selectAll()
+{
+    auto caret = item->textCursor();
+    caret.select(QTextCursor::Document);
+    item->setTextCursor(caret);
+}
 
 } // namespace pintalux

@@ -52,6 +52,10 @@ protected:
 
 private:
     bool isEmpty() const;
+    void cut();
+    void copy();
+    void paste();
+    void selectAll();
     void pastePlainText(const QString& text);
     void moveCaretTo(QPoint viewportPoint);
 

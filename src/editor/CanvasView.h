@@ -128,6 +128,7 @@ private:
     std::unique_ptr<CanvasGesture> gesture;
     CanvasGesture::Pointer pointer;
     QPointF pressedAt;
+    std::optional<QRectF> clickedCrop; ///< as the latest press of the crop tool found it
 
     CanvasTextField* textField = nullptr; ///< a child
     std::optional<QUuid> editingID;       ///< none for a new text

@@ -9,6 +9,8 @@
 #include <QKeyEvent>
 #include <QMimeData>
 
+#include <utility>
+
 namespace pintalux {
 
 // ---- Keys
@@ -105,8 +107,10 @@ bool CanvasView::nudge(const QKeyEvent& event)
 
 void CanvasView::escape()
 {
-    release();
-    if (model.cropRect())
+    if (const auto ended = std::exchange(gesture, nullptr)) {
+        ended->cancel();
+        refresh();
+    } else if (model.cropRect())
         model.setCropRect({});
     else if (model.selectedID())
         model.setSelectedID({});

@@ -202,8 +202,11 @@ void CanvasView::pressText(QPointF at, Clicks clicks)
 
 void CanvasView::pressCrop(QPointF at, Clicks clicks)
 {
-    const auto& rect = model.cropRect();
-    if (clicks == Clicks::two && rect && containsPoint(*rect, at))
+    // The first click of a double click has taken the rectangle away.
+    if (clicks == Clicks::two && !model.cropRect())
+        model.setCropRect(clickedCrop);
+    clickedCrop = model.cropRect();
+    if (clicks == Clicks::two && clickedCrop && containsPoint(*clickedCrop, at))
         model.applyCrop();
     else
         gesture = CanvasGestures::crop(model, at);

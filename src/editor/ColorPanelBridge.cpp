@@ -3,6 +3,7 @@
 #include "app/AppIcon.h"
 #include "editor/EditorModel.h"
 #include "platform/PanelWindow.h"
+#include "settings/Settings.h"
 
 #include <QColorDialog>
 #include <QCoreApplication>
@@ -26,11 +27,13 @@ ColorPanelBridge::~ColorPanelBridge() = default;
 
 void ColorPanelBridge::open(EditorModel& opened)
 {
+    hold.reset();
     if (model != &opened) {
         if (model)
             model->disconnect(this);
         model = &opened;
         connect(&opened, &QObject::destroyed, this, [this] {
+            hold.reset();
             if (dialog)
                 dialog->hide();
         });
@@ -66,9 +69,10 @@ void ColorPanelBridge::makePanel()
 bool ColorPanelBridge::eventFilter(QObject*, QEvent* event)
 {
     const auto type = event->type();
-    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease) {
+    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::Hide) {
         dragging = type == QEvent::MouseButtonPress;
         restyled.reset();
+        hold.reset();
     }
     return false;
 }
@@ -77,6 +81,8 @@ void ColorPanelBridge::colorChanged(const QColor& chosen)
 {
     if (!model)
         return;
+    if (dragging && !hold)
+        hold.emplace(model->preferences().defaults());
     const auto standard = chosen.toRgb();
     const auto color = standard.isValid() ? standard : chosen;
     model->setColor(color);

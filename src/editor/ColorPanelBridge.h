@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Document.h"
+#include "platform/UserDefaults.h"
 
 #include <QColor>
 #include <QObject>
@@ -41,6 +41,8 @@ private:
     QPointer<EditorModel> model;
     std::unique_ptr<QColorDialog> dialog;
     bool dragging = false; ///< a mouse button is down in the panel
+    /// While it goes on, the settings are not written for each colour on the way.
+    std::optional<UserDefaults::Hold> hold;
     /// The mark whose colour the drag that goes on changes, in one undo step.
     std::optional<QUuid> restyled;
 };

@@ -73,7 +73,9 @@ void EditorWindow::setMenuBar(std::unique_ptr<QMenuBar> bar)
     layOut();
 }
 
-QRect EditorWindow::contentRect() const { return rect().adjusted(0, menus ? menus->height() : 0, 0, 0); }
+int EditorWindow::menuBarHeight() const { return menus ? menus->sizeHint().height() : 0; }
+
+QRect EditorWindow::contentRect() const { return rect().adjusted(0, menuBarHeight(), 0, 0); }
 
 void EditorWindow::modelChanged(EditorModel::Field field)
 {
@@ -139,7 +141,7 @@ void EditorWindow::placePanels(double progress)
 void EditorWindow::layOut()
 {
     if (menus)
-        menus->setGeometry(0, 0, width(), menus->sizeHint().height());
+        menus->setGeometry(0, 0, width(), menuBarHeight());
     const auto content = contentRect();
     chrome->setGeometry(content.x(), content.y(), content.width(), EditorChrome::barHeight);
     canvasView->setGeometry(content.adjusted(0, EditorChrome::barHeight, 0, 0));

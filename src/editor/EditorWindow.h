@@ -38,6 +38,7 @@ public:
 
     /// Puts the menu bar at the top; the window owns it.
     void setMenuBar(std::unique_ptr<QMenuBar> bar);
+    int menuBarHeight() const;
     /// Called once, when the window is about to close, however that comes.
     void setWillClose(std::function<void()> handler) { willClose = std::move(handler); }
 

@@ -74,8 +74,8 @@ EditorWindowController::EditorWindowController(
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
     const auto visible = screenUnderPointer().availableGeometry();
-    const auto size
-        = EditorWindowLayout::windowSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
+    auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
+    size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller
     editorWindow->resize(size);
     editorWindow->move(EditorWindowLayout::windowPosition(size, visible, {}));
     editorWindow->applyPaletteLayout(false);

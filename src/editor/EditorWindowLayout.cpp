@@ -22,7 +22,7 @@ int centredStart(int start, int length, int part) { return start + (length - par
 
 } // namespace
 
-QSize windowSize(QSizeF capture, QSize visible)
+QSize contentSize(QSizeF capture, QSize visible)
 {
     const auto wanted = (capture + room).expandedTo(leastContent);
     const QSizeF most(visible.width() * mostOfVisible.width(), visible.height() * mostOfVisible.height());

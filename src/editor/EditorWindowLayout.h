@@ -15,9 +15,9 @@ namespace EditorWindowLayout {
 
 inline constexpr QSize minimumSize{900, 560};
 
-/// The size of a window (menu bar and all, without the desktop's frame) for a capture of this size on a
-/// screen that leaves `visible` to windows.
-QSize windowSize(QSizeF capture, QSize visible);
+/// The size of a window's content (everything below the menu bar) for a capture of this size on a screen that
+/// leaves `visible` to windows.
+QSize contentSize(QSizeF capture, QSize visible);
 
 /// Where a window of this size opens: in the middle, or further down and to the right where windows stand
 /// already. `taken` are the corners of those windows.

@@ -125,6 +125,8 @@ void ColorPicker::askForColor()
     const auto before = current;
     connect(dialog, &QColorDialog::currentColorChanged, this, &ColorPicker::chosen);
     connect(dialog, &QDialog::rejected, this, [this, before] { Q_EMIT chosen(before); });
+    connect(dialog, &QDialog::finished, this, &ColorPicker::dialogClosed);
+    Q_EMIT dialogOpened();
     dialog->open();
 }
 

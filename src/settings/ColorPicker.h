@@ -22,6 +22,9 @@ public:
 
 Q_SIGNALS:
     void chosen(const QColor& color);
+    /// Between them the dialog for any other colour is open, and tells each colour on the way.
+    void dialogOpened();
+    void dialogClosed();
 
 private:
     void askForColor();

@@ -2,6 +2,7 @@
 #include "controls/ControlPainting.h"
 #include "controls/Slider.h"
 #include "platform/Symbol.h"
+#include "platform/UserDefaults.h"
 #include "render/Draw.h"
 #include "render/Renderer.h"
 #include "settings/ColorPicker.h"
@@ -10,6 +11,8 @@
 #include <QPainter>
 
 #include <array>
+#include <memory>
+#include <optional>
 
 namespace pintalux::Preferences {
 
@@ -66,6 +69,15 @@ PopUpButton::Preview gradientPreview(int index)
     };
 }
 
+/// Values that follow the hand are written once, between the two signals of `control`.
+template <typename Control, typename Begin, typename End>
+void writeOnce(Settings& settings, Control* control, Begin begin, End end)
+{
+    const auto hold = std::make_shared<std::optional<UserDefaults::Hold>>();
+    QObject::connect(control, begin, control, [&settings, hold] { hold->emplace(settings.defaults()); });
+    QObject::connect(control, end, control, [hold] { hold->reset(); });
+}
+
 void addColorRow(Form::Group& group, Binding& binding)
 {
     auto* picker = new ColorPicker;
@@ -73,6 +85,7 @@ void addColorRow(Form::Group& group, Binding& binding)
     auto& settings = binding.settings;
     QObject::connect(picker, &ColorPicker::chosen, picker,
         [&settings](const QColor& color) { settings.setLastColor(color); });
+    writeOnce(settings, picker, &ColorPicker::dialogOpened, &ColorPicker::dialogClosed);
     binding.follow(Setting::lastColor, [picker, &settings] { picker->setColor(settings.lastColor()); });
 }
 
@@ -88,6 +101,7 @@ void addStrokeRow(Form::Group& group, Binding& binding)
     auto& settings = binding.settings;
     QObject::connect(slider, &QAbstractSlider::valueChanged, slider,
         [&settings](int width) { settings.setStrokeWidth(width); });
+    writeOnce(settings, slider, &QAbstractSlider::sliderPressed, &QAbstractSlider::sliderReleased);
     binding.follow(Setting::strokeWidth, [slider, value, &settings] {
         const double width = settings.strokeWidth();
         const QSignalBlocker quiet(slider); // a width between two steps stays as it is stored

@@ -279,7 +279,7 @@ TEST_P(CanvasGestureTest, CropIsClampedSquaredAndDroppedBelowFourPixels)
     release();
     EXPECT_FALSE(model->cropRect()) << "a single press starts anew";
     gesture(at(100, 100), at(300, 200));
-    send(QEvent::MouseButtonDblClick, view->viewPoint(at(200, 150)), Qt::LeftButton, {});
+    doubleClick(at(200, 150));
     EXPECT_NEAR(model->doc().imageSize().width(), spanned.width(), 2);
     EXPECT_EQ(model->undoCount(), 1);
     EXPECT_EQ(model->tool(), Tool::arrow);

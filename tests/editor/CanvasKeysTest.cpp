@@ -67,6 +67,25 @@ TEST_F(CanvasKeysTest, EscapeGoesOneStepBackAtATime)
     EXPECT_FALSE(view->isVisible()) << "then it closes the window";
 }
 
+TEST_F(CanvasKeysTest, EscapeInADragUndoesTheDragAlone)
+{
+    placeBox();
+    const auto placed = marks();
+    model->setTool(Tool::select);
+    for (const auto tool : {Tool::select, Tool::rectangle, Tool::eraser, Tool::crop, Tool::pen}) {
+        model->setTool(tool);
+        press(placed.first().start);
+        drag(placed.first().end + QPointF(60, 40));
+        key(Qt::Key_Escape);
+        drag(placed.first().end + QPointF(90, 90));
+        release();
+        EXPECT_EQ(marks(), placed) << int(tool);
+        EXPECT_FALSE(model->cropRect());
+    }
+    EXPECT_EQ(newSteps(), 0);
+    EXPECT_TRUE(view->isVisible());
+}
+
 TEST_F(CanvasKeysTest, ReturnCropsDeleteRemovesTabHides)
 {
     placeBox();

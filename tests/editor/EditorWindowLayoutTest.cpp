@@ -16,7 +16,7 @@ TEST(EditorWindowLayout, TheWindowFitsCaptureScreenAndControls)
              Row{{3840, 2160}, {1920, 1080}, {1805, 972}},
              Row{{200, 100}, {800, 480}, {900, 560}}, // never less than its controls need
          })
-        EXPECT_EQ(windowSize(row.capture, row.visible), row.expected) << row.visible.width();
+        EXPECT_EQ(contentSize(row.capture, row.visible), row.expected) << row.visible.width();
 }
 
 TEST(EditorWindowLayout, SeveralWindowsStandBesideOneAnotherOnTheScreen)
