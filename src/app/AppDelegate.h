@@ -28,7 +28,7 @@ class PreferencesWindow;
 class Settings;
 class SettingsFileActions;
 class StatusItem;
-class Thumbnail;
+class ThumbnailController;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
@@ -109,8 +109,8 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
-    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
+    QPointer<ThumbnailController> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;                 ///< a capture has begun and its pixels are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;

@@ -106,11 +106,11 @@ void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<Q
 {
     if (thumbnail)
         thumbnail->close(false);
-    thumbnail = new Thumbnail(shot, savedPath,
+    thumbnail = new ThumbnailController(shot, savedPath,
         {.openEditor = [this](const CaptureResult& capture) { openEditor(capture); },
             .revealFile = [this](const QString& path) { workspace->revealFile(path); }},
         this);
-    connect(thumbnail, &Thumbnail::closed, thumbnail, &QObject::deleteLater);
+    connect(thumbnail, &ThumbnailController::closed, thumbnail, &QObject::deleteLater);
     thumbnail->show();
 }
 
