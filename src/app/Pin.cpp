@@ -205,7 +205,8 @@ void PinnedImage::wheelEvent(QWheelEvent* event)
     const double steps = pixels != 0
         ? pixels
         : event->angleDelta().y() * stepsPerNotch / int(QWheelEvent::DefaultDeltasPerStep);
-    setWindowOpacity(std::clamp(windowOpacity() + steps * opacityPerStep, faintest, 1.0));
+    opacity = std::clamp(opacity + steps * opacityPerStep, faintest, 1.0);
+    setWindowOpacity(opacity);
     event->accept();
 }
 
