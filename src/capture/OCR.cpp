@@ -76,8 +76,9 @@ private:
 
 Reader& reader()
 {
-    static Reader only;
-    return only;
+    // Never destroyed: the recognition library, loaded later, is torn down before it.
+    static Reader* const only = new Reader;
+    return *only;
 }
 
 bool stillReading = false;
