@@ -212,7 +212,9 @@ void PinnedImage::wheelEvent(QWheelEvent* event)
 
 void PinnedImage::contextMenuEvent(QContextMenuEvent* event)
 {
+    constexpr int menuWidth = 132;
     auto* menu = new Menu(this);
+    menu->setCardWidth(menuWidth);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     connect(menu->addAction(u"Copiar"_qs), &QAction::triggered, this, &PinnedImage::copyImage);
     connect(menu->addAction(u"Cerrar"_qs), &QAction::triggered, this, &PinnedImage::dismiss);
