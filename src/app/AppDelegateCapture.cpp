@@ -35,11 +35,10 @@ void AppDelegate::perform(CaptureAction action)
     }
 }
 
+// Does not stand in the way of the next capture: whoever asks several times in a row gets as many pictures.
 void AppDelegate::captureFullScreen()
 {
-    isFreezing = true;
     whenFinished(ScreenCapture::captureDisplayUnderMouse(), this, [this](QFuture<CaptureResult> shot) {
-        isFreezing = false;
         try {
             delivery.deliver(shot.takeResult());
         } catch (const Error& error) {
