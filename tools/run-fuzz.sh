@@ -9,6 +9,7 @@ programs=build/fuzz/fuzz
 
 export LSAN_OPTIONS="suppressions=fuzz/leaks.txt:print_suppressions=0"
 for program in "$programs"/fuzz_*; do
+  [ -f "$program" ] || continue
   reader=${program##*/fuzz_}
   learned=build/fuzz/corpus/$reader
   log=build/fuzz/$reader.log

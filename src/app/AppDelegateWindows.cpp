@@ -2,6 +2,7 @@
 
 #include "app/About.h"
 #include "app/AppDelegate.h"
+#include "app/AppIcon.h"
 #include "app/CommandLine.h"
 #include "app/HUD.h"
 #include "app/StatusMenu.h"
@@ -163,6 +164,7 @@ void AppDelegate::makePreferences()
             .importSettings = [this] { settingsFile->importSettings(); },
             .resetSettings = [this] { settingsFile->reset(); },
         });
+    preferences->setWindowIcon(AppIcon::windowIcon());
     settingsFile = std::make_unique<SettingsFileActions>(settings, preferences.get());
     connect(
         settingsFile.get(), &SettingsFileActions::copySaved, this, [this] { preferences->view().refresh(); });

@@ -1,5 +1,6 @@
 #include "platform/FloatingWindow.h"
 
+#include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
 #include <QGuiApplication>
@@ -11,25 +12,10 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <string_view>
 
 namespace pintalux {
 
 namespace {
-
-/// The toolkit's own connection, so that requests stay in order with its own; null on other display systems.
-xcb_connection_t* toolkitConnection()
-{
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
-
-xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name)
-{
-    const x11::Reply<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, uint16_t(name.size()), name.data()), nullptr));
-    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
 
 /// The window manager's window around this one, which some of them give even to windows without a frame; the
 /// window itself where there is none.
@@ -49,17 +35,17 @@ xcb_window_t frameOf(xcb_connection_t* connection, xcb_window_t window)
 void makePinWindow(QWidget& window)
 {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
-    auto* connection = toolkitConnection();
+    auto* connection = x11::toolkitConnection();
     if (!connection)
         return;
     const quint32 allDesktops = 0xFFFFFFFF;
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, xcb_window_t(window.winId()),
-        atomNamed(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+        x11::atomNamed(connection, "_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
 }
 
 void keepProportions(QWidget& window, QSize proportions, int margin)
 {
-    auto* connection = toolkitConnection();
+    auto* connection = x11::toolkitConnection();
     if (!connection || proportions.isEmpty())
         return;
     // The property as its convention lays it out: flags, then 17 numbers.
@@ -81,8 +67,9 @@ void keepProportions(QWidget& window, QSize proportions, int margin)
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
         XCB_ATOM_WM_SIZE_HINTS, 32, count, hints.data());
     const std::array<quint32, 4> extents{around, around, around, around};
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, atomNamed(connection, "_GTK_FRAME_EXTENTS"),
-        XCB_ATOM_CARDINAL, 32, quint32(extents.size()), extents.data());
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id,
+        x11::atomNamed(connection, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, quint32(extents.size()),
+        extents.data());
 }
 
 void makeUnfocusablePanel(QWidget& window)
@@ -95,7 +82,7 @@ void makeUnfocusablePanel(QWidget& window)
 void declareShadowAround(QWidget& widget, const QRect& sheet)
 {
     const auto id = widget.winId();
-    auto* connection = toolkitConnection();
+    auto* connection = x11::toolkitConnection();
     if (!connection)
         return widget.windowHandle()->setMask(sheet);
     const double ratio = widget.devicePixelRatioF();
@@ -104,13 +91,10 @@ void declareShadowAround(QWidget& widget, const QRect& sheet)
     const xcb_rectangle_t rectangle{
         int16_t(pixels.x()), int16_t(pixels.y()), uint16_t(pixels.width()), uint16_t(pixels.height())};
     const auto window = xcb_window_t(id);
-    const auto castsShadow = atomNamed(connection, "_COMPTON_SHADOW");
-    const quint32 none = 0;
     for (const auto each : {window, frameOf(connection, window)}) {
         xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
             each, 0, 0, 1, &rectangle);
-        xcb_change_property(
-            connection, XCB_PROP_MODE_REPLACE, each, castsShadow, XCB_ATOM_CARDINAL, 32, 1, &none);
+        x11::withoutCompositorShadow(connection, each);
     }
 }
 

@@ -68,13 +68,16 @@ double limited(const QJsonValue& value, const SettingRow& row)
     return std::clamp(value.toDouble(), row.least, row.most);
 }
 
-/// A path that counts from the home folder, where the file does not say otherwise. Empty for what is none.
+/// An absolute path; one that is not counts from the home folder. Empty for what is no path. By hand, for the
+/// toolkit has other beginnings, such as ":", for absolute paths of its own.
 QString folderNamed(const QString& text)
 {
     if (text.isEmpty() || text.contains(QChar(u'\0')))
         return {};
+    if (text.startsWith(u'/'))
+        return QDir::cleanPath(text);
     const bool isInHome = text == u"~" || text.startsWith(u"~/");
-    return QDir::cleanPath(QDir::home().absoluteFilePath(isInHome ? u"./"_qs + text.mid(2) : text));
+    return QDir::cleanPath(QDir::homePath() + u'/' + text.mid(isInHome ? 2 : 0));
 }
 
 void assign(const QJsonValue& value, const SettingRow&, bool& field) { field = value.toBool(); }

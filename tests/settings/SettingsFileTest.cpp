@@ -135,6 +135,7 @@ TEST_F(SettingsFileTest, ValuesThatMeanNothingAreReplaced)
              {"saveFolder", u"~/Capturas"_qs, Setting::saveFolder, inHome("/Capturas")},
              {"saveFolder", u"~"_qs, Setting::saveFolder, inHome("")},
              {"saveFolder", u"Capturas/./"_qs, Setting::saveFolder, inHome("/Capturas")},
+             {"saveFolder", u":/a"_qs, Setting::saveFolder, inHome("/:/a")},
              {"saveFolder", u"/a/~/b"_qs, Setting::saveFolder, u"/a/~/b"_qs},
              {"saveFolder", u""_qs, Setting::saveFolder, Settings::defaultFolder()},
              {"saveFolder", u"/a\0b"_qs, Setting::saveFolder, Settings::defaultFolder()},

@@ -1,5 +1,6 @@
 #include "platform/x11/X11HotKeys.h"
 
+#include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
 #include <QGuiApplication>
@@ -13,13 +14,6 @@ namespace {
 // Of the keyboard extension's events, told apart by their second byte.
 constexpr uint8_t newKeyboardEvent = 0;
 constexpr uint8_t mapChangedEvent = 1;
-
-// Null once the application object is gone; the server then drops the grabs itself.
-xcb_connection_t* connectionOfToolkit()
-{
-    const auto* native = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return native ? native->connection() : nullptr;
-}
 
 xcb_window_t rootOf(xcb_connection_t* connection)
 {
@@ -38,7 +32,7 @@ uint8_t keyboardExtensionEvents(xcb_connection_t* connection)
 
 X11HotKeys::X11HotKeys()
 {
-    if (auto* connection = connectionOfToolkit()) {
+    if (auto* connection = x11::toolkitConnection()) {
         map = x11::KeyboardMap::read(connection);
         keyboardEvents = keyboardExtensionEvents(connection);
     }
@@ -53,7 +47,7 @@ X11HotKeys::~X11HotKeys() { ungrabAll(); }
 
 bool X11HotKeys::grab(const HotKey& key)
 {
-    auto* connection = connectionOfToolkit();
+    auto* connection = x11::toolkitConnection();
     if (!connection || grabbed.contains(key))
         return false;
     if (!grabInAllLockStates(connection, key))
@@ -65,7 +59,7 @@ bool X11HotKeys::grab(const HotKey& key)
 void X11HotKeys::ungrabAll()
 {
     const auto keys = std::exchange(grabbed, {});
-    auto* connection = connectionOfToolkit();
+    auto* connection = x11::toolkitConnection();
     if (!connection)
         return;
     for (const auto& key : keys)
@@ -157,7 +151,7 @@ void X11HotKeys::released(const xcb_key_release_event_t& event)
 
 void X11HotKeys::keyboardChanged()
 {
-    auto* connection = connectionOfToolkit();
+    auto* connection = x11::toolkitConnection();
     if (!connection)
         return;
     const auto now = x11::KeyboardMap::read(connection);
