@@ -86,7 +86,8 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
         perform(*commandLine.capture);
     if (!settings.hasLaunchedBefore()) {
         settings.setHasLaunchedBefore(true);
-        HUD::show(u"Pintalux está en la barra de menús"_qs, u"sparkles"_qs);
+        if (!statusItem->isTrayMissing()) // of which there is a message already
+            HUD::show(u"Pintalux está en la barra de menús"_qs, u"sparkles"_qs);
     }
     Trace::begin(u"en marcha");
 }

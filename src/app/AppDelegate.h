@@ -28,7 +28,7 @@ class PreferencesWindow;
 class Settings;
 class SettingsFileActions;
 class StatusItem;
-class Thumbnail;
+class ThumbnailController;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
@@ -57,7 +57,7 @@ public:
     /// The actions whose hot key belongs to somebody else.
     const QSet<CaptureAction>& failedShortcuts() const { return failed; }
 
-    /// Starts a capture. Does nothing while one is going on or the permission is missing.
+    /// Starts a capture. Does nothing while something is being selected or the permission is missing.
     void perform(CaptureAction action);
     /// The same from a menu, once the menu has left the screen.
     void menuCapture(CaptureAction action);
@@ -109,8 +109,8 @@ private:
     Delivery delivery;
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
-    QPointer<Thumbnail> thumbnail; ///< on screen; it deletes itself when it has gone
-    bool isFreezing = false;       ///< a capture has begun and its pixels are not here yet
+    QPointer<ThumbnailController> thumbnail; ///< on screen; it deletes itself when it has gone
+    bool isFreezing = false;                 ///< an overlay is on its way: the screens are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;

@@ -35,11 +35,10 @@ void AppDelegate::perform(CaptureAction action)
     }
 }
 
+// Does not stand in the way of the next capture: whoever asks several times in a row gets as many pictures.
 void AppDelegate::captureFullScreen()
 {
-    isFreezing = true;
     whenFinished(ScreenCapture::captureDisplayUnderMouse(), this, [this](QFuture<CaptureResult> shot) {
-        isFreezing = false;
         try {
             delivery.deliver(shot.takeResult());
         } catch (const Error& error) {
@@ -106,11 +105,11 @@ void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<Q
 {
     if (thumbnail)
         thumbnail->close(false);
-    thumbnail = new Thumbnail(shot, savedPath,
+    thumbnail = new ThumbnailController(shot, savedPath,
         {.openEditor = [this](const CaptureResult& capture) { openEditor(capture); },
             .revealFile = [this](const QString& path) { workspace->revealFile(path); }},
         this);
-    connect(thumbnail, &Thumbnail::closed, thumbnail, &QObject::deleteLater);
+    connect(thumbnail, &ThumbnailController::closed, thumbnail, &QObject::deleteLater);
     thumbnail->show();
 }
 

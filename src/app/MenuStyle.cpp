@@ -29,7 +29,6 @@ constexpr int sidePadding = 10;
 constexpr int iconSize = 17;
 constexpr int iconGap = 9;
 constexpr int keyGap = 16;
-constexpr int textLeft = sidePadding + iconSize + iconGap;
 constexpr int noteWidth = 280;
 constexpr int shadowSpace = 40;
 constexpr int besideGap = 4;
@@ -71,6 +70,13 @@ Menu::Look lookOf(const QStyleOptionMenuItem& option)
 QSize pictureSizeOf(const QStyleOptionMenuItem& option)
 {
     return option.styleObject ? option.styleObject->property(pictureSizeProperty).toSize() : QSize(0, 0);
+}
+
+/// Where a row's text begins: beyond the column of icons and check marks, in a menu that has one.
+int textLeft(const QStyleOptionMenuItem& option)
+{
+    const bool hasColumn = option.maxIconWidth > 0 || option.menuHasCheckableItems;
+    return sidePadding + (hasColumn ? iconSize + iconGap : 0);
 }
 
 TextBlock textOf(const QString& text, Menu::Look look, const QColor& color)
@@ -171,7 +177,7 @@ public:
         const auto look = lookOf(*item);
         const auto [title, key] = textsOf(*item);
         const auto text = textOf(title, look, Qt::black).size();
-        double width = textLeft + text.width() + sidePadding;
+        double width = textLeft(*item) + text.width() + sidePadding;
         if (!key.isEmpty())
             width += keyGap + textOf(key, Look::action, Qt::black).size().width();
         if (const auto picture = pictureSizeOf(*item); !picture.isEmpty())
@@ -214,7 +220,7 @@ private:
         const auto look = lookOf(item);
         const auto [title, key] = textsOf(item);
         drawCentered(textOf(title, look, textColor(item, look, highlighted, theme)),
-            row.left() + (look == Look::section ? sidePadding : textLeft), row, painter);
+            row.left() + (look == Look::section ? sidePadding : textLeft(item)), row, painter);
         if (!key.isEmpty()) {
             const auto keyBlock = textOf(key, Look::action,
                 highlighted   ? QColor(Qt::white)

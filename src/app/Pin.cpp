@@ -205,13 +205,16 @@ void PinnedImage::wheelEvent(QWheelEvent* event)
     const double steps = pixels != 0
         ? pixels
         : event->angleDelta().y() * stepsPerNotch / int(QWheelEvent::DefaultDeltasPerStep);
-    setWindowOpacity(std::clamp(windowOpacity() + steps * opacityPerStep, faintest, 1.0));
+    opacity = std::clamp(opacity + steps * opacityPerStep, faintest, 1.0);
+    setWindowOpacity(opacity);
     event->accept();
 }
 
 void PinnedImage::contextMenuEvent(QContextMenuEvent* event)
 {
+    constexpr int menuWidth = 132;
     auto* menu = new Menu(this);
+    menu->setCardWidth(menuWidth);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     connect(menu->addAction(u"Copiar"_qs), &QAction::triggered, this, &PinnedImage::copyImage);
     connect(menu->addAction(u"Cerrar"_qs), &QAction::triggered, this, &PinnedImage::dismiss);

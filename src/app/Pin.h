@@ -60,6 +60,7 @@ private:
     QSize proportions;
     bool translucent;
     bool exposed = false; ///< has been on the screen
+    double opacity = 1;   ///< exactly; the toolkit remembers its own in coarse steps
 
     /// What the left button took hold of, in points of the screen.
     struct Grip {

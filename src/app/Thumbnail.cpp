@@ -25,7 +25,7 @@ constexpr std::chrono::milliseconds checkInterval{500};
 
 // Points.
 constexpr int screenMargin = 8;
-constexpr double slideInPart = 0.6; // of the card's width
+constexpr double slideInPart = 0.6; // of the panel's width
 constexpr int slideOut = 40;
 
 QRect visibleScreen()
@@ -36,94 +36,95 @@ QRect visibleScreen()
     return screen ? screen->availableGeometry() : QRect(0, 0, 1440, 900);
 }
 
-/// Glides the card to a place and an opacity, then calls `then`; at once on desktops that want no motion.
-void glide(QWidget& card, QPoint place, double opacity, int milliseconds, const QEasingCurve& curve,
+/// Glides the panel to a place and an opacity, then calls `then`; at once on desktops that want no motion.
+void glide(QWidget& panel, QPoint place, double opacity, int milliseconds, const QEasingCurve& curve,
     const std::function<void()>& then)
 {
     if (prefersReducedMotion())
         milliseconds = 0;
-    auto* both = new QParallelAnimationGroup(&card);
+    auto* both = new QParallelAnimationGroup(&panel);
     const auto add = [&](const char* property, const QVariant& target) {
-        auto* animation = new QPropertyAnimation(&card, property, both);
+        auto* animation = new QPropertyAnimation(&panel, property, both);
         animation->setDuration(milliseconds);
         animation->setEasingCurve(curve);
-        animation->setStartValue(card.property(property));
+        animation->setStartValue(panel.property(property));
         animation->setEndValue(target);
         both->addAnimation(animation);
     };
     add("pos", place);
     add("windowOpacity", opacity);
-    QObject::connect(both, &QAbstractAnimation::finished, &card, then);
+    QObject::connect(both, &QAbstractAnimation::finished, &panel, then);
     both->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 } // namespace
 
-Thumbnail::Thumbnail(CaptureResult capture, std::optional<QString> saved, Actions others, QObject* parent)
+ThumbnailController::ThumbnailController(
+    CaptureResult capture, std::optional<QString> saved, Actions others, QObject* parent)
     : QObject(parent)
     , shot(std::move(capture))
     , savedPath(std::move(saved))
     , actions(std::move(others))
 {
     timer.setInterval(checkInterval);
-    connect(&timer, &QTimer::timeout, this, &Thumbnail::checkLifetime);
+    connect(&timer, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
 }
 
-Thumbnail::~Thumbnail()
+ThumbnailController::~ThumbnailController()
 {
-    if (card)
-        card->retire();
+    if (panel)
+        panel->retire();
 }
 
-void Thumbnail::show()
+void ThumbnailController::show()
 {
-    card = new ThumbnailCard(shot.image, shot.pixelScale, savedPath.has_value());
-    connect(card, &ThumbnailCard::closeClicked, this, [this] { close(true); });
-    connect(card, &ThumbnailCard::saveClicked, this, &Thumbnail::save);
-    connect(card, &ThumbnailCard::editClicked, this, &Thumbnail::edit);
-    connect(card, &ThumbnailCard::copyClicked, this, &Thumbnail::copy);
-    card->fileToDrag = [this] { return fileToDrag(); }; // not once it is retired
+    panel = new ThumbnailPanel(shot.image, shot.pixelScale, savedPath.has_value());
+    connect(panel, &ThumbnailPanel::closeClicked, this, [this] { close(true); });
+    connect(panel, &ThumbnailPanel::saveClicked, this, &ThumbnailController::save);
+    connect(panel, &ThumbnailPanel::editClicked, this, &ThumbnailController::edit);
+    connect(panel, &ThumbnailPanel::copyClicked, this, &ThumbnailController::copy);
+    panel->fileToDrag = [this] { return fileToDrag(); }; // not once it is retired
     slideIn();
     deadline.setRemainingTime(lifetime);
     timer.start();
 }
 
-QPoint Thumbnail::restingPlace() const
+QPoint ThumbnailController::restingPlace() const
 {
     const auto visible = visibleScreen();
-    const auto sheet = card->sheet();
+    const auto sheet = panel->sheet();
     return QPoint(visible.right() - screenMargin, visible.bottom() - screenMargin) - sheet.bottomRight();
 }
 
-void Thumbnail::slideIn()
+void ThumbnailController::slideIn()
 {
     const auto place = restingPlace();
-    card->move(place + QPoint(int(card->sheet().width() * slideInPart), 0));
-    card->setWindowOpacity(0);
-    card->show();
-    card->raise();
-    glide(*card, place, 1, Theme::thumbnailInMilliseconds, Theme::slideCurve(), [] {});
+    panel->move(place + QPoint(int(panel->sheet().width() * slideInPart), 0));
+    panel->setWindowOpacity(0);
+    panel->show();
+    panel->raise();
+    glide(*panel, place, 1, Theme::thumbnailInMilliseconds, Theme::slideCurve(), [] {});
 }
 
-void Thumbnail::checkLifetime()
+void ThumbnailController::checkLifetime()
 {
-    if (!card)
+    if (!panel)
         return;
-    if (card->isUnderPointer())
+    if (panel->isUnderPointer())
         deadline.setRemainingTime(lifetimeAfterPointer);
     else if (deadline.hasExpired())
         close(true);
 }
 
-void Thumbnail::close(bool animated)
+void ThumbnailController::close(bool animated)
 {
     timer.stop();
-    if (!card)
+    if (!panel)
         return;
-    auto* leaving = card.data();
-    card.clear();
+    auto* leaving = panel.data();
+    panel.clear();
     leaving->disconnect(this);
-    connect(leaving, &ThumbnailCard::gone, this, &Thumbnail::closed);
+    connect(leaving, &ThumbnailPanel::gone, this, &ThumbnailController::closed);
     const auto gone = [leaving] { leaving->retire(); };
     if (animated)
         glide(*leaving, leaving->pos() + QPoint(slideOut, 0), 0, Theme::thumbnailOutMilliseconds,
@@ -132,7 +133,7 @@ void Thumbnail::close(bool animated)
         gone();
 }
 
-void Thumbnail::edit()
+void ThumbnailController::edit()
 {
     const auto openEditor = actions.openEditor; // closing may be the end of this object
     const auto capture = shot;
@@ -140,14 +141,14 @@ void Thumbnail::edit()
     openEditor(capture);
 }
 
-void Thumbnail::copy()
+void ThumbnailController::copy()
 {
     Clipboard::copy(shot.image, shot.pixelScale);
     HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
     close(true);
 }
 
-void Thumbnail::save()
+void ThumbnailController::save()
 {
     if (!savedPath) {
         try {
@@ -161,7 +162,7 @@ void Thumbnail::save()
     close(true);
 }
 
-std::optional<QString> Thumbnail::fileToDrag()
+std::optional<QString> ThumbnailController::fileToDrag()
 {
     if (savedPath && QFileInfo::exists(*savedPath))
         return savedPath;

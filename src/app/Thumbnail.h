@@ -11,14 +11,14 @@
 
 namespace pintalux {
 
-class ThumbnailCard;
+class ThumbnailPanel;
 
 /// A finished capture as a small card in the lower right corner of the screen under the pointer: a click
 /// annotates it, a drag drops it into another program, buttons save (or show), annotate and copy it.
 ///
 /// It lies above everything, never takes the keyboard, and goes by itself after a few seconds without the
 /// pointer on it. Main thread only.
-class Thumbnail : public QObject {
+class ThumbnailController : public QObject {
     Q_OBJECT
 
 public:
@@ -30,8 +30,9 @@ public:
     };
 
     /// `savedPath` is where the capture was saved already. Nothing is shown yet.
-    Thumbnail(CaptureResult shot, std::optional<QString> savedPath, Actions actions, QObject* parent);
-    ~Thumbnail() override;
+    ThumbnailController(
+        CaptureResult shot, std::optional<QString> savedPath, Actions actions, QObject* parent);
+    ~ThumbnailController() override;
 
     void show();
     /// Takes the card off the screen, at once or gliding away. Closing it again does nothing.
@@ -58,7 +59,7 @@ private:
     std::optional<QString> savedPath;
     std::optional<QString> temporaryPath; ///< made for an earlier drag
     Actions actions;
-    QPointer<ThumbnailCard> card; ///< while it is shown
+    QPointer<ThumbnailPanel> panel; ///< while it is shown
     QTimer timer;
     QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
 };

@@ -119,9 +119,9 @@ protected:
 };
 
 /// The picture itself: a click annotates it, a drag takes it out.
-class PictureView : public QWidget {
+class ThumbnailView : public QWidget {
 public:
-    PictureView(const QImage& picture, double pixelScale, QWidget* parent)
+    ThumbnailView(const QImage& picture, double pixelScale, QWidget* parent)
         : QWidget(parent)
         , image(picture)
         , shownSize(QSizeF(picture.size()) / pixelScale)
@@ -236,7 +236,7 @@ private:
 
 } // namespace
 
-ThumbnailCard::ThumbnailCard(const QImage& image, double pixelScale, bool isSaved)
+ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSaved)
     : translucent(hasCompositor())
 {
     makeUnfocusablePanel(*this);
@@ -249,7 +249,7 @@ ThumbnailCard::ThumbnailCard(const QImage& image, double pixelScale, bool isSave
     setFixedSize(card + QSize(2 * margin, 2 * margin));
 
     const QRect place(sheet().topLeft() + QPoint(padding, padding), pictureSize);
-    auto* picture = new PictureView(image, pixelScale, this);
+    auto* picture = new ThumbnailView(image, pixelScale, this);
     picture->setGeometry(place);
     picture->clicked = [this] { Q_EMIT editClicked(); };
     picture->dragged = [this](const QPixmap& pixmap) { dragOut(pixmap); };
@@ -263,11 +263,11 @@ ThumbnailCard::ThumbnailCard(const QImage& image, double pixelScale, bool isSave
     }
 }
 
-ThumbnailCard::~ThumbnailCard() = default;
+ThumbnailPanel::~ThumbnailPanel() = default;
 
-void ThumbnailCard::addButtons(const QRect& picture, bool isSaved)
+void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
 {
-    using Clicked = void (ThumbnailCard::*)();
+    using Clicked = void (ThumbnailPanel::*)();
     struct Row {
         QString symbol;
         QString title;
@@ -275,9 +275,9 @@ void ThumbnailCard::addButtons(const QRect& picture, bool isSaved)
     };
     const std::array<Row, 3> rows{{
         {isSaved ? u"folder"_qs : u"square.and.arrow.down"_qs, isSaved ? u"Mostrar"_qs : u"Guardar"_qs,
-            &ThumbnailCard::saveClicked},
-        {u"pencil.tip"_qs, u"Anotar"_qs, &ThumbnailCard::editClicked},
-        {u"doc.on.doc"_qs, u"Copiar"_qs, &ThumbnailCard::copyClicked},
+            &ThumbnailPanel::saveClicked},
+        {u"pencil.tip"_qs, u"Anotar"_qs, &ThumbnailPanel::editClicked},
+        {u"doc.on.doc"_qs, u"Copiar"_qs, &ThumbnailPanel::copyClicked},
     }};
     const int count = int(rows.size());
     const int room = picture.width() - (count - 1) * actionGap;
@@ -293,22 +293,22 @@ void ThumbnailCard::addButtons(const QRect& picture, bool isSaved)
     auto* close = new CloseButton(this);
     constexpr int target = 2 * closeInset + closeDisc - 4; // easier to hit than it looks
     close->setGeometry(picture.right() + 1 - target - 2, picture.top() + 2, target, target);
-    connect(close, &QAbstractButton::clicked, this, &ThumbnailCard::closeClicked);
+    connect(close, &QAbstractButton::clicked, this, &ThumbnailPanel::closeClicked);
     closeButton = close;
 }
 
-QRect ThumbnailCard::sheet() const
+QRect ThumbnailPanel::sheet() const
 {
     const int margin = translucent ? int(Theme::shadowMargin) : 0;
     return rect().adjusted(margin, margin, -margin, -margin);
 }
 
-bool ThumbnailCard::isUnderPointer() const
+bool ThumbnailPanel::isUnderPointer() const
 {
     return dragging || sheet().translated(pos()).contains(QCursor::pos());
 }
 
-void ThumbnailCard::retire()
+void ThumbnailPanel::retire()
 {
     retired = true;
     fileToDrag = nullptr;
@@ -318,7 +318,7 @@ void ThumbnailCard::retire()
     Q_EMIT gone();
 }
 
-void ThumbnailCard::dragOut(const QPixmap& picture)
+void ThumbnailPanel::dragOut(const QPixmap& picture)
 {
     const auto path = fileToDrag ? fileToDrag() : std::nullopt;
     if (!path)
@@ -336,13 +336,13 @@ void ThumbnailCard::dragOut(const QPixmap& picture)
         deleteLater();
 }
 
-void ThumbnailCard::showEvent(QShowEvent*)
+void ThumbnailPanel::showEvent(QShowEvent*)
 {
     if (translucent)
         declareShadowAround(*this, sheet());
 }
 
-void ThumbnailCard::paintEvent(QPaintEvent*)
+void ThumbnailPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -359,16 +359,16 @@ void ThumbnailCard::paintEvent(QPaintEvent*)
 }
 
 // By its background the card can be moved out of the way.
-void ThumbnailCard::mousePressEvent(QMouseEvent* event) { gripPoint = event->position().toPoint(); }
+void ThumbnailPanel::mousePressEvent(QMouseEvent* event) { gripPoint = event->position().toPoint(); }
 
-void ThumbnailCard::mouseMoveEvent(QMouseEvent* event)
+void ThumbnailPanel::mouseMoveEvent(QMouseEvent* event)
 {
     if (event->buttons() & Qt::LeftButton)
         move(event->globalPosition().toPoint() - gripPoint);
 }
 
-void ThumbnailCard::enterEvent(QEnterEvent*) { closeButton->update(); }
+void ThumbnailPanel::enterEvent(QEnterEvent*) { closeButton->update(); }
 
-void ThumbnailCard::leaveEvent(QEvent*) { closeButton->update(); }
+void ThumbnailPanel::leaveEvent(QEvent*) { closeButton->update(); }
 
 } // namespace pintalux

@@ -9,13 +9,13 @@
 namespace pintalux {
 
 /// The window of the floating thumbnail: what is seen of it and how it answers the mouse.
-class ThumbnailCard : public QWidget {
+class ThumbnailPanel : public QWidget {
     Q_OBJECT
 
 public:
     /// `pixelScale` is image pixels per point; `isSaved` decides between "Guardar" and "Mostrar".
-    ThumbnailCard(const QImage& image, double pixelScale, bool isSaved);
-    ~ThumbnailCard() override;
+    ThumbnailPanel(const QImage& image, double pixelScale, bool isSaved);
+    ~ThumbnailPanel() override;
 
     /// The card within the window, without its shadow; points.
     QRect sheet() const;

@@ -6,6 +6,7 @@
 #include "app/SingleInstance.h"
 #include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
+#include "capture/OCR.h"
 #include "capture/ScreenCapture.h"
 #include "controls/ToolTips.h"
 #include "platform/ApplicationId.h"
@@ -159,11 +160,8 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     return QApplication::exec();
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
-    keepToolkitQuiet();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
@@ -194,4 +192,17 @@ int main(int argc, char** argv)
     if (commandLine.mode == CommandLine::Mode::captureToFile)
         return captureToFile(argc, argv, commandLine);
     return runProgram(argc, argv, commandLine);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    keepToolkitQuiet();
+    const int status = run(argc, argv);
+    if (!OCR::isStillReading())
+        return status;
+    // All is put away but for a thread, which nobody should wait for.
+    std::fflush(nullptr);
+    std::_Exit(status);
 }

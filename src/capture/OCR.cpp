@@ -2,9 +2,12 @@
 
 #include "app/HUD.h"
 #include "platform/Error.h"
+#include "platform/Memory.h"
 #include "platform/Worker.h"
 
 #include <QCoreApplication>
+#include <QPointer>
+#include <QTimer>
 
 #include <mutex>
 
@@ -12,15 +15,21 @@ namespace pintalux::OCR {
 
 namespace {
 
+/// How long the engine is kept warm for the next picture.
+constexpr int quietMilliseconds = 30'000;
+
+/// How long the program's end waits for a reading that was asked to stop. Looking for the lines of a large
+/// page cannot be interrupted and may take seconds.
+constexpr int patienceMilliseconds = 300;
+
 /// Whoever reads, and the one thread on which it does.
 class Reader {
 public:
     Reader()
     {
         pool.setMaxThreadCount(1);
-        pool.setExpiryTimeout(-1); // the engine is kept warm
+        pool.setExpiryTimeout(-1); // an engine is used on one thread
     }
-    ~Reader() { stop(); }
 
     QString read(const QImage& image)
     {
@@ -36,13 +45,25 @@ public:
         recognizer = std::move(other);
     }
 
-    /// Ends what is being read, forgets what waits and returns when the thread is idle.
-    void stop()
+    /// Lets the engine and its languages go, after what is still to be read. The next picture loads them
+    /// anew.
+    void rest()
+    {
+        pool.start([this] {
+            replace(nullptr);
+            returnFreeMemory();
+        });
+    }
+
+    /// Ends what is being read and forgets what waits. True once the thread is idle, false when it is not so
+    /// in time.
+    bool stop()
     {
         stopped = true;
         pool.clear();
-        pool.waitForDone();
-        stopped = false;
+        const bool isIdle = pool.waitForDone(patienceMilliseconds);
+        stopped = !isIdle;
+        return isIdle;
     }
 
     QThreadPool pool;
@@ -55,20 +76,37 @@ private:
 
 Reader& reader()
 {
-    static Reader only;
-    return only;
+    // Never destroyed: the recognition library, loaded later, is torn down before it.
+    static Reader* const only = new Reader;
+    return *only;
 }
 
-/// The thread must be idle before the application object goes, whose end its results would outlive.
+bool stillReading = false;
+
+/// The thread should be idle before the application object goes, whose end its results would outlive.
 void stopAtTheEnd()
 {
     static bool promised = false;
     if (std::exchange(promised, true))
         return;
     qAddPostRoutine([] {
-        reader().stop();
+        stillReading = !reader().stop();
         promised = false;
     });
+}
+
+/// From now on the engine has nothing to do. It holds some 70 MB, too much for a program that waits in the
+/// tray.
+void beginQuietTime()
+{
+    static QPointer<QTimer> quiet;
+    if (!quiet) {
+        quiet = new QTimer(QCoreApplication::instance());
+        quiet->setSingleShot(true);
+        quiet->setInterval(quietMilliseconds);
+        QObject::connect(quiet, &QTimer::timeout, [] { reader().rest(); });
+    }
+    quiet->start();
 }
 
 } // namespace
@@ -79,6 +117,7 @@ void recognize(const QImage& image, std::function<void(const std::optional<QStri
     const auto text = runOn(reader().pool, [image] { return reader().read(image); });
     whenFinished(text, QCoreApplication::instance(),
         [completion = std::move(completion)](const QFuture<QString>& read) {
+            beginQuietTime();
             try {
                 completion(read.result());
             } catch (const Error& error) {
@@ -96,6 +135,8 @@ std::optional<QString> recognizeSync(const QImage& image)
         return std::nullopt;
     }
 }
+
+bool isStillReading() { return stillReading; }
 
 void setRecognizer(std::shared_ptr<TextRecognizer> recognizer) { reader().replace(std::move(recognizer)); }
 

@@ -20,6 +20,10 @@ void recognize(const QImage& image, std::function<void(const std::optional<QStri
 /// The same, blocking the calling thread; never call it on the main thread with a window up.
 std::optional<QString> recognizeSync(const QImage& image);
 
+/// True after the application's end when a reading goes on that could not be stopped in a moment. Whoever
+/// ends the process then leaves without waiting for its threads.
+bool isStillReading();
+
 /// Uses `recognizer` from now on; none stands for the machine's own. For tests.
 void setRecognizer(std::shared_ptr<TextRecognizer> recognizer);
 

@@ -24,7 +24,7 @@ void returnFreeMemory()
     mallopt(M_TRIM_THRESHOLD, usual);
     malloc_trim(0);
     // The end of another thread's arena is only trimmed by that thread, when it frees something large.
-    constexpr std::size_t large = 256 * 1024;
+    constexpr std::size_t large = 1 << 18;
     void* volatile block = std::malloc(large); // NOLINT(cppcoreguidelines-no-malloc): the allocator itself
     std::free(block);                          // NOLINT(cppcoreguidelines-no-malloc)
 }

@@ -169,6 +169,60 @@ Piece takePiece(const Mask& mask, Mask& left, std::size_t first, const Grid& pap
     return piece;
 }
 
+/// True for the strokes of bold letters: what is between them is open to the paper around them, while text on
+/// a badge is enclosed by it. `inside` is the piece's own grey, `outside` that of the paper around it.
+bool isOpen(const Piece& piece, const Grid& paper, const QImage& gray, Gray inside, Gray outside)
+{
+    QRect nodes;
+    for (const auto node : piece.nodes)
+        nodes |= QRect(int(node) % paper.columns, int(node) / paper.columns, 1, 1);
+    constexpr int tallest = 60; // nodes: nobody's letters, and not worth the time
+    if (nodes.height() > tallest)
+        return false;
+    constexpr int margin = 2; // nodes: beyond the edge of a badge
+    nodes.adjust(-margin, -margin, margin, margin);
+    const auto area = QRect(nodes.topLeft() * Grid::step, nodes.size() * Grid::step) & gray.rect();
+
+    // From the rim of the area over all that looks like the paper outside.
+    std::vector<bool> reached(std::size_t(area.width()) * std::size_t(area.height()), false);
+    std::vector<QPoint> border;
+    const auto reach = [&](int x, int y) {
+        if (x < 0 || y < 0 || x >= area.width() || y >= area.height())
+            return;
+        const int value = gray.constScanLine(area.top() + y)[area.left() + x];
+        const auto at = std::size_t(y) * std::size_t(area.width()) + std::size_t(x);
+        if (reached[at] || std::abs(value - outside) >= std::abs(value - inside))
+            return;
+        reached[at] = true;
+        border.emplace_back(x, y);
+    };
+    for (int x = 0; x < area.width(); ++x) {
+        reach(x, 0);
+        reach(x, area.height() - 1);
+    }
+    for (int y = 0; y < area.height(); ++y) {
+        reach(0, y);
+        reach(area.width() - 1, y);
+    }
+    while (!border.empty()) {
+        const auto point = border.back();
+        border.pop_back();
+        reach(point.x() - 1, point.y());
+        reach(point.x() + 1, point.y());
+        reach(point.x(), point.y() - 1);
+        reach(point.x(), point.y() + 1);
+    }
+
+    const auto isReached = [&](std::size_t node) {
+        const auto place
+            = QPoint(int(node) % paper.columns, int(node) / paper.columns) * Grid::step - area.topLeft();
+        return area.translated(-area.topLeft()).contains(place)
+            && reached[std::size_t(place.y()) * std::size_t(area.width()) + std::size_t(place.x())];
+    };
+    constexpr int openShare = 10; // a tenth
+    return std::ranges::count_if(piece.nodes, isReached) * openShare > std::ptrdiff_t(piece.nodes.size());
+}
+
 /// What covers most of a small neighbourhood but is narrow is no paper: it is a stroke of a large letter.
 /// There the paper is what is commonest further around.
 Grid withoutLargeStrokes(const Grid& paper, const QImage& gray)
@@ -195,7 +249,9 @@ Grid withoutLargeStrokes(const Grid& paper, const QImage& gray)
         const auto piece = takePiece(differs, left, node, paper);
         const auto wideNodes
             = std::ranges::count_if(piece.nodes, [&](std::size_t at) { return bool(wide.values[at]); });
-        if (!piece.continues && wideNodes * 2 < std::ptrdiff_t(piece.nodes.size()))
+        const bool isNarrow = wideNodes * 2 < std::ptrdiff_t(piece.nodes.size());
+        if (!piece.continues
+            && (isNarrow || isOpen(piece, paper, gray, paper.values[node], further.values[node])))
             for (const auto at : piece.nodes)
                 settled.values[at] = further.values[at];
     }

@@ -42,6 +42,9 @@ public:
     decltype(TessBaseAPIRecognize)* BaseAPIRecognize = function("TessBaseAPIRecognize");
     decltype(TessBaseAPIGetIterator)* BaseAPIGetIterator = function("TessBaseAPIGetIterator");
     decltype(TessBaseAPIClear)* BaseAPIClear = function("TessBaseAPIClear");
+    decltype(TessBaseAPIEnd)* BaseAPIEnd = function("TessBaseAPIEnd");
+    decltype(TessBaseAPIClearPersistentCache)* BaseAPIClearPersistentCache
+        = function("TessBaseAPIClearPersistentCache");
     decltype(TessMonitorCreate)* MonitorCreate = function("TessMonitorCreate");
     decltype(TessMonitorDelete)* MonitorDelete = function("TessMonitorDelete");
     decltype(TessMonitorSetCancelFunc)* MonitorSetCancelFunc = function("TessMonitorSetCancelFunc");
@@ -162,6 +165,15 @@ private:
                 throw notInstalled();
             lib.BaseAPISetPageSegMode(api.get(), tesseract::PSM_AUTO);
         }
+
+        ~Engine()
+        {
+            // The library keeps dictionaries beyond the engines that use them.
+            lib.BaseAPIEnd(api.get());
+            lib.BaseAPIClearPersistentCache(api.get());
+        }
+        Engine(const Engine&) = delete;
+        Engine& operator=(const Engine&) = delete;
 
         QList<TextObservation> read(const QImage& page, const std::atomic<bool>& cancelled)
         {

@@ -70,6 +70,7 @@ private:
     void captureWindow(const FrozenScreens& frozen);
     void runOverlayPhase();
     void showOverlay(std::size_t index, const FrozenScreens& frozen);
+    void simulateOverlay(std::size_t index, const FrozenScreens& frozen);
     void captureOverlay(std::size_t index, const FrozenScreens& frozen);
     void finish();
 

@@ -25,15 +25,19 @@ const std::array<OverlayLook, 4> overlayLooks{{
     {OverlayMode::color, {}, {0.25, 0.25}},
 }};
 
+/// On whole points, as a mouse stands.
 QPointF scaled(QPointF part, const QSizeF& size)
 {
-    return {part.x() * size.width(), part.y() * size.height()};
+    return QPointF(part.x() * size.width(), part.y() * size.height()).toPoint();
 }
 
 QRectF scaled(const QRectF& part, const QSizeF& size)
 {
     return {scaled(part.topLeft(), size), scaled(part.bottomRight(), size)};
 }
+
+/// How long an overlay takes at most to be on the screen.
+constexpr int paintMilliseconds = 250;
 
 /// A window of the program's own, as a capture knows it.
 WindowInfo ownWindow(const QWidget& widget)
@@ -147,10 +151,18 @@ void Run::showOverlay(std::size_t index, const FrozenScreens& frozen)
         note(u"No se encontró la ventana de superposición: "_qs + rawValue(look.mode));
         return showOverlay(index + 1, frozen);
     }
-    const auto size = QSizeF(overlay->windows().front()->size());
-    overlay->debugSimulate(look.selection ? std::optional(scaled(*look.selection, size)) : std::nullopt,
-        scaled(look.pointer, size));
-    constexpr int paintMilliseconds = 400;
+    QTimer::singleShot(paintMilliseconds, this, [this, index, frozen] { simulateOverlay(index, frozen); });
+}
+
+void Run::simulateOverlay(std::size_t index, const FrozenScreens& frozen)
+{
+    const auto& look = overlayLooks[index];
+    // Not before: a window that appears is told where the real pointer is.
+    if (!overlay->windows().empty()) {
+        const auto size = QSizeF(overlay->windows().front()->size());
+        overlay->debugSimulate(look.selection ? std::optional(scaled(*look.selection, size)) : std::nullopt,
+            scaled(look.pointer, size));
+    }
     QTimer::singleShot(paintMilliseconds, this, [this, index, frozen] { captureOverlay(index, frozen); });
 }
 

@@ -50,13 +50,14 @@ protected:
         HUD::dismiss();
     }
 
-    Thumbnail& show(const std::optional<QString>& savedPath = {})
+    ThumbnailController& show(const std::optional<QString>& savedPath = {})
     {
-        thumbnail = std::make_unique<Thumbnail>(CaptureResult{picture, 1, u"Informe"_qs}, savedPath,
-            Thumbnail::Actions{.openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
+        thumbnail = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_qs}, savedPath,
+            ThumbnailController::Actions{
+                .openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
                 .revealFile = [this](const QString& path) { revealed.append(path); }},
             nullptr);
-        QObject::connect(thumbnail.get(), &Thumbnail::closed, [this] {
+        QObject::connect(thumbnail.get(), &ThumbnailController::closed, [this] {
             ++timesClosed;
             closedAfter = clock.elapsed();
         });
@@ -85,7 +86,7 @@ protected:
 
     QTemporaryDir folder;
     QImage picture{480, 300, QImage::Format_RGB32};
-    std::unique_ptr<Thumbnail> thumbnail;
+    std::unique_ptr<ThumbnailController> thumbnail;
     QImage edited;
     QStringList revealed;
     QElapsedTimer clock;
