@@ -95,6 +95,7 @@ struct Theme {
     static constexpr double toolRadius = 10;
     static constexpr double toggleRadius = 9;
     static constexpr double chipRadius = 6;
+    static constexpr double disabledOpacity = 0.4; ///< of controls that are drawn whole
     static constexpr int instrumentMilliseconds = 180;
 };
 

@@ -4,6 +4,7 @@
 #include "app/CommandLine.h"
 #include "app/Completion.h"
 #include "app/SingleInstance.h"
+#include "app/ThemeFollower.h"
 #include "app/ToolkitTexts.h"
 #include "capture/HotKeyCenter.h"
 #include "capture/OCR.h"
@@ -80,6 +81,7 @@ void prepare(QApplication& application)
     QApplication::setQuitOnLastWindowClosed(false);
     translateToolkit(application);
     ToolTips::install(application);
+    followDesktopTheme(application);
 }
 
 int runSelfTest(int argc, char** argv, const CommandLine& commandLine)

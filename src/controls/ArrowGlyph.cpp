@@ -1,5 +1,6 @@
 #include "controls/ArrowGlyph.h"
 
+#include "model/Annotation.h"
 #include "platform/PathData.h"
 #include "render/Renderer.h"
 
@@ -11,20 +12,17 @@ namespace {
 
 constexpr QSizeF field(44, 36);
 
+/// The renderer's jitter is made for marks of the screen's size; at this one a fixed drawing reads better.
 constexpr QStringView sketch = u"M9 26.4C14.5 23.6 19.5 17.4 34.6 9.6M10.4 25C17 22.6 22.5 14.6 34 10"
                                "M26.4 9.2C29.4 9.8 31.6 9.6 35 9.2 33.4 11.6 32.2 14.2 31.4 17.4"
                                "M27.6 10.2C30.2 9.4 32.8 9.6 34.4 9.9 32.6 12 31.2 14.4 30.6 16.4";
 
-/// A gentle bow from start to end.
-QList<QPointF> bow(QPointF from, QPointF bend, QPointF to)
+/// The curve of an arrow on the capture.
+QList<QPointF> bow(QPointF start, QPointF bend, QPointF end)
 {
-    constexpr int pieces = 16;
-    QPainterPath curve(from);
-    curve.quadTo(bend, to);
-    QList<QPointF> points;
-    for (int index = 0; index <= pieces; ++index)
-        points << curve.pointAtPercent(double(index) / pieces);
-    return points;
+    Annotation mark{.start = start, .end = end};
+    mark.control = bend;
+    return mark.curveSamples();
 }
 
 struct Drawing {

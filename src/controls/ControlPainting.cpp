@@ -10,6 +10,7 @@
 
 #include <QConicalGradient>
 #include <QPainter>
+#include <QWidget>
 
 namespace pintalux::ControlPainting {
 
@@ -92,6 +93,23 @@ void knob(QPointF center, const Knob& look, QPainter& painter)
     if (look.ringAlpha > 0)
         context.stroke(
             Draw::ellipse(around(center, look.diameter + 0.5)), {withAlpha(Qt::black, look.ringAlpha), 0.5});
+}
+
+void control(const QWidget& widget, const std::function<void(QPainter&)>& paint, QPainter& painter)
+{
+    if (widget.isEnabled())
+        return paint(painter);
+    const double ratio = widget.devicePixelRatioF();
+    QImage layer((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    layer.setDevicePixelRatio(ratio);
+    layer.fill(Qt::transparent);
+    {
+        QPainter inner(&layer);
+        paint(inner);
+    }
+    painter.setOpacity(Theme::disabledOpacity);
+    painter.drawImage(QPointF(), layer);
+    painter.setOpacity(1);
 }
 
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,

@@ -7,7 +7,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class QPainter;
+class QWidget;
 
 namespace pintalux {
 
@@ -42,6 +45,9 @@ inline constexpr Knob switchKnob{16, 0, 2, 0.28};
 inline constexpr Knob sliderKnob{16, 0.18, 3, 0.26};
 inline constexpr Knob wedgeKnob{18, 0, 4, 0.32};
 void knob(QPointF center, const Knob& look, QPainter& painter);
+
+/// Paints a control; one that is disabled as a whole, so that what its parts hide stays hidden.
+void control(const QWidget& widget, const std::function<void(QPainter&)>& paint, QPainter& painter);
 
 /// A disc of colour to choose: inner edge, and when `chosen` (0 to 1) the ring in the brand's colour around a
 /// gap.

@@ -100,6 +100,7 @@ QRect Popover::place(QSize sheet, const QRect& button, const QRect& visible)
 void Popover::popUp(QWidget* button)
 {
     opener = button;
+    button->window()->installEventFilter(this);
     setAttribute(Qt::WA_NoMouseReplay, false);
     layout()->activate();
     adjustSize();
@@ -162,6 +163,14 @@ void Popover::resizeEvent(QResizeEvent* event)
     if (isVisible())
         reposition();
     QWidget::resizeEvent(event);
+}
+
+/// The content shows what belongs to the window that it was opened from.
+bool Popover::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Hide && opener && watched == opener->window())
+        close();
+    return QWidget::eventFilter(watched, event);
 }
 
 void Popover::paintEvent(QPaintEvent*)

@@ -19,7 +19,8 @@ public:
     void setClearOf(const QWidget* surroundings) { clearOf = surroundings; }
 
     /// Opens centred under `button`, above it where there is no room. The button stays pressed while it is
-    /// open. When it was opened by keyboard, the first control of the content gets the focus.
+    /// open; it closes when the button's window goes. When it was opened by keyboard, the first control of
+    /// the content gets the focus.
     void popUp(QWidget* button);
 
     /// Where a sheet of that size goes, in the same space as the rectangles: `visible` is the part of the
@@ -35,6 +36,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     int margin() const;

@@ -14,7 +14,6 @@ namespace {
 constexpr double trackHeight = 4;
 constexpr int barHeight = 24;
 constexpr double knobRadius = 8;
-constexpr double disabledOpacity = 0.4;
 
 } // namespace
 
@@ -83,11 +82,15 @@ void Slider::wheelEvent(QWheelEvent* event)
 
 void Slider::paintEvent(QPaintEvent*)
 {
-    const auto& theme = Theme::of(palette());
     QPainter painter(this);
+    ControlPainting::control(
+        *this, [this](QPainter& on) { paint(on); }, painter);
+}
+
+void Slider::paint(QPainter& painter) const
+{
+    const auto& theme = Theme::of(palette());
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(disabledOpacity);
     const QRectF track(0, (height() - trackHeight) / 2, width(), trackHeight);
     const double radius = trackHeight / 2;
     painter.fillPath(Draw::roundedRect(track, radius), theme.track);

@@ -30,6 +30,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void paint(QPainter& painter) const;
     void moveKnobTo(double x);
 
     double grabOffset = 0; ///< from the knob's centre to where it was taken

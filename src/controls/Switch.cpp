@@ -13,7 +13,6 @@ namespace {
 
 constexpr QSize pillSize(34, 20);
 constexpr double knobTravel = 14;
-constexpr double disabledOpacity = 0.4;
 
 } // namespace
 
@@ -48,20 +47,23 @@ void Switch::keyPressEvent(QKeyEvent* event)
 
 void Switch::paintEvent(QPaintEvent*)
 {
-    const auto& theme = Theme::of(palette());
     QPainter painter(this);
+    ControlPainting::control(
+        *this, [this](QPainter& on) { paint(on); }, painter);
+}
+
+void Switch::paint(QPainter& painter) const
+{
+    const auto& theme = Theme::of(palette());
     painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(disabledOpacity);
     const QRectF pill(QPointF(0, 0), pillSize);
     const double radius = pill.height() / 2;
     const auto shape = Draw::roundedRect(pill, radius);
-    const double opacity = painter.opacity();
     if (color.amount() < 1)
         painter.fillPath(shape, theme.off);
-    painter.setOpacity(opacity * color.amount());
+    painter.setOpacity(color.amount());
     painter.fillPath(shape, Theme::brandGradient(pill));
-    painter.setOpacity(opacity);
+    painter.setOpacity(1);
     ControlPainting::hoverFill(pill, radius, hover.amount(), isDown(), theme, painter);
     ControlPainting::knob(
         {radius + knob.amount() * knobTravel, radius}, ControlPainting::switchKnob, painter);

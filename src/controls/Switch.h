@@ -22,6 +22,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void paint(QPainter& painter) const;
+
     Fade knob;
     Fade color;
     HoverFade hover;

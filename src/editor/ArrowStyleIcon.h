@@ -14,9 +14,6 @@ public:
 
     ArrowStyle style() const { return shownStyle; }
 
-    /// Draws the preview in a box of 44 × 36 points whose top-left corner is the painter's origin.
-    static void draw(ArrowStyle style, const QColor& color, QPainter& painter);
-
     static constexpr QSize box{44, 36}; ///< points
 
 protected:

@@ -7,7 +7,6 @@
 #include "editor/GradientSwatch.h"
 #include "render/Draw.h"
 
-#include <QGraphicsOpacityEffect>
 #include <QPainter>
 
 namespace pintalux {
@@ -41,7 +40,6 @@ constexpr std::array<int, 2> lines{0, 247};
 
 constexpr int mostPadding = 160;
 constexpr int mostRadius = 40;
-constexpr double disabledOpacity = 0.4;
 
 Font bodyFont(double size = 13) { return Draw::systemFont(size, FontWeight::regular); }
 
@@ -70,9 +68,6 @@ public:
             if (setting == Setting::beautifyByDefault)
                 refresh();
         });
-        effect = new QGraphicsOpacityEffect(this);
-        effect->setOpacity(disabledOpacity);
-        setGraphicsEffect(effect);
         refresh();
     }
 
@@ -88,7 +83,6 @@ public:
         switches[1]->setChecked(frame.border);
         switches[2]->setChecked(model.preferences().beautifyByDefault());
         setEnabled(frame.enabled);
-        effect->setEnabled(!frame.enabled);
         update();
     }
 
@@ -96,6 +90,8 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
+        if (!isEnabled())
+            painter.setOpacity(Theme::disabledOpacity);
         const auto& theme = Theme::of(palette());
         for (const int y : lines)
             painter.fillRect(QRectF(side, y, inner, 1), theme.hair);
@@ -165,7 +161,6 @@ private:
     QList<GradientSwatch*> swatches;
     std::array<Slider*, 2> sliders{};
     std::array<Switch*, 3> switches{};
-    QGraphicsOpacityEffect* effect;
 };
 
 BeautifyPanel::BeautifyPanel(EditorModel& edited, QWidget* parent)

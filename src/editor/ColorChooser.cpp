@@ -71,6 +71,7 @@ void ColorChooser::open(EditorModel& model, ChromeButton& button, const QWidget*
             (*popover)->close();
     });
     *popover = new Popover(contents);
+    (*popover)->setAttribute(Qt::WA_DeleteOnClose);
     button.setOpen(true);
     connect(popover->data(), &Popover::closed, &button, [&button] { button.setOpen(false); });
     (*popover)->setClearOf(clearOf);

@@ -160,6 +160,7 @@ void EditorChrome::openPositionMenu()
 void EditorChrome::toggleBeautify()
 {
     auto* popover = new Popover(new BeautifyPanel(model));
+    popover->setAttribute(Qt::WA_DeleteOnClose);
     beautify->setOpen(true);
     connect(popover, &Popover::closed, this, [this] { beautify->setOpen(false); });
     popover->setClearOf(this);

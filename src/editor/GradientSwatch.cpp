@@ -1,6 +1,7 @@
 #include "editor/GradientSwatch.h"
 
 #include "app/Theme.h"
+#include "controls/ControlPainting.h"
 #include "model/Geometry.h"
 #include "render/Draw.h"
 #include "render/Renderer.h"
@@ -53,6 +54,12 @@ void GradientSwatch::paintGround(const QRectF& chip, QPainter& painter) const
 void GradientSwatch::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    ControlPainting::control(
+        *this, [this](QPainter& on) { paint(on); }, painter);
+}
+
+void GradientSwatch::paint(QPainter& painter) const
+{
     painter.setRenderHint(QPainter::Antialiasing);
     const auto chip = focusShape();
     paintGround(chip, painter);

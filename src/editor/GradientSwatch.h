@@ -25,6 +25,7 @@ protected:
     QRectF focusShape() const override;
 
 private:
+    void paint(QPainter& painter) const;
     void paintGround(const QRectF& chip, QPainter& painter) const;
 
     std::optional<Palette::Gradient> gradient;

@@ -124,7 +124,7 @@ SymbolView::SymbolView(const QString& shown, QColor Theme::*ink, QWidget* parent
     , symbol(shown)
     , color(ink)
 {
-    setFixedSize(sizeHint());
+    setFixedSize(SymbolView::sizeHint());
 }
 
 void SymbolView::setSymbol(const QString& shown, QColor Theme::*ink)

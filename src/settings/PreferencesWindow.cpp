@@ -1,5 +1,6 @@
 #include "settings/PreferencesWindow.h"
 
+#include "app/AppIcon.h"
 #include "settings/PreferencesView.h"
 
 #include <QBoxLayout>
@@ -24,6 +25,7 @@ PreferencesWindow::PreferencesWindow(Settings& settings, PreferencesHost host)
     , form(new PreferencesView(settings, std::move(host), this))
 {
     setWindowTitle(u"Ajustes de Pintalux"_qs);
+    setWindowIcon(AppIcon::windowIcon());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(form);

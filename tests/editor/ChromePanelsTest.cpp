@@ -151,6 +151,21 @@ TEST_F(ChromePanels, FramingFollowsItsControlsAndTheModel)
     EXPECT_EQ(model.undoCount(), 0);
 }
 
+// A panel that outlived its window would show, and change, a capture that is gone.
+TEST_F(ChromePanels, APopoverGoesWithItsWindow)
+{
+    for (const auto& help : {u"Embellecer: fondo con degradado, esquinas y sombra"_qs, u"Más colores"_qs}) {
+        click(help);
+        const QPointer<QWidget> popover = QApplication::activePopupWidget();
+        ASSERT_TRUE(popover) << qPrintable(help);
+        window.hide();
+        EXPECT_FALSE(popover->isVisible());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(popover) << "each opening leaves one behind";
+        window.show();
+    }
+}
+
 TEST_F(ChromePanels, ClicksLeaveTheFocusWithTheCanvas)
 {
     ASSERT_TRUE(canvas.hasFocus());

@@ -1,0 +1,220 @@
+// The preferences as a person uses them: the real executable, real clicks, its files read back.
+
+#include "Desktop.h"
+#include "app/Theme.h"
+#include "platform/Files.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QDBusVirtualObject>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+using namespace pintalux::test;
+
+namespace {
+
+/// The desktop's settings portal, which knows one setting: whether dark windows are wished.
+class FakePortal : public QDBusVirtualObject {
+public:
+    explicit FakePortal(uint wished)
+        : scheme(wished)
+        , bus(QDBusConnection::connectToBus(
+              desktop().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_qs), u"portal"_qs))
+    {
+        bus.registerVirtualObject(path, this);
+        EXPECT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_qs));
+    }
+    ~FakePortal() override { QDBusConnection::disconnectFromBus(u"portal"_qs); }
+
+    void wish(uint wished)
+    {
+        scheme = wished;
+        auto change = QDBusMessage::createSignal(path, interface, u"SettingChanged"_qs);
+        change << u"org.freedesktop.appearance"_qs << u"color-scheme"_qs
+               << QVariant::fromValue(QDBusVariant(scheme));
+        bus.send(change);
+    }
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        if (message.member() != u"Read")
+            return false;
+        const QDBusVariant value(scheme);
+        return connection.send(message.createReply(QVariant::fromValue(
+            QDBusVariant(QVariant::fromValue(value))))); // in two variants, as the real one does
+    }
+
+private:
+    inline static const QString path = u"/org/freedesktop/portal/desktop"_qs;
+    inline static const QString interface = u"org.freedesktop.portal.Settings"_qs;
+    uint scheme;
+    QDBusConnection bus;
+};
+
+class PreferencesTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        const QJsonObject settings{{u"autoSave"_qs, false}, {u"saveFolder"_qs, home.filePath(u"capturas"_qs)},
+            {u"hasLaunchedBefore"_qs, true}};
+        makeFolders(config());
+        replaceFile(config() + u"/defaults.json"_qs, QJsonDocument(settings).toJson());
+        auto environment = desktop().environment();
+        environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
+        environment.insert(u"XDG_DATA_HOME"_qs, home.filePath(u"data"_qs));
+        program.setProcessEnvironment(environment);
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(program.state(), QProcess::Running);
+        program.terminate();
+        EXPECT_TRUE(program.waitForFinished(5000));
+    }
+
+    void openPreferences()
+    {
+        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
+        ASSERT_TRUE(reaches("en marcha"));
+        desktop().run(u"gdbus"_qs,
+            {u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
+                u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
+                u"org.freedesktop.Application.ActivateAction"_qs, u"showPreferences"_qs, u"[]"_qs, u"{}"_qs});
+        ASSERT_TRUE(reaches("ventana pintada"));
+        window
+            = QString::fromUtf8(desktop().run(u"xdotool"_qs,
+                                    {u"search"_qs, u"--sync"_qs, u"--name"_qs, u"^Ajustes de Pintalux$"_qs}))
+                  .trimmed();
+        desktop().run(u"xdotool"_qs, {u"windowactivate"_qs, u"--sync"_qs, window});
+        const auto shape = desktop().run(u"xdotool"_qs, {u"getwindowgeometry"_qs, u"--shell"_qs, window});
+        height = valueOf("HEIGHT", shape);
+        ASSERT_GT(height, 0);
+    }
+
+    /// A number of what xdotool prints for a shell.
+    static int valueOf(const QByteArray& name, const QByteArray& printedLines)
+    {
+        for (const auto& line : printedLines.split('\n'))
+            if (line.startsWith(name + '='))
+                return line.mid(name.size() + 1).toInt();
+        return -1;
+    }
+
+    /// What the screen shows at a point of the window.
+    QColor shownAt(int x, int y) const
+    {
+        const auto place = desktop().run(u"xdotool"_qs,
+            {u"mousemove"_qs, u"--window"_qs, window, QString::number(x), QString::number(y),
+                u"getmouselocation"_qs, u"--shell"_qs});
+        return pictureByOthers().pixelColor(valueOf("X", place), valueOf("Y", place));
+    }
+
+    bool reaches(const QByteArray& milestone)
+    {
+        return waitUntil(
+            [&] { return (printed += program.readAllStandardError()).contains(milestone); }, 10000);
+    }
+
+    /// A click on a point of the window; `y` less than nothing counts from its bottom.
+    void click(int x, int y) const
+    {
+        desktop().run(u"xdotool"_qs,
+            {u"mousemove"_qs, u"--window"_qs, window, QString::number(x),
+                QString::number(y < 0 ? height + y : y), u"click"_qs, u"1"_qs});
+    }
+
+    void scrollToTheEnd() const
+    {
+        desktop().run(u"xdotool"_qs,
+            {u"mousemove"_qs, u"--window"_qs, window, u"300"_qs, u"150"_qs, u"click"_qs, u"--repeat"_qs,
+                u"40"_qs, u"--delay"_qs, u"5"_qs, u"5"_qs});
+        waitUntil([] { return false; }, 300);
+    }
+
+    static QJsonObject read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                              : QJsonObject();
+    }
+    bool stores(const QString& key, const QJsonValue& value) const
+    {
+        return waitUntil([&] { return read(config() + u"/defaults.json"_qs).value(key) == value; });
+    }
+
+    QString config() const { return home.filePath(u"config/pintalux"_qs); }
+
+    QTemporaryDir home;
+    QProcess program;
+    QByteArray printed;
+    QString window;
+    int height = 0;
+};
+
+// Points of the window's content.
+constexpr int switchColumn = 525;
+constexpr int saveAutomatically = 180;
+constexpr QPoint copyOnlyTile{462, 389};
+constexpr QPoint combinations{451, 582};
+// From its bottom, scrolled to the end.
+constexpr int showPalette = -463;
+constexpr int openAtLogin = -191;
+constexpr QPoint save{86, -50};
+
+} // namespace
+
+TEST_F(PreferencesTest, WhatIsClickedIsInTheStoredFileAtOnce)
+{
+    openPreferences();
+    click(switchColumn, saveAutomatically);
+    EXPECT_TRUE(stores(u"autoSave"_qs, true));
+    click(copyOnlyTile.x(), copyOnlyTile.y());
+    EXPECT_TRUE(stores(u"afterCapture"_qs, u"copyOnly"_qs));
+    scrollToTheEnd();
+    click(switchColumn, showPalette);
+    EXPECT_TRUE(stores(u"toolbarHidden"_qs, true)) << "off means hidden";
+    click(save.x(), save.y());
+    const auto copy = home.filePath(u"data/pintalux/Configuración guardada.json"_qs);
+    EXPECT_TRUE(waitUntil([&] { return !read(copy).isEmpty(); })) << "no copy of the settings";
+
+    const auto autostart = home.filePath(u"config/autostart/pintalux.desktop"_qs);
+    click(switchColumn, openAtLogin);
+    EXPECT_TRUE(waitUntil([&] { return QFile::exists(autostart); }));
+    click(switchColumn, openAtLogin);
+    EXPECT_TRUE(waitUntil([&] { return !QFile::exists(autostart); }));
+}
+
+TEST_F(PreferencesTest, AnotherCombinationOfKeysCapturesAtOnce)
+{
+    openPreferences();
+    click(combinations.x(), combinations.y());
+    waitUntil([] { return false; }, 300); // the list has opened
+    desktop().run(u"xdotool"_qs, {u"key"_qs, u"Down"_qs, u"Return"_qs});
+    EXPECT_TRUE(stores(u"shortcutPreset"_qs, u"optionShift"_qs));
+    desktop().run(u"xdotool"_qs, {u"key"_qs, u"alt+shift+1"_qs});
+    EXPECT_TRUE(reaches("superposición pintada"));
+    desktop().run(u"xdotool"_qs, {u"key"_qs, u"Escape"_qs});
+}
+
+TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)
+{
+    constexpr uint dark = 1;
+    constexpr uint light = 2;
+    FakePortal portal(dark);
+    openPreferences();
+    const auto isGround
+        = [&](const QColor& color) { return waitUntil([&] { return shownAt(8, 300) == color; }); };
+    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    portal.wish(light);
+    EXPECT_TRUE(isGround(Theme::light().form));
+    portal.wish(dark);
+    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+}
