@@ -111,7 +111,7 @@ bool FloatingCard::event(QEvent* event)
 {
     switch (event->type()) {
     case QEvent::ParentChange:
-        delete shadow;
+        delete std::exchange(shadow, nullptr).data();
         [[fallthrough]];
     case QEvent::Move:
     case QEvent::Resize:
