@@ -29,7 +29,7 @@ AppDelegate* running = nullptr;
 constexpr int menuCloseMilliseconds = 180;
 
 /// How long the memory of a capture is kept warm for the next one.
-constexpr int quietMilliseconds = 30'000;
+constexpr int quietMilliseconds = 5 * 60'000;
 
 } // namespace
 
