@@ -88,7 +88,7 @@ void CaptureOverlayController::finish(const OverlayOutcome& outcome)
     removeWindows();
     // The completion may destroy this object, and with it what the outcome was made from.
     const auto report = std::exchange(completion, nullptr);
-    const auto reported = outcome;
+    const auto reported = outcome; // NOLINT(performance-unnecessary-copy-initialization)
     if (report)
         report(reported);
 }

@@ -20,7 +20,7 @@ HotKeyCenter::HotKeyCenter(std::unique_ptr<HotKeyBackend> hotKeys)
 }
 
 bool HotKeyCenter::registerHotKey(
-    quint32 id, quint32 keyCode, KeyModifiers modifiers, std::function<void()> action)
+    quint32 id, quint32 keyCode, KeyModifiers modifiers, const std::function<void()>& action)
 {
     const HotKey key{keyCode, modifiers};
     const auto* ref = refOf(key);
@@ -28,7 +28,7 @@ bool HotKeyCenter::registerHotKey(
         return false;
     if (!ref)
         refs.append({key, id});
-    actions.insert(id, std::move(action));
+    actions.insert(id, action);
     return true;
 }
 

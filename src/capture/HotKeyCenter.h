@@ -27,7 +27,8 @@ public:
     /// False when another program has the key already, or another id here; then nothing changes. An id that
     /// is registered already gets the new action, for this key and those that it had. The action runs on the
     /// main thread, from the event loop.
-    bool registerHotKey(quint32 id, quint32 keyCode, KeyModifiers modifiers, std::function<void()> action);
+    bool registerHotKey(
+        quint32 id, quint32 keyCode, KeyModifiers modifiers, const std::function<void()>& action);
     void unregisterAll();
 
     /// Called with the id of a key that went to another program after it was registered.

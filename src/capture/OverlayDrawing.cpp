@@ -106,7 +106,8 @@ void drawGrid(const QRectF& frame, GraphicsContext& context)
         grid.lineTo(frame.right(), frame.top() + along);
     }
     context.stroke(grid, sharp(white(0.12), 0.5));
-    constexpr double middle = loupePixels / 2 * loupeCell;
+    constexpr int before = loupePixels / 2;
+    constexpr double middle = before * loupeCell;
     const QRectF centre(frame.topLeft() + QPointF(middle, middle), QSizeF(loupeCell, loupeCell));
     context.stroke(box(expanded(centre, 0.75)), sharp(Qt::white, 1.5));
 }

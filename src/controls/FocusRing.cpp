@@ -140,9 +140,13 @@ void FocusRing::follow()
 {
     const bool shown = control->hasFocus() && control->isVisible() && isKeyboardInUse()
         && control->parentWidget() && !control->isWindow();
-    if (!shown || (ring && ring->parentWidget() != control->parentWidget()))
-        delete ring;
-    if (!shown || ring)
+    const bool stays = shown && ring && ring->parentWidget() == control->parentWidget();
+    if (stays)
+        return;
+    auto* former = ring.data();
+    ring.clear();
+    delete former;
+    if (!shown)
         return;
     ring = new Ring(control->parentWidget());
     place();

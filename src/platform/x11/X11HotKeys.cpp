@@ -43,7 +43,7 @@ X11HotKeys::X11HotKeys()
         qGuiApp->installNativeEventFilter(this);
 }
 
-X11HotKeys::~X11HotKeys() { ungrabAll(); }
+X11HotKeys::~X11HotKeys() { X11HotKeys::ungrabAll(); }
 
 bool X11HotKeys::grab(const HotKey& key)
 {
