@@ -59,11 +59,13 @@ DisplaySession::DisplaySession(const DesktopOptions& options)
         programEnvironment.insert(u"QT_SCREEN_SCALE_FACTORS"_qs, options.scaleFactors);
     if (options.windowManager) {
         start(u"openbox"_qs, {u"--sm-disable"_qs});
+        // It names itself first and lists its windows last; one that is shown between may be overlooked.
         const auto managed = [this] {
-            return run(u"xprop"_qs, {u"-root"_qs, u"_NET_SUPPORTING_WM_CHECK"_qs}).contains("window id");
+            return run(u"xprop"_qs, {u"-root"_qs, u"_NET_CLIENT_LIST"_qs}).contains("window id");
         };
         if (!waitUntil(managed, limitMilliseconds))
             giveUp(u"openbox does not come up"_qs);
+        waitUntil([] { return false; }, 150);
     }
     if (options.compositor)
         startCompositor();
