@@ -121,7 +121,7 @@ private:
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for
     std::unique_ptr<SettingsFileActions> settingsFile;
-    QTimer quiet; ///< ends when nothing was captured for a while
+    QTimer quiet; ///< ends when nothing was captured or edited for a while
 };
 
 } // namespace pintalux

@@ -103,6 +103,7 @@ void AppDelegate::editorClosed(EditorWindowController& closing)
         return;
     found->release()->deleteLater(); // its window is within the event that closes it
     openEditors.erase(found);
+    quiet.start();
     updateActivationPolicy();
 }
 

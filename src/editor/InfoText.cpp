@@ -62,6 +62,8 @@ InfoText::InfoText(const QString& name, const QString& widestValue, QWidget* par
 
 void InfoText::setValue(const QString& value)
 {
+    if (value == text)
+        return; // told with every event of a drag
     text = value;
     setAccessibleName(value + u' ' + caption);
     update();
@@ -84,6 +86,8 @@ HoverColorButton::HoverColorButton(QWidget* parent)
 
 void HoverColorButton::setColor(const std::optional<QColor>& hovered, const QString& hexText)
 {
+    if (hexText == hex && hovered == color)
+        return;
     color = hovered;
     hex = hexText;
     setAccessibleDescription(hex);

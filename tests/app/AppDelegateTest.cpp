@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 
+#include "Gestures.h"
 #include "app/HUD.h"
 #include "capture/HotKeyCenter.h"
 #include "editor/EditorWindowController.h"
@@ -12,7 +13,6 @@
 #include "settings/Settings.h"
 
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImageWriter>
@@ -29,15 +29,6 @@ namespace {
 HotKey keyOf(CaptureAction action, ShortcutPreset preset = ShortcutPreset::controlShift)
 {
     return {enumRow(action).keyCode, enumRow(preset).modifiers};
-}
-
-template <typename Condition> bool comesTrue(Condition condition)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return condition();
 }
 
 class AppDelegateTest : public testing::Test {
@@ -97,7 +88,7 @@ TEST_F(AppDelegateTest, AFullScreenGoesFromTheKeyToTheClipboardAndTheFocusBack)
 {
     delegate.registerShortcuts();
     ASSERT_TRUE(keyboard->press(keyOf(CaptureAction::fullScreen)));
-    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage() == u"Captura copiada"; }));
+    ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"Captura copiada"; }));
     EXPECT_TRUE(isImageCopied());
     EXPECT_EQ(workspace->log, QStringList{u"activate 77"_qs});
 }
@@ -106,7 +97,7 @@ TEST_F(AppDelegateTest, AFailedCaptureIsToldAndDeliversNothing)
 {
     screens->failures = {Error(u"X"_qs, 9, u"Se fue la luz."_qs)};
     delegate.perform(CaptureAction::fullScreen);
-    ASSERT_TRUE(comesTrue([] { return HUD::currentMessage().has_value(); }));
+    ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage().has_value(); }));
     EXPECT_EQ(HUD::currentMessage(), u"No se pudo capturar: Se fue la luz.");
     EXPECT_FALSE(isImageCopied());
     EXPECT_EQ(delegate.currentOverlay(), nullptr);
@@ -117,7 +108,7 @@ TEST_F(AppDelegateTest, ACaptureOpensAnEditorInFrontAndKeepsTheFocusThere)
     settings.setAfterCapture(AfterCapture::editor);
     EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::accessory);
     delegate.perform(CaptureAction::fullScreen);
-    ASSERT_TRUE(comesTrue([&] { return !workspace->log.isEmpty(); }));
+    ASSERT_TRUE(gesture::waitFor([&] { return !workspace->log.isEmpty(); }));
     ASSERT_EQ(delegate.editors().size(), 1);
     auto& window = delegate.editors().front()->window();
     EXPECT_TRUE(window.isVisible());
@@ -157,13 +148,13 @@ TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
     const auto picture = folder.filePath(u"foto.png"_qs);
     ASSERT_TRUE(QImageWriter(picture).write(QImage(4, 4, QImage::Format_RGB32)));
     delegate.openImageFile(picture);
-    ASSERT_TRUE(comesTrue([&] { return delegate.editors().size() == 1; }));
+    ASSERT_TRUE(gesture::waitFor([&] { return delegate.editors().size() == 1; }));
     EXPECT_EQ(delegate.editors()[0]->model().suggestedName(), u"foto");
     QFile(picture).resize(20);
     delegate.openImageFile(picture);
-    EXPECT_TRUE(comesTrue([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
+    EXPECT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
     HUD::dismiss();
     delegate.openImageFile(folder.filePath(u"no.png"_qs));
-    EXPECT_TRUE(comesTrue([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
+    EXPECT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
     EXPECT_EQ(delegate.editors().size(), 1);
 }

@@ -1,9 +1,9 @@
 #include "capture/OCR.h"
 
+#include "Gestures.h"
 #include "app/HUD.h"
 #include "platform/FakeTextRecognizer.h"
 
-#include <QElapsedTimer>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -20,15 +20,6 @@ TextObservation word(const QString& text, double left, double middle, double hei
 }
 
 std::string textOf(const QList<TextObservation>& words) { return OCR::textOf(words).toStdString(); }
-
-template <typename Condition> bool comesTrue(Condition condition)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return condition();
-}
 
 class RecognizeTest : public testing::Test {
 protected:
@@ -107,7 +98,7 @@ TEST_F(RecognizeTest, TheTextArrivesOnTheMainThreadAfterTheCall)
         thread = QThread::currentThread();
     });
     EXPECT_FALSE(thread) << "called back at once";
-    ASSERT_TRUE(comesTrue([&] { return text.has_value(); }));
+    ASSERT_TRUE(gesture::waitFor([&] { return text.has_value(); }));
     EXPECT_EQ(text, u"hola mundo");
     EXPECT_EQ(thread, QCoreApplication::instance()->thread());
 }
@@ -121,7 +112,7 @@ TEST_F(RecognizeTest, WhatIsMissingIsNamedInPlaceOfTheCallersMessage)
         EXPECT_FALSE(read);
         HUD::show(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs);
     });
-    ASSERT_TRUE(comesTrue([&] { return called; }));
+    ASSERT_TRUE(gesture::waitFor([&] { return called; }));
     EXPECT_EQ(HUD::currentMessage(), u"Falta un paquete.");
     EXPECT_FALSE(OCR::recognizeSync(picture));
     HUD::dismiss();

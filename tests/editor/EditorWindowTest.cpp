@@ -1,5 +1,6 @@
 // An editor's window and its commands, on the toolkit's display in memory.
 
+#include "Gestures.h"
 #include "Stage.h"
 #include "app/HUD.h"
 #include "editor/ArrowOptionsPanel.h"
@@ -13,7 +14,6 @@
 #include <QClipboard>
 #include <QColorDialog>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QImageWriter>
@@ -30,15 +30,6 @@ QImage picture(int width = 400, int height = 200)
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(Qt::white);
     return image;
-}
-
-template <typename Condition> bool comesTrue(Condition condition)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return condition();
 }
 
 class EditorWindowTest : public testing::Test {
@@ -113,24 +104,24 @@ TEST_F(EditorWindowTest, DroppingThePaletteDocksItAndMakesRoom)
     editor.window().dockPalette({1190, 300});
     EXPECT_EQ(settings.paletteEdge(), PaletteEdge::right);
     QSet<int> passed;
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(gesture::waitFor([&] {
         passed.insert(palette.x());
         return isDocked();
     }));
     EXPECT_GT(passed.size(), 3) << "it glides there";
     EXPECT_EQ(palette.size(), palette.sizeHint());
-    EXPECT_TRUE(comesTrue(
+    EXPECT_TRUE(gesture::waitFor(
         [&] { return editor.canvas().insets() == QMargins(28, 18, palette.width() + 14 + 28, 22); }));
 
     palette.move(500, 300); // dragged about, then let go on the same side
     editor.window().dockPalette({1190, 300});
-    EXPECT_TRUE(comesTrue(isDocked)) << "it goes back to its place";
+    EXPECT_TRUE(gesture::waitFor(isDocked)) << "it goes back to its place";
     editor.window().resize(1000, 700);
-    EXPECT_TRUE(comesTrue(isDocked)) << "follows the window";
+    EXPECT_TRUE(gesture::waitFor(isDocked)) << "follows the window";
 
     editor.model().setToolbarHidden(true);
-    EXPECT_TRUE(comesTrue([&] { return palette.isHidden(); }));
-    EXPECT_TRUE(comesTrue([&] { return editor.canvas().insets() == QMargins(28, 18, 28, 22); }));
+    EXPECT_TRUE(gesture::waitFor([&] { return palette.isHidden(); }));
+    EXPECT_TRUE(gesture::waitFor([&] { return editor.canvas().insets() == QMargins(28, 18, 28, 22); }));
 }
 
 TEST_F(EditorWindowTest, ArrowOptionsShowWithTheArrowTool)
@@ -211,7 +202,7 @@ TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)
     const auto center = editor.canvas().visibleImageCenter();
     editor.insertFiles({path, broken, path, path});
     const auto& marks = editor.model().doc().annotations;
-    ASSERT_TRUE(comesTrue([&] { return marks.size() == 3; }));
+    ASSERT_TRUE(gesture::waitFor([&] { return marks.size() == 3; }));
     for (int i = 0; i < 3; ++i) {
         const QRectF frame(marks[i].start, marks[i].end);
         EXPECT_LT((frame.center() - center - QPointF(48, 48) * i).manhattanLength(), 0.01) << i;
