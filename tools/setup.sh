@@ -6,7 +6,7 @@ set -euo pipefail
 
 build=(build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev libgl-dev
-  libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev
+  libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-shm0-dev
   libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont
   libtesseract-dev libleptonica-dev)
 run=(qt6-image-formats-plugins qt6-translations-l10n libcanberra-pulse xdg-utils

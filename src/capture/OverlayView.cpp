@@ -3,6 +3,7 @@
 #include "capture/OverlayDrawing.h"
 #include "capture/PixelSampler.h"
 #include "model/Color.h"
+#include "platform/DirectSurface.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
 #include "platform/Trace.h"
@@ -93,15 +94,25 @@ std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const
     return color ? std::optional(hexString(*color)) : std::nullopt;
 }
 
+void OverlayView::paint(QPainter& painter, const QRectF& part)
+{
+    GraphicsContext context(painter);
+    const GraphicsContext::Saved saved(context);
+    context.clip(part);
+    OverlayDrawing::draw(shown, display.image, part, context);
+}
+
 void OverlayView::paintEvent(QPaintEvent* event)
 {
-    QPainter painter(this);
-    GraphicsContext context(painter);
-    // Rectangle by rectangle: the toolkit blends much faster inside one than through a region.
-    for (const QRect& part : event->region()) {
-        const GraphicsContext::Saved saved(context);
-        context.clip(QRectF(part));
-        OverlayDrawing::draw(shown, display.image, part, context);
+    QPoint offset;
+    if (direct && !redirected(&offset)) {
+        direct->paint(
+            event->region(), [this](QPainter& painter, const QRectF& part) { paint(painter, part); });
+    } else {
+        QPainter painter(this);
+        // Rectangle by rectangle: the toolkit blends much faster inside one than through a region.
+        for (const QRect& part : event->region())
+            paint(painter, QRectF(part));
     }
     if (!std::exchange(isPainted, true)) // it reaches the screen when this event is over
         QTimer::singleShot(0, this, [] { Trace::mark(u"superposición pintada"); });

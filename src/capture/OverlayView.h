@@ -7,6 +7,8 @@
 
 namespace pintalux {
 
+class DirectSurface;
+
 /// One screen of the overlay: turns the pointer and the keys into a selection and shows it.
 ///
 /// Points of the view have their origin at the screen's top-left corner and grow downward, as the rows of the
@@ -17,6 +19,9 @@ public:
 
     /// Repaints what looks different from what was painted last.
     void refresh();
+
+    /// From now on paints through `surface` instead of the toolkit's window; null: through the toolkit.
+    void paintThrough(DirectSurface* surface) { direct = surface; }
 
     /// For the self-test: see `CaptureOverlayController`.
     void debugSimulate(const std::optional<QRectF>& selection, QPointF pointer);
@@ -34,6 +39,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void paint(QPainter& painter, const QRectF& part);
     OverlayMode mode() const;
     OverlayScene scene() const;
     std::optional<QRectF> dragged() const;
@@ -54,6 +60,7 @@ private:
     std::optional<QPointF> dragCurrent;
     std::optional<QPointF> mouse; ///< none when the pointer is outside
     OverlayLayout shown;
+    DirectSurface* direct = nullptr;
     bool isPainted = false;
 };
 

@@ -2,22 +2,21 @@
 
 #include "platform/PanelWindow.h"
 
-#include <QResizeEvent>
 #include <QScreen>
 
 namespace pintalux {
 
 OverlayWindow::OverlayWindow(
     const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller)
-    : name(display.screen.name)
-    , overlayView(new OverlayView(display, controller, this))
+    : OverlayView(display, controller, nullptr)
+    , name(display.screen.name)
 {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-    setFocusProxy(overlayView);
     makeScreenPanel(*this, screen);
-    overlayView->setGeometry(rect());
+    surface = makeDirectSurface(*this);
+    setAttribute(Qt::WA_PaintOnScreen, surface != nullptr);
+    paintThrough(surface.get());
 }
 
-void OverlayWindow::resizeEvent(QResizeEvent* event) { overlayView->resize(event->size()); }
+QPaintEngine* OverlayWindow::paintEngine() const { return surface ? nullptr : OverlayView::paintEngine(); }
 
 } // namespace pintalux

@@ -1,24 +1,25 @@
 #pragma once
 
 #include "capture/OverlayView.h"
+#include "platform/DirectSurface.h"
 
 namespace pintalux {
 
-/// The panel that covers one screen and holds its view.
-class OverlayWindow : public QWidget {
+/// The view of a screen as the panel that covers it.
+class OverlayWindow : public OverlayView {
 public:
     OverlayWindow(const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller);
 
-    OverlayView& view() { return *overlayView; }
+    OverlayView& view() { return *this; }
     /// The screen's name.
     const QString& displayName() const { return name; }
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    QPaintEngine* paintEngine() const override;
 
 private:
     QString name;
-    OverlayView* overlayView; ///< a child of this window
+    std::unique_ptr<DirectSurface> surface; ///< null where the toolkit paints
 };
 
 } // namespace pintalux

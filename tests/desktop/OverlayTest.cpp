@@ -100,6 +100,27 @@ TEST_P(OverlayDesktopTest, ADraggedSelectionIsCutFromItsOwnScreen)
     EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(0, 240, 300, 200)), 0);
 }
 
+TEST_P(OverlayDesktopTest, WhatADragLeavesIsWhatAWholeRepaintShows)
+{
+    for (const int left : {0, 800}) { // at 1× and at 2×
+        show(u"area"_qs, {left + 700, 500});
+        dragTo({left + 101, 103}, {left + 640, 480});
+        moveTo({left + 303, 211});
+        moveTo({left + 33, 55});
+        moveTo({left + 517, 397});
+        waitUntil([] { return false; }, 200);
+        const auto dragged = pictureByOthers(session);
+        EXPECT_GT(differingPixels(dragged, before), 100'000) << "nothing was dimmed";
+        session.run(u"xrefresh"_qs, {});
+        waitUntil([] { return false; }, 300);
+        EXPECT_EQ(differingPixels(pictureByOthers(session), dragged), 0) << "screen at " << left;
+        key(u"Escape"_qs);
+        xdotool({u"mouseup"_qs, u"1"_qs});
+        key(u"Escape"_qs);
+        EXPECT_EQ(outcome(), "cancelled");
+    }
+}
+
 TEST_P(OverlayDesktopTest, KeysActOnTheScreenUnderThePointerInAnyLayout)
 {
     show(u"area"_qs, {400, 400});

@@ -1,15 +1,12 @@
 #pragma once
 
 #include <QImage>
-#include <QRect>
 
 #include <xcb/xcb.h>
 
 #include <cstdint>
 
 namespace pintalux::x11 {
-
-class XcbConnection;
 
 /// How a server lays out the pixels of a picture.
 struct PixelLayout {
@@ -27,14 +24,9 @@ struct PixelLayout {
 };
 
 /// The layout of pictures of a depth that are shown with a visual.
-PixelLayout pixelLayout(const XcbConnection& connection, int depth, xcb_visualid_t visual);
+PixelLayout pixelLayout(const xcb_setup_t& setup, int depth, xcb_visualid_t visual);
 
 /// Pixels of any layout with colour masks, brought to RGB32 one by one. Null for a layout without masks.
 QImage convertedPixels(const uint8_t* bytes, QSize size, const PixelLayout& layout);
-
-/// A part of a window or pixmap at native size, tagged sRGB: ARGB32_Premultiplied where its depth is 32,
-/// else RGB32 with every pixel opaque. Throws `Error`, `temporaryFailure` when the server declines.
-QImage drawableImage(
-    const XcbConnection& connection, xcb_drawable_t drawable, xcb_visualid_t visual, const QRect& nativeRect);
 
 } // namespace pintalux::x11

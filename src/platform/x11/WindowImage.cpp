@@ -1,6 +1,6 @@
 #include "platform/x11/WindowImage.h"
 
-#include "platform/x11/Pixels.h"
+#include "platform/x11/DrawableImage.h"
 #include "platform/x11/Windows.h"
 #include "platform/x11/XcbConnection.h"
 

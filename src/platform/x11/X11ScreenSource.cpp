@@ -1,7 +1,7 @@
 #include "platform/x11/X11ScreenSource.h"
 
+#include "platform/x11/DrawableImage.h"
 #include "platform/x11/OwnWindows.h"
-#include "platform/x11/Pixels.h"
 #include "platform/x11/Screens.h"
 #include "platform/x11/WindowImage.h"
 #include "platform/x11/Windows.h"

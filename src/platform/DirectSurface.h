@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QRegion>
+
+#include <functional>
+#include <memory>
+
+class QPainter;
+class QWidget;
+
+namespace pintalux {
+
+/// Paints a window that is as large as a screen through a buffer of a few of its rows.
+///
+/// The toolkit keeps a picture of every window that it paints. Made anew for each window, the memory of one
+/// as large as a screen costs more time than all that is drawn into it; a small buffer that is filled again
+/// and again never leaves the processor's cache.
+class DirectSurface {
+public:
+    /// Paints a part of the window, in its points; the painter is clipped to it.
+    using Paint = std::function<void(QPainter& painter, const QRectF& part)>;
+
+    virtual ~DirectSurface() = default;
+
+    /// Paints `region`, in points of the window, from top to bottom. False when it could not, as when the
+    /// display server went away.
+    virtual bool paint(const QRegion& region, const Paint& paint) = 0;
+};
+
+/// The surface of a window that has its native window already. Null where this way of painting does not exist
+/// (another display system, a server on another machine, an unusual colour format): the toolkit's own is as
+/// good there.
+std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window);
+
+} // namespace pintalux
