@@ -10,6 +10,7 @@
 #include "editor/EditorWindowController.h"
 #include "platform/KeyLabel.h"
 #include "platform/LoginItem.h"
+#include "platform/Memory.h"
 #include "platform/Trace.h"
 #include "settings/PreferencesWindow.h"
 #include "settings/Settings.h"
@@ -28,8 +29,8 @@ AppDelegate* running = nullptr;
 /// How long a menu of ours may take to leave the screen before the screens are frozen.
 constexpr int menuCloseMilliseconds = 180;
 
-/// How long the memory of a capture is kept warm for the next one.
-constexpr int quietMilliseconds = 5 * 60'000;
+/// After so long without a capture or an editor the allocator gives back what it kept of them.
+constexpr int quietMilliseconds = 30'000;
 
 } // namespace
 
@@ -55,7 +56,7 @@ AppDelegate::AppDelegate(
     };
     quiet.setSingleShot(true);
     quiet.setInterval(quietMilliseconds);
-    connect(&quiet, &QTimer::timeout, this, &ScreenCapture::returnMemory);
+    connect(&quiet, &QTimer::timeout, this, [] { returnFreeMemory(); });
 }
 
 AppDelegate::~AppDelegate()

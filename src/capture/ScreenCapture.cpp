@@ -1,7 +1,6 @@
 #include "capture/ScreenCapture.h"
 
 #include "model/Geometry.h"
-#include "platform/Memory.h"
 #include "platform/Worker.h"
 
 #include <QThread>
@@ -129,11 +128,8 @@ bool ScreenCapture::ensurePermission()
     return false;
 }
 
-void ScreenCapture::returnMemory() { captureThread().start(&returnFreeMemory); }
-
 QFuture<FrozenScreens> ScreenCapture::freezeAllDisplays()
 {
-    keepFreeMemory();
     return runOn(
         captureThread(), [from = source(), toolkit = toolkitScreens()] { return freeze(*from, toolkit); });
 }

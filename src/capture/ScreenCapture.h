@@ -75,9 +75,6 @@ public:
     /// higher than 40 points.
     static QList<WindowCandidate> windowCandidates(const ShareableContent& content, qint64 ownProcessId);
 
-    /// Gives back the memory that captures leave at hand for the next one.
-    static void returnMemory();
-
     /// Replaces where the pictures come from; null goes back to the desktop. For tests.
     static void setSource(std::shared_ptr<ScreenSource> source);
 

@@ -2,12 +2,8 @@
 
 namespace pintalux {
 
-/// Keeps the memory of large pictures at hand after they are gone, for the next ones: pages that are made
-/// anew cost more than what is drawn into them.
-void keepFreeMemory();
-
-/// Gives what is free in this thread's and the main thread's memory back to the system, and from then on
-/// whatever becomes free.
+/// Gives memory that is free but kept for later back to the system, for when nothing large is to be expected
+/// soon.
 void returnFreeMemory();
 
 } // namespace pintalux
