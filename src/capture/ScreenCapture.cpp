@@ -6,6 +6,8 @@
 
 #include <QThread>
 
+#include <array>
+
 namespace pintalux {
 
 namespace {

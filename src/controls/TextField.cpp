@@ -1,7 +1,6 @@
 #include "controls/TextField.h"
 
 #include "controls/ControlPainting.h"
-#include "model/Color.h"
 #include "render/Draw.h"
 
 #include <QEvent>

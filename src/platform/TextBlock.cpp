@@ -9,8 +9,6 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
-#include <cmath>
-
 namespace pintalux {
 
 namespace {

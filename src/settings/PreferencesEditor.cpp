@@ -10,7 +10,6 @@
 
 #include <QPainter>
 
-#include <array>
 #include <memory>
 #include <optional>
 
