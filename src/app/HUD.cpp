@@ -8,7 +8,6 @@
 #include "platform/TextBlock.h"
 
 #include <QApplication>
-#include <QBitmap>
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QScreen>
@@ -101,7 +100,7 @@ public:
         setFixedSize((capsule.bottomRight() + QPointF(margin(), margin())).toPoint().x(),
             int(std::ceil(capsule.bottom() + margin())));
         if (!translucent)
-            setMask(capsuleMask());
+            cutToSheet(*this, capsule, radius());
     }
 
     /// Around the capsule on every side of the window.
@@ -167,15 +166,6 @@ private:
         const auto rect = capsule.adjusted(inset, inset, -inset, -inset);
         path.addRoundedRect(rect, radius() - inset, radius() - inset);
         return path;
-    }
-
-    QBitmap capsuleMask() const
-    {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter painter(&mask);
-        painter.fillPath(outline(0), Qt::color1);
-        return mask;
     }
 
     // Drawn once: the shadow is too dear for every step of a fade.

@@ -12,7 +12,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QBitmap>
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -255,12 +254,8 @@ ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSa
     picture->dragged = [this](const QPixmap& pixmap) { dragOut(pixmap); };
     addButtons(place, isSaved);
 
-    if (!translucent) {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter(&mask).fillPath(Draw::roundedRect(rect(), Theme::thumbnailRadius), Qt::color1);
-        setMask(mask);
-    }
+    if (!translucent)
+        cutToSheet(*this, rect(), Theme::thumbnailRadius);
 }
 
 ThumbnailPanel::~ThumbnailPanel() = default;
