@@ -62,9 +62,7 @@ void focusRing(const QRectF& shape, double radius, const Theme& theme, QPainter&
 void hoverFill(
     const QRectF& shape, double radius, double amount, bool pressed, const Theme& theme, QPainter& painter)
 {
-    auto fill = pressed ? theme.press : theme.hover;
-    if (!pressed)
-        fill.setAlphaF(float(fill.alphaF() * amount));
+    const auto fill = pressed ? theme.press : faded(theme.hover, amount);
     if (fill.alpha() == 0)
         return;
     const Smooth smooth(painter);

@@ -3,6 +3,7 @@
 #include "app/Theme.h"
 #include "editor/InstrumentDrawing.h"
 #include "editor/ToolButton.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "platform/GraphicsContext.h"
 #include "render/Draw.h"
