@@ -110,6 +110,15 @@ void control(const QWidget& widget, const std::function<void(QPainter&)>& paint,
     painter.setOpacity(1);
 }
 
+void checkerboard(const QRectF& rect, double cell, QPainter& painter)
+{
+    painter.fillRect(rect, Qt::white);
+    for (int row = 0; row * cell < rect.height(); ++row)
+        for (int column = row % 2; column * cell < rect.width(); column += 2)
+            painter.fillRect(QRectF(rect.left() + column * cell, rect.top() + row * cell, cell, cell) & rect,
+                QColor(0xD0, 0xD0, 0xD4));
+}
+
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,
     QPainter& painter, double ringGap)
 {

@@ -131,7 +131,7 @@ void PushButton::paintBrandGround(const QRectF& shape, QPainter& painter) const
 {
     const auto outline = Draw::roundedRect(shape, radius);
     if (!isEnabled())
-        painter.setOpacity(0.4);
+        painter.setOpacity(Theme::disabledOpacity);
     if (kind == Kind::gradient)
         painter.fillPath(outline, Theme::brandGradient(shape));
     else
