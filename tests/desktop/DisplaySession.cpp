@@ -65,7 +65,7 @@ DisplaySession::DisplaySession(const DesktopOptions& options)
         };
         if (!waitUntil(managed, limitMilliseconds))
             giveUp(u"openbox does not come up"_qs);
-        waitUntil([] { return false; }, 150);
+        letPass(150);
     }
     if (options.compositor)
         startCompositor();
@@ -149,6 +149,11 @@ QProcess& DisplaySession::startCompositor()
         giveUp(u"picom does not come up"_qs);
     QThread::msleep(200); // its first picture of the screen
     return compositor;
+}
+
+void letPass(int milliseconds)
+{
+    waitUntil([] { return false; }, milliseconds);
 }
 
 void DisplaySession::end()

@@ -15,29 +15,22 @@ using namespace pintalux::test;
 
 namespace {
 
-void xdotool(const QString& commands) { desktop().run(u"xdotool"_qs, commands.split(u' ')); }
-
-void wait(int milliseconds)
-{
-    waitUntil([] { return false; }, milliseconds);
-}
-
 void moveTo(QPoint point)
 {
     xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y()));
-    wait(80);
+    letPass(80);
 }
 
 void drag(QPoint from, QPoint to)
 {
     moveTo(from);
     xdotool(u"mousedown 1"_qs);
-    wait(150);
+    letPass(150);
     for (int step = 1; step <= 6; ++step)
         moveTo(from + (to - from) * step / 6);
-    wait(200); // the window manager does it
+    letPass(200); // the window manager does it
     xdotool(u"mouseup 1"_qs);
-    wait(200);
+    letPass(200);
 }
 
 class PinTest : public testing::Test {
@@ -54,7 +47,7 @@ protected:
         while (!PinnedImage::open().isEmpty())
             PinnedImage::open().last()->dismiss();
         HUD::dismiss();
-        wait(50);
+        letPass(50);
     }
 
     PinnedImage& pinned()
@@ -63,7 +56,7 @@ protected:
         HUD::dismiss();
         auto* pin = PinnedImage::open().last();
         waitUntil([&] { return pin->isActiveWindow(); });
-        wait(300);
+        letPass(300);
         return *pin;
     }
 
@@ -92,10 +85,10 @@ TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
     }
     const int announcement = 1500; // the window manager shows the desktop's name in the middle meanwhile
     xdotool(u"set_desktop 1"_qs);
-    wait(announcement);
+    letPass(announcement);
     EXPECT_EQ(seen(), 0) << "not on the other desktop";
     xdotool(u"set_desktop 0"_qs);
-    wait(announcement);
+    letPass(announcement);
 }
 
 TEST_F(PinTest, ADragMovesItAndADoubleClickClosesIt)
@@ -131,7 +124,7 @@ TEST_F(PinTest, TheWheelFadesItWithinItsBounds)
     moveTo(pin.picture().center());
     const auto notches = [](int button, int count) {
         xdotool(u"click --repeat %1 --delay 20 %2"_qs.arg(count).arg(button));
-        wait(200);
+        letPass(200);
     };
     notches(5, 2);
     EXPECT_NEAR(pin.windowOpacity(), 0.8, 0.01);
@@ -145,11 +138,11 @@ TEST_F(PinTest, ItsMenuCopiesTheWholePictureAtTheScaleShownAndCloses)
 {
     auto& pin = pinned();
     pin.setPicture(QRect(500, 300, 200, 150));
-    wait(200);
+    letPass(200);
     QGuiApplication::clipboard()->setText(u"antes"_qs);
     moveTo(pin.picture().center());
     xdotool(u"click 3"_qs);
-    wait(300);
+    letPass(300);
     moveTo(pin.picture().center() + QPoint(40, 6 + 14)); // its first row
     xdotool(u"click 1"_qs);
     ASSERT_TRUE(waitUntil([] { return HUD::currentMessage().has_value(); }));
@@ -159,7 +152,7 @@ TEST_F(PinTest, ItsMenuCopiesTheWholePictureAtTheScaleShownAndCloses)
     EXPECT_NEAR(copied.dotsPerMeterX() * 0.0254, 144, 0.1);
 
     xdotool(u"click 3"_qs);
-    wait(300);
+    letPass(300);
     moveTo(QCursor::pos() + QPoint(40, 6 + 28 + 14));
     xdotool(u"click 1"_qs);
     EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
@@ -173,7 +166,7 @@ TEST_F(PinTest, EscapeClosesTheOneThatHasTheKeyboardOnly)
     ASSERT_TRUE(waitUntil([] { return PinnedImage::open().size() == 1; }));
     EXPECT_NE(PinnedImage::open().first(), second);
     xdotool(u"key a"_qs);
-    wait(100);
+    letPass(100);
     EXPECT_EQ(PinnedImage::open().size(), 1);
 }
 
