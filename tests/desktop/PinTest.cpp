@@ -91,31 +91,22 @@ TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
     letPass(announcement);
 }
 
-TEST_F(PinTest, ADragMovesItAndADoubleClickClosesIt)
-{
-    auto& pin = pinned();
-    const auto before = pin.picture();
-    drag(before.center(), before.center() + QPoint(-180, 90));
-    EXPECT_TRUE(waitUntil([&] { return pin.picture() == before.translated(-180, 90); }))
-        << pin.picture().x() << ' ' << pin.picture().y();
-    moveTo(pin.picture().center());
-    xdotool(u"click --repeat 2 --delay 60 1"_qs);
-    EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
-}
-
-TEST_F(PinTest, EdgesAndCornersResizeItInItsProportions)
+TEST_F(PinTest, DragsMoveItAndResizeItInItsProportionsAndADoubleClickClosesIt)
 {
     auto& pin = pinned();
     auto before = pin.picture();
+    drag(before.center(), before.center() + QPoint(-180, 90));
+    EXPECT_TRUE(waitUntil([&] { return pin.picture() == before.translated(-180, 90); }))
+        << pin.picture().x() << ' ' << pin.picture().y();
+    before = pin.picture();
     drag(before.bottomRight() - QPoint(3, 3), before.bottomRight() + QPoint(77, 57));
     EXPECT_EQ(pin.picture(), QRect(before.topLeft(), QSize(480, 360)));
     before = pin.picture();
     drag(QPoint(before.left() + 2, before.center().y()), QPoint(before.left() + 122, before.center().y()));
     EXPECT_EQ(pin.picture(), QRect(before.left() + 120, before.top(), 360, 270));
-    before = pin.picture();
-    drag(before.topLeft() + QPoint(2, 2), before.topLeft() + QPoint(-38, -28));
-    EXPECT_EQ(pin.picture().size(), QSize(400, 300));
-    EXPECT_EQ(pin.picture().bottomRight(), before.bottomRight());
+    moveTo(pin.picture().center());
+    xdotool(u"click --repeat 2 --delay 60 1"_qs);
+    EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
 }
 
 TEST_F(PinTest, TheWheelFadesItWithinItsBounds)

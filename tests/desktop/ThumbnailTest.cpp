@@ -111,9 +111,8 @@ TEST_F(ThumbnailTest, ComesIntoTheCornerAboveAllWithoutTheKeyboardAndGoesAfterEi
 TEST_F(ThumbnailTest, StaysUnderThePointerAndGoesFourSecondsAfterIt)
 {
     show();
-    letPass(6000);
     moveTo(at(130, 196));
-    letPass(4500);
+    letPass(5500);
     ASSERT_EQ(timesClosed, 0);
     moveTo({300, 300});
     const auto leftAt = clock.elapsed();
