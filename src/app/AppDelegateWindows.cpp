@@ -9,7 +9,7 @@
 #include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"
 #include "editor/EditorWindowLayout.h"
-#include "editor/EditorWindowOpenPanel.h"
+#include "editor/OpenPanel.h"
 #include "platform/ImageFile.h"
 #include "platform/LoginItem.h"
 #include "platform/PanelWindow.h"
