@@ -10,7 +10,7 @@ layer_of() {
     model/* | capture/CaptureAction.* | capture/CaptureResult.* | settings/Settings.* | settings/SettingsFile.*) echo 1 ;;
     app/HUD.*) echo 2 ;;
     render/* | capture/ScreenCapture* | capture/OCR* | capture/HotKeyCenter.*) echo 3 ;;
-    capture/* | controls/* | editor/* | settings/* | app/Thumbnail* | app/Pin* | app/AppIcon.* | app/BrandMark.* | app/MainMenu.* | app/MenuStyle.* | app/Theme*) echo 4 ;;
+    capture/* | controls/* | editor/* | settings/* | app/Thumbnail* | app/Pin* | app/AppIcon.* | app/BrandMark.* | app/MainMenu.* | app/MenuStyle.* | app/Theme.*) echo 4 ;;
     app/* | selftest/*) echo 5 ;;
     *) echo "check-layers: no layer is known for src/$1" >&2; exit 2 ;;
   esac

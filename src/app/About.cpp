@@ -22,20 +22,11 @@ constexpr int padding = 28;
 constexpr int iconSize = 96;
 constexpr int iconTrim = 8; ///< of the icon's own margin
 
-QFont labelFont(const Font& font)
-{
-    QFont made;
-    made.setFamilies(font.families);
-    made.setPixelSize(int(font.size));
-    made.setWeight(QFont::Weight(font.weight));
-    return made;
-}
-
 QLabel* label(const QString& text, double size, FontWeight weight, const QString& name)
 {
     auto* made = new QLabel(text);
     made->setObjectName(name);
-    made->setFont(labelFont(Draw::systemFont(size, weight)));
+    made->setFont(toolkitFont(Draw::systemFont(size, weight)));
     made->setAlignment(Qt::AlignHCenter);
     return made;
 }

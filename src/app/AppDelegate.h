@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QSet>
-#include <QStringList>
 #include <QThreadPool>
 #include <QTimer>
 

@@ -9,9 +9,10 @@
 #include "capture/ScreenCapture.h"
 #include "editor/EditorWindowController.h"
 #include "editor/EditorWindowLayout.h"
-#include "editor/EditorWindowOpenPanel.h"
+#include "editor/OpenPanel.h"
 #include "platform/ImageFile.h"
 #include "platform/LoginItem.h"
+#include "platform/PanelWindow.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
 #include "settings/PreferencesView.h"
@@ -19,10 +20,9 @@
 #include "settings/Settings.h"
 #include "settings/SettingsFileActions.h"
 
-#include <QCursor>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
@@ -176,8 +176,7 @@ void AppDelegate::showAbout()
 {
     if (!about) {
         about = new About([this](const QUrl& url) { workspace->openUrl(url); });
-        const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-        const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+        const auto visible = screenUnderPointer()->availableGeometry();
         about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
     }
     bringToFront(*about);

@@ -3,11 +3,11 @@
 #include "model/Palette.h"
 #include "platform/Compositor.h"
 #include "platform/GraphicsContext.h"
+#include "platform/PanelWindow.h"
 #include "platform/Symbol.h"
 #include "platform/TextBlock.h"
 
 #include <QApplication>
-#include <QBitmap>
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QScreen>
@@ -100,7 +100,7 @@ public:
         setFixedSize((capsule.bottomRight() + QPointF(margin(), margin())).toPoint().x(),
             int(std::ceil(capsule.bottom() + margin())));
         if (!translucent)
-            setMask(capsuleMask());
+            cutToSheet(*this, capsule, radius());
     }
 
     /// Around the capsule on every side of the window.
@@ -168,15 +168,6 @@ private:
         return path;
     }
 
-    QBitmap capsuleMask() const
-    {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter painter(&mask);
-        painter.fillPath(outline(0), Qt::color1);
-        return mask;
-    }
-
     // Drawn once: the shadow is too dear for every step of a fade.
     QImage render() const
     {
@@ -241,12 +232,6 @@ private:
 
 /// The message on screen and its pending end.
 std::unique_ptr<Panel> currentPanel;
-
-QScreen* screenUnderPointer()
-{
-    auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    return screen ? screen : QGuiApplication::primaryScreen();
-}
 
 // The windows must be gone before the connection to the display is.
 void dismissAtTheEnd()

@@ -7,7 +7,6 @@
 #include "platform/TextBlock.h"
 #include "render/Draw.h"
 
-#include <QBitmap>
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -381,12 +380,8 @@ void Menu::showEvent(QShowEvent* event)
             frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);
         move(frame.topLeft() + shift);
     }
-    if (!translucent) {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter(&mask).fillPath(Draw::roundedRect(card(), Theme::menuRadius), Qt::color1);
-        setMask(mask);
-    }
+    if (!translucent)
+        cutToSheet(*this, card(), Theme::menuRadius);
     QMenu::showEvent(event);
 }
 

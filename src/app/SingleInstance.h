@@ -6,8 +6,6 @@
 #include <QStringList>
 #include <QVariantList>
 
-#include <memory>
-
 namespace pintalux {
 
 /// Makes one process of a user's session the program's, and hands later starts' wishes to it.

@@ -16,8 +16,6 @@ namespace {
 
 using Kind = StatusMenuRow::Kind;
 
-const QString failedShortcutText = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_qs;
-
 /// The toolkit's form of a written combination: what the hosts that draw the menu themselves are told.
 QKeySequence keySequence(const QString& combination)
 {
@@ -80,13 +78,13 @@ QList<StatusMenuRow> statusMenuRows(const StatusMenuState& state)
             capture.title, capture.rawValue, modifiers + QChar(capture.keyEquivalent), capture.symbol);
         if (state.failedShortcuts.contains(capture.value)) {
             row.key.clear();
-            row.toolTip = failedShortcutText;
+            row.toolTip = takenShortcutText.toString();
         }
         rows.append(row);
     }
     // Desktops that draw the menu themselves show no tool tips.
     if (!state.failedShortcuts.isEmpty())
-        rows.append({Kind::note, failedShortcutText});
+        rows.append({Kind::note, takenShortcutText.toString()});
     rows.append({
         {},
         action(u"Abrir imagen…", StatusMenuAction::openImage, u"⌘O", u"photo"),

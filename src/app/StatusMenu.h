@@ -2,7 +2,6 @@
 
 #include "capture/CaptureAction.h"
 
-#include <QKeySequence>
 #include <QList>
 #include <QSet>
 #include <QString>

@@ -12,7 +12,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QBitmap>
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -47,13 +46,6 @@ constexpr QColor closeColor{0x14, 0x12, 0x1C};
 constexpr double closeAlpha = 0.60;
 constexpr double closeHoveredAlpha = 0.86;
 
-QColor mixed(const QColor& from, const QColor& to, double amount)
-{
-    const auto part = [amount](float a, float b) { return a + (b - a) * float(amount); };
-    return QColor::fromRgbF(part(from.redF(), to.redF()), part(from.greenF(), to.greenF()),
-        part(from.blueF(), to.blueF()), part(from.alphaF(), to.alphaF()));
-}
-
 /// A symbol and a word; coloured under the pointer.
 class ThumbAction : public QAbstractButton {
 public:
@@ -74,8 +66,7 @@ protected:
         const auto& theme = Theme::of(palette());
         const double on = hover.amount();
         if (on > 0)
-            painter.fillPath(Draw::roundedRect(rect(), actionRadius),
-                withAlpha(theme.selected, theme.selected.alphaF() * on));
+            painter.fillPath(Draw::roundedRect(rect(), actionRadius), faded(theme.selected, on));
         if (isDown())
             painter.fillPath(Draw::roundedRect(rect(), actionRadius), theme.hover);
         const auto font = Draw::systemFont(12, FontWeight::medium);
@@ -255,12 +246,8 @@ ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSa
     picture->dragged = [this](const QPixmap& pixmap) { dragOut(pixmap); };
     addButtons(place, isSaved);
 
-    if (!translucent) {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter(&mask).fillPath(Draw::roundedRect(rect(), Theme::thumbnailRadius), Qt::color1);
-        setMask(mask);
-    }
+    if (!translucent)
+        cutToSheet(*this, rect(), Theme::thumbnailRadius);
 }
 
 ThumbnailPanel::~ThumbnailPanel() = default;

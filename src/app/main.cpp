@@ -65,13 +65,6 @@ int runWithoutDisplay(int argc, char** argv, const CommandLine& commandLine)
     return EXIT_SUCCESS;
 }
 
-/// In a Wayland session the windows come through its X server, until they can do better.
-void chooseDisplaySystem()
-{
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
-}
-
 /// What every run with windows has in common.
 void prepare(QApplication& application)
 {

@@ -52,6 +52,10 @@ inline constexpr std::array<ShortcutPresetRow, 4> shortcutPresetTable{{
 }};
 constexpr const auto& enumTable(ShortcutPreset) { return shortcutPresetTable; }
 
+/// What a person is told of a hot key that another program has.
+inline constexpr QStringView takenShortcutText
+    = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes.";
+
 static_assert(isOrdered<CaptureAction>() && isOrdered<ShortcutPreset>());
 
 } // namespace pintalux

@@ -39,14 +39,6 @@ void HotKeyCenter::unregisterAll()
     actions.clear();
 }
 
-QList<quint32> HotKeyCenter::registeredIds() const
-{
-    QList<quint32> ids;
-    for (const auto& ref : refs)
-        ids.append(ref.id);
-    return ids;
-}
-
 const HotKeyCenter::Ref* HotKeyCenter::refOf(const HotKey& key) const
 {
     const auto found = std::ranges::find(refs, key, &Ref::key);

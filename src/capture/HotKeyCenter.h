@@ -34,9 +34,6 @@ public:
     /// Called with the id of a key that went to another program after it was registered.
     std::function<void(quint32 id)> onLost;
 
-    /// The ids whose keys are registered, in order of registration.
-    QList<quint32> registeredIds() const;
-
 private:
     struct Ref {
         HotKey key;

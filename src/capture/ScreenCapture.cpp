@@ -5,6 +5,8 @@
 
 #include <QThread>
 
+#include <array>
+
 namespace pintalux {
 
 namespace {

@@ -5,7 +5,6 @@
 
 #include <QFuture>
 
-#include <array>
 #include <memory>
 #include <optional>
 

@@ -62,9 +62,7 @@ void focusRing(const QRectF& shape, double radius, const Theme& theme, QPainter&
 void hoverFill(
     const QRectF& shape, double radius, double amount, bool pressed, const Theme& theme, QPainter& painter)
 {
-    auto fill = pressed ? theme.press : theme.hover;
-    if (!pressed)
-        fill.setAlphaF(float(fill.alphaF() * amount));
+    const auto fill = pressed ? theme.press : faded(theme.hover, amount);
     if (fill.alpha() == 0)
         return;
     const Smooth smooth(painter);
@@ -110,6 +108,15 @@ void control(const QWidget& widget, const std::function<void(QPainter&)>& paint,
     painter.setOpacity(Theme::disabledOpacity);
     painter.drawImage(QPointF(), layer);
     painter.setOpacity(1);
+}
+
+void checkerboard(const QRectF& rect, double cell, QPainter& painter)
+{
+    painter.fillRect(rect, Qt::white);
+    for (int row = 0; row * cell < rect.height(); ++row)
+        for (int column = row % 2; column * cell < rect.width(); column += 2)
+            painter.fillRect(QRectF(rect.left() + column * cell, rect.top() + row * cell, cell, cell) & rect,
+                QColor(0xD0, 0xD0, 0xD4));
 }
 
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,

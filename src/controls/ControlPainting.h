@@ -49,6 +49,9 @@ void knob(QPointF center, const Knob& look, QPainter& painter);
 /// Paints a control; one that is disabled as a whole, so that what its parts hide stays hidden.
 void control(const QWidget& widget, const std::function<void(QPainter&)>& paint, QPainter& painter);
 
+/// What stands for no colour: light and dark cells of that side from the top left corner, inside of `rect`.
+void checkerboard(const QRectF& rect, double cell, QPainter& painter);
+
 /// A disc of colour to choose: inner edge, and when `chosen` (0 to 1) the ring in the brand's colour around a
 /// gap.
 void swatch(QPointF center, double diameter, const QColor& color, double chosen, const Theme& theme,

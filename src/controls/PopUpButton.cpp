@@ -140,7 +140,7 @@ void PopUpButton::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF shape(rect());
     if (!isEnabled())
-        painter.setOpacity(0.4);
+        painter.setOpacity(Theme::disabledOpacity);
     ControlPainting::box(shape, Theme::controlRadius, theme.buttonFill(), theme.buttonBorder(), 1, painter);
     ControlPainting::hoverFill(shape, Theme::controlRadius, hover.amount(), isDown(), theme, painter);
 

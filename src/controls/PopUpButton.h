@@ -3,7 +3,6 @@
 #include "controls/Fade.h"
 
 #include <QAbstractButton>
-#include <QIcon>
 
 #include <functional>
 

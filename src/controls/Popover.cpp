@@ -7,7 +7,6 @@
 #include "render/Draw.h"
 
 #include <QAbstractButton>
-#include <QBitmap>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
@@ -154,12 +153,8 @@ void Popover::slideIn()
 
 void Popover::resizeEvent(QResizeEvent* event)
 {
-    if (!translucent) {
-        QBitmap mask(size());
-        mask.clear();
-        QPainter(&mask).fillPath(Draw::roundedRect(rect(), Theme::popoverRadius), Qt::color1);
-        setMask(mask);
-    }
+    if (!translucent)
+        cutToSheet(*this, rect(), Theme::popoverRadius);
     if (isVisible())
         reposition();
     QWidget::resizeEvent(event);

@@ -122,9 +122,7 @@ void PushButton::paintGround(const QRectF& shape, QPainter& painter) const
     const auto& theme = Theme::of(palette());
     if (kind != Kind::bordered)
         return paintBrandGround(shape, painter);
-    auto border = theme.buttonBorder();
-    if (!isEnabled())
-        border.setAlphaF(border.alphaF() * 0.6F);
+    const auto border = faded(theme.buttonBorder(), isEnabled() ? 1 : 0.6);
     ControlPainting::box(shape, radius, theme.buttonFill(), border, 1, painter);
     ControlPainting::hoverFill(shape, radius, hover.amount(), isDown(), theme, painter);
 }
@@ -133,7 +131,7 @@ void PushButton::paintBrandGround(const QRectF& shape, QPainter& painter) const
 {
     const auto outline = Draw::roundedRect(shape, radius);
     if (!isEnabled())
-        painter.setOpacity(0.4);
+        painter.setOpacity(Theme::disabledOpacity);
     if (kind == Kind::gradient)
         painter.fillPath(outline, Theme::brandGradient(shape));
     else

@@ -1,7 +1,6 @@
 #include "controls/TextField.h"
 
 #include "controls/ControlPainting.h"
-#include "model/Color.h"
 #include "render/Draw.h"
 
 #include <QEvent>
@@ -22,11 +21,7 @@ TextField::TextField(QWidget* parent)
     setFrame(false);
     setTextMargins(sidePadding, 0, sidePadding, 0);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    const auto type = Draw::systemFont(13, FontWeight::regular);
-    QFont field;
-    field.setFamilies(type.families);
-    field.setPixelSize(int(type.size));
-    setFont(field);
+    setFont(toolkitFont(Draw::systemFont(13, FontWeight::regular)));
     connect(this, &QLineEdit::textEdited, this, [this] { setWrong(false); });
     applyTheme();
 }

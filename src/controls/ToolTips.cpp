@@ -9,7 +9,6 @@
 #include "render/Draw.h"
 
 #include <QApplication>
-#include <QBitmap>
 #include <QElapsedTimer>
 #include <QHelpEvent>
 #include <QMenu>
@@ -48,12 +47,8 @@ public:
         setAccessibleName(text);
         setFixedSize(int(std::ceil(block.size().width() + 2 * sidePadding)),
             int(std::ceil(block.size().height() + 2 * verticalPadding)));
-        if (!translucent) {
-            QBitmap mask(size());
-            mask.clear();
-            QPainter(&mask).fillPath(Draw::roundedRect(rect(), radius), Qt::color1);
-            setMask(mask);
-        }
+        if (!translucent)
+            cutToSheet(*this, rect(), radius);
         disableCompositorShadow(*this);
     }
 

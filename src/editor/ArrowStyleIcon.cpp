@@ -2,6 +2,7 @@
 
 #include "app/Theme.h"
 #include "controls/ArrowGlyph.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "render/Draw.h"
 

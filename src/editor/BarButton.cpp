@@ -1,6 +1,7 @@
 #include "editor/BarButton.h"
 
 #include "app/Theme.h"
+#include "model/Color.h"
 #include "platform/Symbol.h"
 #include "render/Draw.h"
 

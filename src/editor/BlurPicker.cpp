@@ -5,6 +5,7 @@
 #include "controls/Elevation.h"
 #include "editor/ChromeButton.h"
 #include "editor/StyleActions.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "platform/Symbol.h"
 #include "render/Draw.h"

@@ -36,8 +36,6 @@ public:
 
     /// View points per document pixel.
     double viewScale() const { return mapping().scale; }
-    /// View point of the composition's top-left corner; whole where the device pixel ratio is.
-    QPointF viewOrigin() const { return mapping().origin; }
     QPointF documentPoint(QPointF viewPoint) const { return mapping().toDocument(viewPoint); }
     QPointF viewPoint(QPointF documentPoint) const { return mapping().toView(documentPoint); }
     /// Document point at the centre of the visible document area.

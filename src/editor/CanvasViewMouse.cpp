@@ -3,7 +3,6 @@
 
 #include <QMouseEvent>
 
-#include <array>
 #include <utility>
 
 namespace pintalux {

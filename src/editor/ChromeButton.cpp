@@ -2,30 +2,13 @@
 
 #include "app/Theme.h"
 #include "controls/FocusRing.h"
+#include "model/Color.h"
 #include "platform/KeyLabel.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 
 namespace pintalux {
-
-QColor faded(QColor color, double amount)
-{
-    color.setAlphaF(float(color.alphaF() * amount));
-    return color;
-}
-
-QColor mixed(const QColor& from, const QColor& to, double amount)
-{
-    const double alpha = from.alphaF() + (to.alphaF() - from.alphaF()) * amount;
-    if (alpha <= 0)
-        return Qt::transparent;
-    const auto component = [&](double a, double b) {
-        return float((a * from.alphaF() * (1 - amount) + b * to.alphaF() * amount) / alpha);
-    };
-    return QColor::fromRgbF(component(from.redF(), to.redF()), component(from.greenF(), to.greenF()),
-        component(from.blueF(), to.blueF()), float(alpha));
-}
 
 ChromeButton::ChromeButton(const QString& help, double cornerRadius, QWidget* parent)
     : QAbstractButton(parent)

@@ -53,9 +53,4 @@ private:
     bool open = false;
 };
 
-/// `color` with its opacity multiplied.
-QColor faded(QColor color, double amount);
-/// Between two colours, in premultiplied components; 0 gives the first.
-QColor mixed(const QColor& from, const QColor& to, double amount);
-
 } // namespace pintalux

@@ -99,12 +99,7 @@ void ColorChooser::addTextRow()
 {
     hex = new TextField(this);
     hex->setGeometry(fieldPlace);
-    const auto type = Draw::monospacedFont(12, FontWeight::medium);
-    QFont font;
-    font.setFamilies(type.families);
-    font.setPixelSize(int(type.size));
-    font.setWeight(QFont::Weight(type.weight));
-    hex->setFont(font);
+    hex->setFont(toolkitFont(Draw::monospacedFont(12, FontWeight::medium)));
     hex->setPlaceholderText(u"#RRGGBB"_qs);
     hex->setAccessibleName(u"Color en hexadecimal"_qs);
     connect(hex, &QLineEdit::returnPressed, this, &ColorChooser::submit);

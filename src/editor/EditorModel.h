@@ -59,7 +59,7 @@ public:
         double upper;
     };
     /// What the width slider reaches, in points.
-    static constexpr Range strokeRange{1, 20};
+    static constexpr Range strokeRange{thinnestStroke, thickestStroke};
     /// Most snapshots that a commit leaves in the history.
     static constexpr qsizetype undoLimit = 200;
 

@@ -6,7 +6,7 @@
 #include "editor/CanvasView.h"
 #include "editor/EditorWindowController.h"
 #include "editor/EditorWindowDrag.h"
-#include "editor/EditorWindowOpenPanel.h"
+#include "editor/OpenPanel.h"
 #include "platform/Error.h"
 #include "platform/ImageFile.h"
 #include "platform/Worker.h"

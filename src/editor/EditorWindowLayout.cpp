@@ -1,7 +1,6 @@
 #include "editor/EditorWindowLayout.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace pintalux::EditorWindowLayout {

@@ -2,6 +2,7 @@
 
 #include "app/Theme.h"
 #include "controls/ControlPainting.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "render/Draw.h"
 #include "render/Renderer.h"
@@ -15,18 +16,6 @@ namespace {
 // Points.
 constexpr double ringWidth = 2;
 constexpr double checkerCell = 6;
-constexpr QColor checkerLight{0xFF, 0xFF, 0xFF};
-constexpr QColor checkerDark{0xD0, 0xD0, 0xD4};
-
-void paintCheckerboard(const QRectF& rect, QPainter& painter)
-{
-    painter.fillRect(rect, checkerLight);
-    for (int row = 0; row * checkerCell < rect.height(); ++row)
-        for (int column = row % 2; column * checkerCell < rect.width(); column += 2)
-            painter.fillRect(QRectF(rect.left() + column * checkerCell, rect.top() + row * checkerCell,
-                                 checkerCell, checkerCell),
-                checkerDark);
-}
 
 } // namespace
 
@@ -47,7 +36,7 @@ void GradientSwatch::paintGround(const QRectF& chip, QPainter& painter) const
     if (gradient)
         Renderer::drawGradient(*gradient, chip, context);
     else
-        paintCheckerboard(chip, painter);
+        ControlPainting::checkerboard(chip, checkerCell, painter);
     painter.restore();
 }
 

@@ -1,7 +1,6 @@
 #include "editor/InfoText.h"
 
 #include "app/Theme.h"
-#include "model/Color.h"
 #include "model/Geometry.h"
 #include "platform/TextLine.h"
 #include "render/Draw.h"

@@ -3,6 +3,7 @@
 #include "app/Theme.h"
 #include "editor/InstrumentDrawing.h"
 #include "editor/ToolButton.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "platform/GraphicsContext.h"
 #include "render/Draw.h"
@@ -22,19 +23,12 @@ constexpr double columnRadius = 9;
 constexpr double columnTop = 3;
 constexpr double columnSide = 1;
 
-QEasingCurve risingCurve()
-{
-    QEasingCurve curve(QEasingCurve::BezierSpline);
-    curve.addCubicBezierSegment({0.2, 0.9}, {0.25, 1}, {1, 1});
-    return curve;
-}
-
 } // namespace
 
 InstrumentView::InstrumentView(Tool tool, QWidget* parent)
     : ChromeButton(ToolButton::helpOf(tool), Theme::toolRadius, parent)
     , drawnTool(tool)
-    , rising(this, Theme::instrumentMilliseconds, Theme::instrumentMilliseconds, risingCurve())
+    , rising(this, Theme::instrumentMilliseconds, Theme::instrumentMilliseconds, Theme::slideCurve())
 {
     connect(this, &QAbstractButton::toggled, this, [this](bool chosen) { rising.setOn(chosen); });
 }

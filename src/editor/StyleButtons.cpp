@@ -2,6 +2,7 @@
 
 #include "app/Theme.h"
 #include "controls/ControlPainting.h"
+#include "model/Color.h"
 #include "model/Geometry.h"
 #include "platform/Symbol.h"
 #include "render/Draw.h"

@@ -3,8 +3,6 @@
 #include "model/Color.h"
 #include "model/Geometry.h"
 
-#include <limits>
-
 namespace pintalux {
 
 namespace {

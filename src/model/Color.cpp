@@ -43,4 +43,18 @@ QColor withAlpha(QColor color, double alpha)
     return color;
 }
 
+QColor faded(QColor color, double amount) { return withAlpha(color, color.alphaF() * amount); }
+
+QColor mixed(const QColor& from, const QColor& to, double amount)
+{
+    const double alpha = from.alphaF() + (to.alphaF() - from.alphaF()) * amount;
+    if (alpha <= 0)
+        return Qt::transparent;
+    const auto component = [&](double a, double b) {
+        return float((a * from.alphaF() * (1 - amount) + b * to.alphaF() * amount) / alpha);
+    };
+    return QColor::fromRgbF(component(from.redF(), to.redF()), component(from.greenF(), to.greenF()),
+        component(from.blueF(), to.blueF()), float(alpha));
+}
+
 } // namespace pintalux

@@ -22,5 +22,9 @@ QColor contrasting(const QColor& color);
 
 /// `color` with another opacity.
 QColor withAlpha(QColor color, double alpha);
+/// `color` with its opacity multiplied.
+QColor faded(QColor color, double amount);
+/// Between two colours, in premultiplied components; 0 gives the first.
+QColor mixed(const QColor& from, const QColor& to, double amount);
 
 } // namespace pintalux

@@ -2,6 +2,8 @@
 
 #include "model/Color.h"
 
+#include <QJsonArray>
+
 #include <cmath>
 
 namespace pintalux {

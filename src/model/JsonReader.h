@@ -4,8 +4,6 @@
 #include "platform/StringEnum.h"
 
 #include <QColor>
-#include <QImage>
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QList>
@@ -13,7 +11,6 @@
 #include <QStringList>
 #include <QUuid>
 
-#include <limits>
 #include <optional>
 
 namespace pintalux {

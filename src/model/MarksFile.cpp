@@ -2,6 +2,7 @@
 
 #include "model/JsonReader.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
 

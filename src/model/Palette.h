@@ -29,7 +29,6 @@ inline constexpr int gradientCount = 10;
 
 inline constexpr QColor brand{0x6E, 0x56, 0xF8};
 inline constexpr QColor brandLight{0xB9, 0xAC, 0xFF};
-inline constexpr QColor chalkboard{0x24, 0x50, 0x3F};
 inline constexpr QColor chalkWhite{0xF4, 0xF1, 0xE8};
 inline constexpr QColor chalkYellow{0xF5, 0xD7, 0x6E};
 inline constexpr QColor boardWood{0xC9, 0xA2, 0x7A};

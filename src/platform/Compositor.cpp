@@ -5,6 +5,9 @@
 #include "platform/x11/XcbConnection.h"
 
 #include <QApplication>
+#include <QBitmap>
+#include <QPainter>
+#include <QPainterPath>
 #include <QStyle>
 #include <QWidget>
 
@@ -25,6 +28,16 @@ bool hasCompositor()
     } catch (const Error&) {
         return false;
     }
+}
+
+void cutToSheet(QWidget& window, const QRectF& sheet, double radius)
+{
+    QPainterPath shape;
+    shape.addRoundedRect(sheet, radius, radius);
+    QBitmap mask(window.size());
+    mask.clear();
+    QPainter(&mask).fillPath(shape, Qt::color1);
+    window.setMask(mask);
 }
 
 void disableCompositorShadow(QWidget& window)

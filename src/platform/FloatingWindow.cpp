@@ -3,7 +3,6 @@
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
-#include <QGuiApplication>
 #include <QWidget>
 #include <QWindow>
 

@@ -1,6 +1,17 @@
 #include "platform/Font.h"
 
-namespace pintalux::Draw {
+namespace pintalux {
+
+QFont toolkitFont(const Font& font)
+{
+    QFont made;
+    made.setFamilies(font.families);
+    made.setPixelSize(int(font.size));
+    made.setWeight(QFont::Weight(font.weight));
+    return made;
+}
+
+namespace Draw {
 
 namespace {
 
@@ -36,4 +47,6 @@ Font monospacedFont(double size, FontWeight weight)
     return {families, size, weight};
 }
 
-} // namespace pintalux::Draw
+} // namespace Draw
+
+} // namespace pintalux

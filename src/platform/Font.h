@@ -21,6 +21,9 @@ struct Font {
     bool operator==(const Font&) const = default;
 };
 
+/// The same for the toolkit, which knows whole pixels only.
+QFont toolkitFont(const Font& font);
+
 namespace Draw {
 
 /// The interface's font.

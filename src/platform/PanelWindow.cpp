@@ -3,6 +3,7 @@
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -17,6 +18,12 @@ QScreen* screenNamed(const QString& name)
     const auto screens = QGuiApplication::screens();
     const auto found = std::ranges::find(screens, name, &QScreen::name);
     return found == screens.end() ? nullptr : *found;
+}
+
+QScreen* screenUnderPointer()
+{
+    auto* screen = QGuiApplication::screenAt(QCursor::pos());
+    return screen ? screen : QGuiApplication::primaryScreen();
 }
 
 void makeScreenPanel(QWidget& window, QScreen& screen)

@@ -9,8 +9,6 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
-#include <cmath>
-
 namespace pintalux {
 
 namespace {
@@ -82,10 +80,7 @@ void TextBlock::draw(QPainter& painter, QPointF topLeft) const
 void TextBlock::prepare(
     QTextDocument& document, const TextAttributes& attributes, std::optional<double> wrapWidth)
 {
-    QFont font;
-    font.setFamilies(attributes.font.families);
-    font.setPixelSize(int(layoutSize));
-    font.setWeight(QFont::Weight(attributes.font.weight));
+    auto font = toolkitFont({attributes.font.families, layoutSize, attributes.font.weight});
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(QFont::PreferAntialias);
     document.setDefaultFont(font);

@@ -11,7 +11,6 @@
 #include <tesseract/capi.h>
 
 #include <algorithm>
-#include <clocale>
 
 namespace pintalux {
 

@@ -1,9 +1,9 @@
 #include "platform/TrayHost.h"
 
 #include "platform/Error.h"
+#include "platform/SessionBus.h"
 #include "platform/x11/XcbConnection.h"
 
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -21,13 +21,13 @@ constexpr int answerLimitMilliseconds = 300;
 QVariant ask(const QString& service, const QString& path, const QString& interface, const QString& method,
     const QVariantList& arguments)
 {
-    const auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected() || !bus.interface()->isServiceRegistered(service))
+    const auto bus = sessionBus();
+    if (!bus || !bus->interface()->isServiceRegistered(service))
         return {};
     auto call = QDBusMessage::createMethodCall(service, path, interface, method);
     call.setArguments(arguments);
     call.setAutoStartService(false);
-    const auto answer = bus.call(call, QDBus::Block, answerLimitMilliseconds);
+    const auto answer = bus->call(call, QDBus::Block, answerLimitMilliseconds);
     auto value = answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0) : QVariant();
     while (value.canConvert<QDBusVariant>() && value.metaType() == QMetaType::fromType<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();

@@ -2,7 +2,6 @@
 
 #include "platform/Files.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>

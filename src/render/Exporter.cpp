@@ -20,8 +20,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cmath>
-
 namespace pintalux::Exporter {
 
 namespace {

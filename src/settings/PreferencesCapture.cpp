@@ -83,16 +83,14 @@ void addFolderRow(Form::Group& group, Binding& binding)
         [choose, &settings] { chooseFolder(settings, choose->window()); });
 }
 
-const QString takenText = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_qs;
-
 void addShortcutRow(Form::Group& group, CaptureAction action, Binding& binding)
 {
     const auto& info = enumRow(action);
     auto& row = group.addRow(info.title.toString(), Form::shortcutRowHeight);
     row.setSymbol(new Form::SymbolView(info.symbol.toString(), &Theme::icon), 9);
     auto* taken = new Form::SymbolView(u"exclamationmark.triangle"_qs, &Theme::warn);
-    taken->setToolTip(takenText);
-    taken->setAccessibleName(takenText);
+    taken->setToolTip(takenShortcutText.toString());
+    taken->setAccessibleName(takenShortcutText.toString());
     auto* cap = new Form::KeyCap;
     row.add(taken);
     row.add(cap, 8);

@@ -10,7 +10,6 @@
 
 #include <QPainter>
 
-#include <array>
 #include <memory>
 #include <optional>
 
@@ -22,8 +21,7 @@ constexpr QSize arrowSize(30, 22);
 constexpr QSize dockSize(18, 18);
 constexpr QSize chipSize(26, 16);
 constexpr double chipRadius = 4;
-constexpr int thinnest = 1;
-constexpr int thickest = 20;
+constexpr double checkerCell = 4;
 constexpr int strokeSliderWidth = 190;
 constexpr int strokeValueWidth = 40;
 
@@ -42,17 +40,6 @@ PopUpButton::Preview dockPreview(PaletteEdge edge)
     };
 }
 
-void drawCheckerboard(const QRectF& rect, GraphicsContext& context)
-{
-    constexpr double square = 4;
-    context.fill(rect, QColor(Qt::white));
-    for (int row = 0; row * square < rect.height(); ++row)
-        for (int column = row % 2; column * square < rect.width(); column += 2)
-            context.fill(
-                QRectF(rect.left() + column * square, rect.top() + row * square, square, square) & rect,
-                QColor(0xD0, 0xD0, 0xD4));
-}
-
 /// `index` is one of the palette's, or −1 for no background.
 PopUpButton::Preview gradientPreview(int index)
 {
@@ -62,7 +49,7 @@ PopUpButton::Preview gradientPreview(int index)
         const auto chip = Draw::roundedRect(rect, chipRadius);
         context.clip(chip);
         if (index < 0)
-            drawCheckerboard(rect, context);
+            ControlPainting::checkerboard(rect, checkerCell, painter);
         else
             Renderer::drawGradient(Palette::gradients()[index], rect, context);
         context.stroke(chip, {Theme::current().hair, 1});
@@ -91,7 +78,7 @@ void addColorRow(Form::Group& group, Binding& binding)
 
 void addStrokeRow(Form::Group& group, Binding& binding)
 {
-    auto* slider = new Slider(u"Grosor"_qs, thinnest, thickest);
+    auto* slider = new Slider(u"Grosor"_qs, thinnestStroke, thickestStroke);
     slider->setFixedWidth(strokeSliderWidth);
     auto* value = new Form::Label({}, Form::value, Form::Label::Fit::shortened);
     value->setFixedWidth(strokeValueWidth);
@@ -105,7 +92,7 @@ void addStrokeRow(Form::Group& group, Binding& binding)
     binding.follow(Setting::strokeWidth, [slider, value, &settings] {
         const double width = settings.strokeWidth();
         const QSignalBlocker quiet(slider); // a width between two steps stays as it is stored
-        slider->setValue(int(std::lround(std::clamp(width, double(thinnest), double(thickest)))));
+        slider->setValue(int(std::lround(std::clamp<double>(width, thinnestStroke, thickestStroke))));
         slider->update();
         value->show(QString::number(width, 'f', 0) + u" pt"_qs);
     });

@@ -1,10 +1,10 @@
 #include "settings/PreferencesWindow.h"
 
 #include "app/AppIcon.h"
+#include "platform/PanelWindow.h"
 #include "settings/PreferencesView.h"
 
 #include <QBoxLayout>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 
@@ -37,8 +37,7 @@ void PreferencesWindow::place()
 {
     if (std::exchange(placed, true))
         return;
-    const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const auto visible = screenUnderPointer()->availableGeometry();
     const auto wished = form->sizeHint();
     resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
     move(visible.center() - rect().center());

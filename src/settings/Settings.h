@@ -67,6 +67,10 @@ struct SettingsValues {
     bool operator==(const SettingsValues&) const = default;
 };
 
+/// The stroke widths that a person can choose; points.
+inline constexpr int thinnestStroke = 1;
+inline constexpr int thickestStroke = 20;
+
 /// The names of the settings, in the order in which they are read, applied and announced.
 enum class Setting {
     autoCopy,
@@ -109,7 +113,8 @@ inline constexpr std::array<SettingRow, 15> settingTable{{
     {Setting::shortcutPreset, u"shortcutPreset", u"shortcutPreset", &SettingsValues::shortcutPreset},
     {Setting::saveFolder, u"saveFolder", u"saveFolder", &SettingsValues::saveFolder},
     {Setting::lastColor, u"lastColor", u"color", &SettingsValues::lastColor},
-    {Setting::strokeWidth, u"strokeWidth", u"strokeWidth", &SettingsValues::strokeWidth, 1, 20},
+    {Setting::strokeWidth, u"strokeWidth", u"strokeWidth", &SettingsValues::strokeWidth, thinnestStroke,
+        thickestStroke},
     {Setting::arrowStyle, u"arrowStyle", u"arrowStyle", &SettingsValues::arrowStyle},
     {Setting::handwritten, u"handwritten", u"handwritten", &SettingsValues::handwritten},
     {Setting::calloutText, u"calloutText", u"calloutText", &SettingsValues::calloutText},

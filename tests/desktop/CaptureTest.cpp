@@ -22,7 +22,7 @@ public:
         setGeometry(geometry);
         show();
         waitUntil([&] { return isActiveWindow() || flags.testFlag(Qt::BypassWindowManagerHint); });
-        waitUntil([] { return false; }, 250);
+        letPass(250);
     }
 };
 
@@ -74,7 +74,7 @@ TEST_P(CaptureTest, ACoveredWindowIsTakenWholeWithItsDecorationAndWithoutItsShad
     const auto seen = frozen.displays[0].image.copy(candidate->frame.toRect());
 
     desktop().run(u"xdotool"_qs, {u"windowmove"_qs, u"--sync"_qs, above.id(), u"40"_qs, u"40"_qs});
-    waitUntil([] { return false; }, 250);
+    letPass(250);
     ASSERT_GT(differingPixels(freeze().copy(candidate->frame.toRect()), seen), 10000) << "it is not covered";
 
     const auto result = finished(ScreenCapture::capture(candidate->window));
@@ -91,7 +91,7 @@ TEST_P(CaptureTest, OwnWindowsAreNotInThePictureAndComeBackWithTheirFocus)
     OwnWindow message({600, 300, 120, 60}, Qt::green, Qt::ToolTip | Qt::BypassWindowManagerHint);
     message.setMask(QRegion(10, 0, 100, 60));
     QGuiApplication::sync(); // the toolkit sends a mask only with its next events
-    waitUntil([] { return false; }, 150);
+    letPass(150);
     ASSERT_EQ(pictureByOthers().pixelColor(350, 300), QColor(Qt::red));
     ASSERT_EQ(pictureByOthers().pixelColor(650, 330), QColor(Qt::green));
 
@@ -118,7 +118,7 @@ TEST_P(CaptureTest, ATranslucentWindowKeepsItsAlpha)
     veil.setPalette(QColor(255, 0, 0, 128));
     veil.setGeometry(20, 20, 160, 110);
     window.show();
-    waitUntil([] { return false; }, 400);
+    letPass(400);
 
     WindowInfo info;
     info.id = window.winId();
@@ -141,7 +141,7 @@ TEST(WindowList, OrderTitlesAndLeftOutWindowsAreThoseOfTheDesktop)
     const OwnWindow own({600, 100, 200, 200}, Qt::red);
     desktop().run(u"xdotool"_qs, {u"windowminimize"_qs, u"--sync"_qs, minimized.id()});
     desktop().run(u"xdotool"_qs, {u"windowactivate"_qs, u"--sync"_qs, first.id()});
-    waitUntil([] { return false; }, 250);
+    letPass(250);
 
     const auto frozen = finished(ScreenCapture::freezeAllDisplays());
     QStringList titles;

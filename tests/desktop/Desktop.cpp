@@ -23,10 +23,29 @@ DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QStr
         }
         return false;
     });
-    waitUntil([] { return false; }, 100); // whatever the manager still draws
+    letPass(100); // whatever the manager still draws
 }
 
 DemoWindow::~DemoWindow() { end(); }
+
+void xdotool(const QString& commands, const DisplaySession& session)
+{
+    session.run(u"xdotool"_qs, commands.split(u' '));
+}
+
+QString focusedWindow(const DisplaySession& session)
+{
+    return QString::fromLatin1(session.run(u"xdotool"_qs, {u"getwindowfocus"_qs})).trimmed();
+}
+
+QByteArray callProgram(const QString& method, const QStringList& arguments)
+{
+    return desktop().run(u"gdbus"_qs,
+        QStringList{u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
+            u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
+            u"org.freedesktop.Application."_qs + method}
+            + arguments);
+}
 
 QImage pictureByOthers(const DisplaySession& session)
 {

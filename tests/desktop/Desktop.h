@@ -31,6 +31,16 @@ private:
     QString windowId;
 };
 
+/// Hands xdotool its commands, separated by spaces.
+void xdotool(const QString& commands, const DisplaySession& session = desktop());
+
+/// The window that has the keyboard, as other programs name it.
+QString focusedWindow(const DisplaySession& session = desktop());
+
+/// Calls a method of the running program's interface on the session bus, `org.freedesktop.Application`; what
+/// gdbus prints of the answer.
+QByteArray callProgram(const QString& method, const QStringList& arguments);
+
 /// The whole desktop as an independent program sees it.
 QImage pictureByOthers(const DisplaySession& session = desktop());
 

@@ -65,7 +65,7 @@ DisplaySession::DisplaySession(const DesktopOptions& options)
         };
         if (!waitUntil(managed, limitMilliseconds))
             giveUp(u"openbox does not come up"_qs);
-        waitUntil([] { return false; }, 150);
+        letPass(150);
     }
     if (options.compositor)
         startCompositor();
@@ -145,10 +145,23 @@ QProcess& DisplaySession::startCompositor()
     auto& compositor = start(
         u"picom"_qs, {u"--config"_qs, u"/dev/null"_qs, u"--backend"_qs, u"xrender"_qs, u"--shadow"_qs});
     const x11::XcbConnection connection(displayName);
-    if (!waitUntil([&] { return connection.hasCompositor(); }, limitMilliseconds))
+    // It names itself before its first picture of the screen, in which the bare desktop is no longer black.
+    const auto hasPainted = [&] {
+        const auto& screen = connection.screen();
+        const auto lastPixel = connection.reply<xcb_get_image_reply_t>(
+            xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen.root,
+                int16_t(screen.width_in_pixels - 1), int16_t(screen.height_in_pixels - 1), 1, 1, ~0U)
+                .sequence);
+        return connection.hasCompositor() && lastPixel && xcb_get_image_data(lastPixel.get())[0] != 0;
+    };
+    if (!waitUntil(hasPainted, limitMilliseconds))
         giveUp(u"picom does not come up"_qs);
-    QThread::msleep(200); // its first picture of the screen
     return compositor;
+}
+
+void letPass(int milliseconds)
+{
+    waitUntil([] { return false; }, milliseconds);
 }
 
 void DisplaySession::end()

@@ -68,6 +68,9 @@ private:
 /// Waits, while the event loop of this thread runs, until `condition` holds; false after the limit.
 template <typename Condition> bool waitUntil(Condition condition, int limitMilliseconds = 3000);
 
+/// Lets time pass while the event loop of this thread runs, for what gives no sign that could be waited for.
+void letPass(int milliseconds);
+
 } // namespace pintalux::test
 
 #include <QCoreApplication>

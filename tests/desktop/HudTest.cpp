@@ -28,7 +28,7 @@ public:
     void comeForward()
     {
         ASSERT_TRUE(waitUntil([this] { return windowHandle()->isExposed(); }));
-        waitUntil([] { return false; }, 200);
+        letPass(200);
         activateWindow();
         ASSERT_TRUE(waitUntil([this] { return isActiveWindow(); }));
     }
@@ -40,8 +40,6 @@ protected:
     void mousePressEvent(QMouseEvent*) override { ++presses; }
     void keyPressEvent(QKeyEvent*) override { ++keys; }
 };
-
-void xdotool(const QStringList& arguments) { desktop().run(u"xdotool"_qs, arguments); }
 
 /// Within the capsule at its left end, where nothing is drawn on it. The capsule stands 72 above the bottom.
 QPoint capsulePoint(const QScreen& screen)
@@ -73,8 +71,7 @@ TEST(Message, TakesNoFocusAndLetsClicksAndKeysThrough)
     HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
     ASSERT_TRUE(messageIsSeen(point)) << "above a full-screen window";
     EXPECT_TRUE(below.isActiveWindow());
-    xdotool({u"mousemove"_qs, QString::number(point.x()), QString::number(point.y()), u"click"_qs, u"1"_qs,
-        u"key"_qs, u"a"_qs});
+    xdotool(u"mousemove %1 %2 click 1 key a"_qs.arg(point.x()).arg(point.y()));
     EXPECT_TRUE(waitUntil([&] { return below.presses == 1 && below.keys == 1; }))
         << below.presses << " presses, " << below.keys << " keys";
     EXPECT_TRUE(below.isActiveWindow());
@@ -84,16 +81,16 @@ TEST(Message, TakesNoFocusAndLetsClicksAndKeysThrough)
 
 TEST(Message, StaysOnWhicheverDesktopIsShown)
 {
-    xdotool({u"set_num_desktops"_qs, u"2"_qs, u"set_desktop"_qs, u"0"_qs});
+    xdotool(u"set_num_desktops 2 set_desktop 0"_qs);
     Below below;
     below.comeForward();
     const auto point = capsulePoint(*QGuiApplication::primaryScreen());
     HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
     ASSERT_TRUE(messageIsSeen(point));
-    xdotool({u"set_desktop"_qs, u"1"_qs});
-    waitUntil([] { return false; }, 300);
+    xdotool(u"set_desktop 1"_qs);
+    letPass(300);
     EXPECT_TRUE(isCapsule(point));
-    xdotool({u"set_desktop"_qs, u"0"_qs});
+    xdotool(u"set_desktop 0"_qs);
     HUD::dismiss();
 }
 
@@ -107,7 +104,7 @@ TEST(Message, ANewerOneReplacesItAtOnceAndKeepsItsOwnTime)
     };
     QElapsedTimer clock;
     HUD::show(u"Primero"_qs, u"sparkles"_qs);
-    waitUntil([] { return false; }, 500);
+    letPass(500);
     HUD::show(u"Segundo"_qs, u"sparkles"_qs);
     clock.start();
     EXPECT_EQ(shownWindows(), 1);
@@ -128,7 +125,7 @@ TEST(Message, IsTranslucentUnderACompositor)
     below.comeForward();
     const auto point = capsulePoint(*QGuiApplication::primaryScreen());
     HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
-    waitUntil([] { return false; }, 600);
+    letPass(600);
     const auto color = pictureByOthers().pixelColor(point);
     // One tenth of #3A86FF shines through #1B1A22.
     EXPECT_NEAR(color.red(), 30, 3);

@@ -84,10 +84,7 @@ protected:
     {
         program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
         ASSERT_TRUE(reaches("en marcha"));
-        desktop().run(u"gdbus"_qs,
-            {u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
-                u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
-                u"org.freedesktop.Application.ActivateAction"_qs, u"showPreferences"_qs, u"[]"_qs, u"{}"_qs});
+        callProgram(u"ActivateAction"_qs, {u"showPreferences"_qs, u"[]"_qs, u"{}"_qs});
         ASSERT_TRUE(reaches("ventana pintada"));
         window
             = QString::fromUtf8(desktop().run(u"xdotool"_qs,
@@ -136,7 +133,7 @@ protected:
         desktop().run(u"xdotool"_qs,
             {u"mousemove"_qs, u"--window"_qs, window, u"300"_qs, u"150"_qs, u"click"_qs, u"--repeat"_qs,
                 u"40"_qs, u"--delay"_qs, u"5"_qs, u"5"_qs});
-        waitUntil([] { return false; }, 300);
+        letPass(300);
     }
 
     static QJsonObject read(const QString& path)
@@ -196,7 +193,7 @@ TEST_F(PreferencesTest, AnotherCombinationOfKeysCapturesAtOnce)
 {
     openPreferences();
     click(combinations.x(), combinations.y());
-    waitUntil([] { return false; }, 300); // the list has opened
+    letPass(300); // the list has opened
     desktop().run(u"xdotool"_qs, {u"key"_qs, u"Down"_qs, u"Return"_qs});
     EXPECT_TRUE(stores(u"shortcutPreset"_qs, u"optionShift"_qs));
     desktop().run(u"xdotool"_qs, {u"key"_qs, u"alt+shift+1"_qs});

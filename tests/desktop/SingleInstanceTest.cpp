@@ -43,15 +43,6 @@ private:
     QStringList seen;
 };
 
-QByteArray call(const QString& method, const QStringList& arguments)
-{
-    return desktop().run(u"gdbus"_qs,
-        QStringList{u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
-            u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
-            u"org.freedesktop.Application."_qs + method}
-            + arguments);
-}
-
 } // namespace
 
 TEST(SingleInstance, OfManyStartsAtOnceExactlyOneIsFirstAndTheOthersReachIt)
@@ -95,12 +86,13 @@ TEST(SingleInstance, OtherProgramsReachItAsTheStandardInterface)
     Start first;
     ASSERT_TRUE(first.says(u"first"_qs));
     const QString noData = u"{}"_qs;
-    EXPECT_EQ(call(u"Activate"_qs, {noData}), "()\n");
+    EXPECT_EQ(callProgram(u"Activate"_qs, {noData}), "()\n");
     EXPECT_TRUE(first.says(u"activated"_qs));
-    EXPECT_EQ(
-        call(u"Open"_qs, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_qs, noData}), "()\n");
+    EXPECT_EQ(callProgram(u"Open"_qs, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_qs, noData}),
+        "()\n");
     EXPECT_TRUE(first.says(u"open /tmp/a b.png"_qs)) << "nothing is fetched from elsewhere";
-    EXPECT_EQ(call(u"ActivateAction"_qs, {u"area"_qs, u"[<'texto'>, <3>, <true>]"_qs, noData}), "()\n");
+    EXPECT_EQ(
+        callProgram(u"ActivateAction"_qs, {u"area"_qs, u"[<'texto'>, <3>, <true>]"_qs, noData}), "()\n");
     EXPECT_TRUE(first.says(u"action area QString=texto|int=3|bool=true"_qs))
         << qPrintable(first.lines().join(u'\n'));
     Start second({u"--action"_qs, u"color"_qs, u"uno"_qs});

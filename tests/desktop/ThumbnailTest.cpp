@@ -22,23 +22,14 @@ namespace {
 constexpr QSize cardSize(256, 202);
 constexpr int slideMilliseconds = 320;
 
-void xdotool(const QString& commands) { desktop().run(u"xdotool"_qs, commands.split(u' ')); }
-
 void moveTo(QPoint point) { xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y())); }
 
 void click(QPoint point)
 {
     moveTo(point);
-    waitUntil([] { return false; }, 60);
+    letPass(60);
     xdotool(u"click 1"_qs);
 }
-
-void wait(int milliseconds)
-{
-    waitUntil([] { return false; }, milliseconds);
-}
-
-QString focus() { return QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getwindowfocus"_qs})).trimmed(); }
 
 class ThumbnailTest : public testing::Test {
 protected:
@@ -63,7 +54,7 @@ protected:
         });
         clock.start();
         thumbnail->show();
-        wait(slideMilliseconds + 150);
+        letPass(slideMilliseconds + 150);
         return *thumbnail;
     }
 
@@ -100,29 +91,28 @@ TEST_F(ThumbnailTest, ComesIntoTheCornerAboveAllWithoutTheKeyboardAndGoesAfterEi
 {
     const DemoWindow front(u"Delante"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
     xdotool(u"windowactivate --sync %1"_qs.arg(front.id()));
-    const auto focused = focus();
+    const auto focused = focusedWindow();
     show();
     const auto screen = pictureByOthers();
     EXPECT_EQ(screen.pixelColor(onPicture()), picture.pixelColor(0, 0));
     EXPECT_EQ(screen.pixelColor(at(20, 196)), QColor(Qt::white)) << "the card around the picture";
     EXPECT_NE(screen.pixelColor(at(0, 0)), QColor(Qt::black)) << "the corner beyond the curve";
     EXPECT_EQ(screen.pixelColor(at(0, 0)), screen.pixelColor(at(-3, 0)));
-    EXPECT_EQ(focus(), focused);
+    EXPECT_EQ(focusedWindow(), focused);
     ASSERT_TRUE(closes(10000));
     EXPECT_GE(closedAfter, 8000);
     EXPECT_LE(closedAfter, 8900) << "half a second for the check, a quarter to glide away";
     EXPECT_NE(pictureByOthers().pixelColor(onPicture()), picture.pixelColor(0, 0));
     thumbnail->close(true);
-    wait(400);
+    letPass(400);
     EXPECT_EQ(timesClosed, 1);
 }
 
 TEST_F(ThumbnailTest, StaysUnderThePointerAndGoesFourSecondsAfterIt)
 {
     show();
-    wait(6000);
     moveTo(at(130, 196));
-    wait(4500);
+    letPass(5500);
     ASSERT_EQ(timesClosed, 0);
     moveTo({300, 300});
     const auto leftAt = clock.elapsed();
@@ -194,7 +184,7 @@ TEST_F(ThumbnailTest, ASaveThatFailsIsToldAndTheCardStays)
 TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
 {
     auto& target = desktop().start(QStringLiteral(PINTALUX_DROP_TARGET), {u"300x200+100+100"_qs});
-    wait(700);
+    letPass(700);
     const auto drop = [&] {
         const auto from = onPicture();
         // By itself meanwhile: the drag keeps this process.
@@ -235,7 +225,7 @@ TEST_F(ThumbnailTest, UnderACompositorItsShadowIsNoObstacleAndItsCornersShowWhat
     EXPECT_NE(screen.pixelColor(at(-4, 100)), before.pixelColor(at(-4, 100))) << "no shadow";
     const auto under = [](QPoint point) {
         moveTo(point);
-        wait(100);
+        letPass(100);
         return desktop().run(u"xdotool"_qs, {u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
     };
     EXPECT_EQ(under(at(-20, 100)), under({300, 300}));

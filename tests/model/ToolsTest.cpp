@@ -42,15 +42,6 @@ TEST(Tool, EveryToolHasAKeyOfItsOwn)
     EXPECT_EQ(shortcut(Tool::ellipse), u'e');
 }
 
-TEST(Tool, OnlyRectanglesEllipsesAndTextsCanBeFilled)
-{
-    QList<Tool> fillable;
-    for (const auto tool : allCases<Tool>())
-        if (supportsFill(tool))
-            fillable << tool;
-    EXPECT_EQ(fillable, (QList{Tool::rectangle, Tool::ellipse, Tool::text}));
-}
-
 TEST(Color, HexTextIsReadInAllItsFormsAndRefusedInOthers)
 {
     struct Row {

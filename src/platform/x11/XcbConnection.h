@@ -4,14 +4,12 @@
 
 #include <QByteArray>
 #include <QList>
-#include <QString>
 
 #include <xcb/xcb.h>
 
 #include <array>
 #include <cstdlib>
 #include <memory>
-#include <optional>
 
 namespace pintalux::x11 {
 

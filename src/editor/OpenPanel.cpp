@@ -1,4 +1,4 @@
-#include "editor/EditorWindowOpenPanel.h"
+#include "editor/OpenPanel.h"
 
 #include "platform/PanelWindow.h"
 
