@@ -107,7 +107,8 @@ TEST(LineArrow, TipIsAsSmoothAsADisc)
     for (const bool doubleHead : {false, true}) {
         for (const double width : {5.0, 12.0, 20.0}) {
             const QPointF tip(60.3, 30.4);
-            const auto path = Renderer::lineArrowPath(straight(150, tip - QPointF(150, 0)), width, doubleHead);
+            const auto path
+                = Renderer::lineArrowPath(straight(150, tip - QPointF(150, 0)), width, doubleHead);
             const auto arrow = painted([&](auto& on) { on.stroke(*path, {Qt::black, width}); });
             const auto disc = painted([&](auto& on) {
                 QPainterPath round;
