@@ -1,6 +1,7 @@
 #include "platform/GraphicsContext.h"
 
 #include "platform/ImageFilter.h"
+#include "platform/RoundJoins.h"
 
 #include <QPaintDevice>
 
@@ -22,6 +23,32 @@ QPen penFor(const Stroke& stroke)
     }
     return pen;
 }
+
+/// A path as the toolkit's stroker draws it best.
+class Outline {
+public:
+    Outline(const QPainterPath& path, const Stroke& stroke)
+        : pen(penFor(stroke))
+        , turn(stroke.join == Qt::RoundJoin ? turnForRoundJoins(path) : 0)
+        , turned(turn == 0 ? path : QTransform().rotate(turn).map(path))
+    {
+    }
+
+    void draw(QPainter& on) const
+    {
+        if (turn == 0)
+            return on.strokePath(turned, pen);
+        const auto world = on.worldTransform();
+        on.rotate(-turn);
+        on.strokePath(turned, pen);
+        on.setWorldTransform(world);
+    }
+
+private:
+    QPen pen;
+    double turn;
+    QPainterPath turned;
+};
 
 // How far a stroke can reach beyond its path: a mitred right angle reaches √2 of half the width, a square cap
 // too.
@@ -132,16 +159,16 @@ bool GraphicsContext::isPixelAligned(const QRectF& rect) const
 
 void GraphicsContext::stroke(const QPainterPath& path, const Stroke& stroke)
 {
-    const auto pen = penFor(stroke);
-    paint(strokedBounds(path, stroke.width), [&](QPainter& on) { on.strokePath(path, pen); });
+    const Outline outline(path, stroke);
+    paint(strokedBounds(path, stroke.width), [&](QPainter& on) { outline.draw(on); });
 }
 
 void GraphicsContext::fillAndStroke(const QPainterPath& path, const QBrush& brush, const Stroke& stroke)
 {
-    const auto pen = penFor(stroke);
+    const Outline outline(path, stroke);
     paint(strokedBounds(path, stroke.width), [&](QPainter& on) {
         on.fillPath(path, brush);
-        on.strokePath(path, pen);
+        outline.draw(on);
     });
 }
 

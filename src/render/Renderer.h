@@ -63,7 +63,8 @@ QRectF imageRect(const QImage& image, const BeautifySettings& beautify, double s
 /// left.
 void drawGradient(const Palette::Gradient& gradient, const QRectF& rect, GraphicsContext& context);
 
-/// A line through `points`, each corner rounded off by a quadratic curve. A single point gives a dot.
+/// A line through `points`, each corner rounded off by a quadratic curve. Points that are all the same give a
+/// dot.
 QPainterPath smoothPath(std::span<const QPointF> points);
 /// Closed outline of a tapered arrow along `points` with a swept-back head. None up to a length of 2.
 std::optional<QPainterPath> arrowPath(std::span<const QPointF> points, double width);

@@ -2,6 +2,7 @@
 #include "render/RendererInternal.h"
 #include "render/SeededRandom.h"
 
+#include <algorithm>
 #include <numbers>
 
 namespace pintalux::Renderer {
@@ -57,10 +58,27 @@ void addOpenHead(QPainterPath& path, QPointF tip, QPointF from, double headLengt
 {
     constexpr double opening = 0.48;
     const double back = direction(tip - from) + pi;
-    for (const double angle : {back + opening, back - opening}) {
-        path.moveTo(tip + polar(angle, headLength));
-        path.lineTo(tip);
+    path.moveTo(tip + polar(back + opening, headLength));
+    path.lineTo(tip);
+    path.lineTo(tip + polar(back - opening, headLength));
+}
+
+/// `points` without the last `cut` of their length, but with half of it at least.
+QList<QPointF> withoutEnd(std::span<const QPointF> points, double cut)
+{
+    const auto lengths = cumulativeLengths(points);
+    const double kept = std::max(lengths.back() - cut, lengths.back() / 2);
+    QList<QPointF> shorter;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const double reached = lengths[qsizetype(i)];
+        if (reached < kept) {
+            shorter << points[i];
+            continue;
+        }
+        const double last = lengths[qsizetype(i) - 1];
+        return shorter << points[i - 1] + (points[i] - points[i - 1]) * ((kept - last) / (reached - last));
     }
+    return shorter;
 }
 
 /// One of the two strokes of a sketch arrow. The order of the draws from `random` is what makes a mark look
@@ -130,8 +148,8 @@ QPainterPath smoothPath(std::span<const QPointF> points)
     if (points.empty())
         return path;
     path.moveTo(points.front());
-    if (points.size() == 1) {
-        path.lineTo(points.front() + QPointF(0.01, 0));
+    if (std::ranges::all_of(points, [&](QPointF point) { return point == points.front(); })) {
+        path.lineTo(points.front() + QPointF(0.01, 0)); // a line of no length would not be stroked
         return path;
     }
     for (std::size_t i = 0; i + 1 < points.size(); ++i)
@@ -185,16 +203,23 @@ std::optional<QPainterPath> lineArrowPath(std::span<const QPointF> points, doubl
 {
     if (points.size() < 2 || cumulativeLengths(points).back() <= 2)
         return std::nullopt;
-    QPainterPath path(points.front());
-    for (const auto point : points.subspan(1))
-        path.lineTo(point);
+    // A shaft ends a little behind its tip, where the head hides its round cap: two caps on the same place
+    // would cover the pixels of their common edge twice, which then looks cut out with scissors.
+    const double hidden = width / 2;
+    const QList<QPointF> reversed(points.rbegin(), points.rend());
+    auto shaft = withoutEnd(points, hidden);
+    if (doubleHead) {
+        std::ranges::reverse(shaft);
+        shaft = withoutEnd(shaft, hidden);
+    }
+    QPainterPath path(shaft.front());
+    for (qsizetype i = 1; i < shaft.size(); ++i)
+        path.lineTo(shaft[i]);
 
     const double head = std::max(3.6 * width, 9.0);
     addOpenHead(path, points.back(), pointBehindTip(points, head), head);
-    if (doubleHead) {
-        const QList<QPointF> reversed(points.rbegin(), points.rend());
+    if (doubleHead)
         addOpenHead(path, points.front(), pointBehindTip(reversed, head), head);
-    }
     return path;
 }
 

@@ -17,7 +17,7 @@ void drawHalo(const QPainterPath& shape, double thickness, const MarkContext& co
     context.graphics.stroke(shape, {withAlpha(Qt::white, 0.95), 2 * thickness});
 }
 
-/// Light from above on the upper half of `body`, of which only the part inside `mask` shows.
+/// Light from above at the height of `body`'s upper half, on the part of it that is inside `mask`.
 void drawGloss(const QRectF& body, const QPainterPath& mask, double alpha, GraphicsContext& graphics)
 {
     const GraphicsContext::Saved saved(graphics);
@@ -25,7 +25,8 @@ void drawGloss(const QRectF& body, const QPainterPath& mask, double alpha, Graph
     QLinearGradient light(QPointF(body.center().x(), body.top()), body.center());
     light.setColorAt(0, withAlpha(Qt::white, alpha));
     light.setColorAt(1, withAlpha(Qt::white, 0));
-    const QRectF upperHalf(body.left(), body.top(), body.width(), body.height() / 2);
+    const auto all = mask.boundingRect(); // a tail leaves the body at its sides, too
+    const QRectF upperHalf(all.left(), body.top(), all.width(), body.height() / 2);
     graphics.fill(Draw::roundedRect(upperHalf, 0), light);
 }
 
@@ -50,6 +51,24 @@ void drawCallout(const Annotation& mark, const MarkContext& context)
     drawGloss(bubble, shape, 0.16, graphics);
     if (context.drawText)
         graphics.draw(mark.textBlock(), mark.start);
+}
+
+/// Twice the area that `path` goes round; negative counterclockwise.
+double signedArea(const QPainterPath& path)
+{
+    double sum = 0;
+    const auto polygon = path.toFillPolygon();
+    for (qsizetype i = 1; i < polygon.size(); ++i)
+        sum += polygon[i - 1].x() * polygon[i].y() - polygon[i].x() * polygon[i - 1].y();
+    return sum;
+}
+
+/// Unites `shape` with `part` by the winding rule. The toolkit's own union would turn all curves into lines,
+/// whose corners show in large marks. What a stroke draws inside the whole is covered by the fill after it.
+void addPart(QPainterPath& shape, const QPainterPath& part)
+{
+    const bool sameSense = (signedArea(shape) < 0) == (signedArea(part) < 0);
+    shape.addPath(sameSense ? part : part.toReversed());
 }
 
 double bubbleRadius(const QRectF& bubble, double fontSize)
@@ -112,13 +131,15 @@ QPainterPath bubbleTail(const QRectF& bubble, QPointF tip, double fontSize)
 
 QPainterPath calloutShape(const QRectF& bubble, std::optional<QPointF> tip, double fontSize)
 {
-    const auto body = Draw::roundedRect(bubble, bubbleRadius(bubble, fontSize));
-    return tip ? body.united(bubbleTail(bubble, *tip, fontSize)) : body;
+    auto shape = Draw::roundedRect(bubble, bubbleRadius(bubble, fontSize));
+    if (tip)
+        addPart(shape, bubbleTail(bubble, *tip, fontSize));
+    return shape;
 }
 
 QPainterPath calloutPath(QPointF center, double radius, QPointF tip)
 {
-    const auto disc = Draw::ellipse(expanded(QRectF(center, QSizeF(0, 0)), radius));
+    auto disc = Draw::ellipse(expanded(QRectF(center, QSizeF(0, 0)), radius));
     const double reach = distance(tip, center);
     if (reach <= 1.05 * radius)
         return disc;
@@ -137,7 +158,8 @@ QPainterPath calloutPath(QPointF center, double radius, QPointF tip)
     wedge.quadTo(midpoint(tip, second) - across, second);
     wedge.lineTo(center);
     wedge.closeSubpath();
-    return disc.united(wedge);
+    addPart(disc, wedge);
+    return disc;
 }
 
 void drawStep(const Annotation& mark, const MarkContext& context)

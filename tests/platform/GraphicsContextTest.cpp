@@ -160,6 +160,39 @@ TEST(GraphicsContextImage, ReducingAveragesInsteadOfSkippingPixels)
         EXPECT_NEAR(qGray(image.pixel(x, 40)), 204, 2) << x;
 }
 
+TEST(GraphicsContextStroke, ACurveOfShortLinesHasNoNotchAtItsCrest)
+{
+    // The toolkit's round joins turn the wrong way round where a path passes from 359 to 1 degree.
+    const QPointF from(10.3, 90.2);
+    const QPointF over(61.1, -30.7);
+    const QPointF to(110.6, 90.9);
+    QPainterPath curve(from);
+    curve.quadTo(over, to);
+    QPainterPath lines(from);
+    for (double t = 1 / 48.0; t < 1 + 1e-9; t += 1 / 48.0)
+        lines.lineTo((1 - t) * (1 - t) * from + 2 * t * (1 - t) * over + t * t * to);
+    for (const double turn : {0.0, 90.0, 180.0, 270.0}) {
+        for (const bool reversed : {false, true}) {
+            const auto about = QTransform().translate(60, 60).rotate(turn).translate(-60, -60);
+            const auto stroked = [&](const QPainterPath& path) {
+                auto image = canvas(120, 120);
+                QPainter painter(&image);
+                GraphicsContext context(painter);
+                const auto turned = about.map(path);
+                context.stroke(reversed ? turned.toReversed() : turned, {Qt::black, 3.2});
+                return image;
+            };
+            const auto expected = stroked(curve);
+            const auto image = stroked(lines);
+            int most = 0;
+            for (int y = 0; y < 120; ++y)
+                for (int x = 0; x < 120; ++x)
+                    most = std::max(most, std::abs(qGray(image.pixel(x, y)) - qGray(expected.pixel(x, y))));
+            EXPECT_LT(most, 70) << turn << (reversed ? " reversed" : "");
+        }
+    }
+}
+
 TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
 {
     auto cells = canvas(2, 1, Qt::black);

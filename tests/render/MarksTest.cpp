@@ -171,9 +171,27 @@ TEST(Callout, UnionHasNoHoles)
         const auto shape = Renderer::calloutShape({100, 100, 200, 60}, tip, 30);
         const auto disc = Renderer::calloutPath({200, 130}, 40, tip);
         for (int x = 112; x < 290; x += 6)
-            EXPECT_TRUE(shape.contains(QPointF(x, 130))) << angle << " at " << x;
+            for (const int y : {102, 130, 158})
+                EXPECT_TRUE(shape.contains(QPointF(x, y))) << angle << " at " << x << "," << y;
         for (int x = 164; x < 236; x += 4)
             EXPECT_TRUE(disc.contains(QPointF(x, 130))) << angle << " at " << x;
+    }
+}
+
+TEST(Callout, TheLightFromAboveCrossesIntoATailAtTheSide)
+{
+    auto bubble = mark(AnnotationKind::text, {100, 40}, {}, Qt::darkBlue);
+    bubble.text = u"Hola"_qs;
+    bubble.filled = true;
+    const auto box = bubble.textBubble();
+    for (const double side : {box.left(), box.right()}) {
+        const double outward = side < box.center().x() ? -1 : 1;
+        bubble.pointer = QPointF(side + 60 * outward, box.center().y());
+        const auto image = drawn(plain(320, 140, Qt::gray), {bubble}, 1);
+        const double y = box.center().y() - 5;
+        EXPECT_TRUE(isColor(
+            image, {side + 3 * outward, y}, image.pixelColor(QPointF(side - 5 * outward, y).toPoint())))
+            << outward;
     }
 }
 
