@@ -3,6 +3,7 @@
 #include "capture/OverlayDrawing.h"
 #include "capture/PixelSampler.h"
 #include "model/Color.h"
+#include "model/Geometry.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
 #include "platform/Trace.h"
@@ -23,7 +24,9 @@ OverlayView::OverlayView(FrozenDisplay frozen, CaptureOverlayController& owner, 
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    setCursor(Qt::CrossCursor);
+    // The window gets them and hands them on.
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAttribute(Qt::WA_NoMousePropagation);
 }
 
 void OverlayView::refresh()
@@ -111,9 +114,11 @@ void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }
 
 // ---- The pointer
 
+// Positions are taken in the window, which the view fills: those in a child are rounded to whole points.
+
 void OverlayView::enterEvent(QEnterEvent* event)
 {
-    mouse = event->position();
+    mouse = event->scenePosition();
     giveKeyboard(*window());
     setFocus();
     refreshAll();
@@ -128,7 +133,7 @@ void OverlayView::leaveEvent(QEvent*)
 void OverlayView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        press(event->position());
+        press(event->scenePosition());
     else if (event->button() == Qt::RightButton && controller)
         controller->finish(Outcome::Cancelled());
 }
@@ -146,7 +151,7 @@ void OverlayView::press(QPointF viewPoint)
         break;
     case OverlayMode::area:
     case OverlayMode::text:
-        dragStart = dragCurrent = viewPoint;
+        dragStart = dragCurrent = cornerAt(viewPoint);
         break;
     }
     refresh();
@@ -155,25 +160,38 @@ void OverlayView::press(QPointF viewPoint)
 void OverlayView::mouseMoveEvent(QMouseEvent* event)
 {
     if (event->buttons() & Qt::LeftButton) {
-        drag(event->position(), event->modifiers().testFlag(Qt::ShiftModifier));
+        drag(event->scenePosition(), event->modifiers().testFlag(Qt::ShiftModifier));
     } else if (event->buttons() == Qt::NoButton) {
-        mouse = event->position();
+        mouse = event->scenePosition();
         refreshAll();
     }
+}
+
+// The pointer stands on a pixel and cannot go beyond the desktop's last one; there it means the edge, or the
+// last row and column could not be selected.
+QPointF OverlayView::cornerAt(QPointF viewPoint) const
+{
+    const double pixel = 1 / display.pixelScale;
+    const auto kept = [pixel](double place, double end) {
+        constexpr double tolerance = 1e-6;
+        return place > end - pixel - tolerance ? end : std::max(place, 0.0);
+    };
+    return {kept(viewPoint.x(), width()), kept(viewPoint.y(), height())};
 }
 
 void OverlayView::drag(QPointF viewPoint, bool square)
 {
     if (!dragStart)
         return;
-    QPointF end(
-        std::clamp(viewPoint.x(), 0.0, double(width())), std::clamp(viewPoint.y(), 0.0, double(height())));
+    auto end = cornerAt(viewPoint);
     if (square) {
         const auto way = end - *dragStart;
         const double side = std::max(std::abs(way.x()), std::abs(way.y()));
         end = *dragStart + QPointF(way.x() >= 0 ? side : -side, way.y() >= 0 ? side : -side);
     }
-    dragCurrent = mouse = end;
+    dragCurrent = end;
+    // Still on this screen where it only touches its edge.
+    mouse = containsPoint(QRectF(rect()), viewPoint) && !square ? viewPoint : end;
     refresh();
 }
 

@@ -40,6 +40,7 @@ private:
     const WindowCandidate* hoveredWindow() const;
     std::optional<QString> hexColorAt(QPointF viewPoint) const;
 
+    QPointF cornerAt(QPointF viewPoint) const;
     void press(QPointF viewPoint);
     void drag(QPointF viewPoint, bool square);
     void endDrag();

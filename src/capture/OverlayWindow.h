@@ -14,6 +14,7 @@ public:
     const QString& displayName() const { return name; }
 
 protected:
+    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

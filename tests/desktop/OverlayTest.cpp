@@ -98,6 +98,13 @@ TEST_P(OverlayDesktopTest, ADraggedSelectionIsCutFromItsOwnScreen)
     xdotool({u"mouseup"_qs, u"1"_qs});
     EXPECT_EQ(outcome(), "image 300x200 2");
     EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(0, 240, 300, 200)), 0);
+
+    // From the desktop's very last pixel to an odd one, which lies between two points.
+    show(u"area"_qs, {1599, 599});
+    dragTo({1599, 599}, {1101, 241});
+    xdotool({u"mouseup"_qs, u"1"_qs});
+    EXPECT_EQ(outcome(), "image 499x359 2");
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(301, 241, 499, 359)), 0);
 }
 
 TEST_P(OverlayDesktopTest, KeysActOnTheScreenUnderThePointerInAnyLayout)
