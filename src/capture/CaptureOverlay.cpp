@@ -102,11 +102,11 @@ void CaptureOverlayController::removeWindows()
         std::exchange(formerKeyboardOwner, nullptr)->restore();
 }
 
-const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint) const
+const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint, const ScreenInfo& screen) const
 {
     const auto& windows = frozenScreens.windows;
-    const auto found = std::ranges::find_if(
-        windows, [&](const WindowCandidate& each) { return containsPoint(each.frame, screenPoint); });
+    const auto found = std::ranges::find_if(windows,
+        [&](const WindowCandidate& each) { return containsPoint(each.window.frameOn(screen), screenPoint); });
     return found == windows.end() ? nullptr : &*found;
 }
 

@@ -93,9 +93,9 @@ public:
     /// Takes the windows away and reports. Only the first call counts.
     void finish(const OverlayOutcome& outcome);
 
-    /// The window seen at a point of the desktop (points); null where there is none. Lives as long as the
-    /// controller.
-    const WindowCandidate* windowAt(QPointF screenPoint) const;
+    /// The window seen at a point of the desktop (points) on a screen; null where there is none. Lives as
+    /// long as the controller.
+    const WindowCandidate* windowAt(QPointF screenPoint, const ScreenInfo& screen) const;
 
     /// For the self-test: shows a selection (view points) and the pointer on every screen.
     void debugSimulate(const std::optional<QRectF>& selection, QPointF mouse);

@@ -69,7 +69,7 @@ OverlayScene OverlayView::scene() const
     if (scene.mode != OverlayMode::window) {
         scene.selection = dragged();
     } else if (const auto* hovered = hoveredWindow()) {
-        scene.selection = hovered->frame.translated(-display.screen.frame.topLeft());
+        scene.selection = hovered->window.frameOn(display.screen).translated(-display.screen.frame.topLeft());
         scene.windowTitle = hovered->title;
     }
     return scene;
@@ -86,7 +86,7 @@ const WindowCandidate* OverlayView::hoveredWindow() const
 {
     if (mode() != OverlayMode::window || !mouse || !controller)
         return nullptr;
-    return controller->windowAt(*mouse + display.screen.frame.topLeft());
+    return controller->windowAt(*mouse + display.screen.frame.topLeft(), display.screen);
 }
 
 std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const

@@ -37,6 +37,8 @@ FrozenScreens frozenScreens()
     add(1, {20, 20, 200, 120}, u"Notas — Lista"_qs);
     add(2, {60, 40, 300, 200}, u"Navegador"_qs);
     add(3, {410, -40, 120, 100}, u"Notas"_qs);
+    add(4, {375, 25, 100, 50}, u"En las dos"_qs);
+    frozen.windows.last().window.nativeRect = {350, 100, 200, 100};
     return frozen;
 }
 
@@ -189,8 +191,8 @@ TEST_F(OverlayTest, TheFrontmostWindowUnderThePointerIsTakenOnEveryScreen)
         std::size_t screen;
         QPointF at;
         quint64 window;
-    } table[]
-        = {{0, {100, 100}, 1}, {0, {300, 200}, 2}, {0, {20, 20}, 1}, {1, {10, 10}, 3}, {1, {129, 109}, 3}};
+    } table[] = {{0, {100, 100}, 1}, {0, {300, 200}, 2}, {0, {20, 20}, 1}, {1, {10, 10}, 3},
+        {1, {129, 109}, 3}, {0, {360, 150}, 4}, {1, {5, 100}, 4}};
     for (const auto& row : table) {
         show(OverlayMode::window);
         screen = row.screen;

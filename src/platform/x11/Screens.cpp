@@ -90,10 +90,4 @@ const ScreenInfo* screenOf(const QRect& nativeRect, const QList<ScreenInfo>& scr
     return most == screens.end() ? nullptr : &*most;
 }
 
-QRectF toPoints(const QRect& nativeRect, const ScreenInfo& screen)
-{
-    const QPointF offset = QPointF(nativeRect.topLeft() - screen.nativeRect.topLeft()) / screen.pixelScale;
-    return {screen.frame.topLeft() + offset, QSizeF(nativeRect.size()) / screen.pixelScale};
-}
-
 } // namespace pintalux::x11
