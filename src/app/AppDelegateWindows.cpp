@@ -12,6 +12,7 @@
 #include "editor/EditorWindowOpenPanel.h"
 #include "platform/ImageFile.h"
 #include "platform/LoginItem.h"
+#include "platform/PanelWindow.h"
 #include "platform/Trace.h"
 #include "platform/Worker.h"
 #include "settings/PreferencesView.h"
@@ -176,8 +177,7 @@ void AppDelegate::showAbout()
 {
     if (!about) {
         about = new About([this](const QUrl& url) { workspace->openUrl(url); });
-        const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-        const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+        const auto visible = screenUnderPointer()->availableGeometry();
         about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
     }
     bringToFront(*about);

@@ -3,6 +3,7 @@
 #include "model/Palette.h"
 #include "platform/Compositor.h"
 #include "platform/GraphicsContext.h"
+#include "platform/PanelWindow.h"
 #include "platform/Symbol.h"
 #include "platform/TextBlock.h"
 
@@ -241,12 +242,6 @@ private:
 
 /// The message on screen and its pending end.
 std::unique_ptr<Panel> currentPanel;
-
-QScreen* screenUnderPointer()
-{
-    auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    return screen ? screen : QGuiApplication::primaryScreen();
-}
 
 // The windows must be gone before the connection to the display is.
 void dismissAtTheEnd()

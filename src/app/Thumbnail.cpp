@@ -5,6 +5,7 @@
 #include "app/ThumbnailCard.h"
 #include "platform/Compositor.h"
 #include "platform/Error.h"
+#include "platform/PanelWindow.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 
@@ -30,9 +31,7 @@ constexpr int slideOut = 40;
 
 QRect visibleScreen()
 {
-    const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
+    const auto* screen = screenUnderPointer();
     return screen ? screen->availableGeometry() : QRect(0, 0, 1440, 900);
 }
 

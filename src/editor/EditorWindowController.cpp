@@ -4,6 +4,7 @@
 #include "app/HUD.h"
 #include "editor/CanvasView.h"
 #include "editor/EditorWindowLayout.h"
+#include "platform/PanelWindow.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 
@@ -15,13 +16,6 @@
 namespace pintalux {
 
 namespace {
-
-/// The screen on which a new window opens: where the person is.
-const QScreen& screenUnderPointer()
-{
-    const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    return screen ? *screen : *QGuiApplication::primaryScreen();
-}
 
 /// Puts all windows of the program away; the task bar brings them back.
 void hideAll()
@@ -73,7 +67,7 @@ EditorWindowController::EditorWindowController(
     editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
-    const auto visible = screenUnderPointer().availableGeometry();
+    const auto visible = screenUnderPointer()->availableGeometry();
     auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
     size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller
     editorWindow->resize(size);

@@ -3,6 +3,7 @@
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
@@ -17,6 +18,18 @@ QScreen* screenNamed(const QString& name)
     const auto screens = QGuiApplication::screens();
     const auto found = std::ranges::find(screens, name, &QScreen::name);
     return found == screens.end() ? nullptr : *found;
+}
+
+QScreen* screenUnderPointer()
+{
+    const auto pointer = QCursor::pos();
+    if (auto* screen = QGuiApplication::screenAt(pointer))
+        return screen;
+    // In the last pixels of a dense screen the pointer's whole point is already beyond it.
+    const auto screens = QGuiApplication::screens();
+    const auto found = std::ranges::find_if(screens,
+        [&](const QScreen* screen) { return screen->geometry().adjusted(0, 0, 1, 1).contains(pointer); });
+    return found == screens.end() ? QGuiApplication::primaryScreen() : *found;
 }
 
 void makeScreenPanel(QWidget& window, QScreen& screen)

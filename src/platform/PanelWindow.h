@@ -10,6 +10,9 @@ namespace pintalux {
 /// The toolkit's screen of a display; null when it is gone.
 QScreen* screenNamed(const QString& name);
 
+/// The toolkit's screen that the pointer is on, else the primary one; null without screens.
+QScreen* screenUnderPointer();
+
 /// Makes a window, before it is first shown, a panel that covers `screen`: above everything, on all desktops,
 /// without frame, shadow or the window manager's say.
 void makeScreenPanel(QWidget& window, QScreen& screen);

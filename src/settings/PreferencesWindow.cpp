@@ -1,6 +1,7 @@
 #include "settings/PreferencesWindow.h"
 
 #include "app/AppIcon.h"
+#include "platform/PanelWindow.h"
 #include "settings/PreferencesView.h"
 
 #include <QBoxLayout>
@@ -37,8 +38,7 @@ void PreferencesWindow::place()
 {
     if (std::exchange(placed, true))
         return;
-    const auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    const auto visible = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    const auto visible = screenUnderPointer()->availableGeometry();
     const auto wished = form->sizeHint();
     resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
     move(visible.center() - rect().center());
