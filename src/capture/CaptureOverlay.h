@@ -14,6 +14,8 @@
 #include <variant>
 #include <vector>
 
+class QWindow;
+
 namespace pintalux {
 
 class FormerKeyboardOwner;
@@ -103,6 +105,8 @@ public:
 private:
     void addWindow(const FrozenDisplay& display);
     void watchScreens();
+    OverlayWindow& windowUnderPointer() const;
+    void keepKeyboard(const QWindow* owner);
     void removeWindows();
 
     OverlayMode currentMode;

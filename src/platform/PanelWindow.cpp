@@ -13,6 +13,18 @@
 
 namespace pintalux {
 
+namespace {
+
+void focusNow(xcb_connection_t* connection, xcb_window_t window)
+{
+    const auto request
+        = xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    xcb_discard_reply(connection, request.sequence); // the window may be gone
+    xcb_flush(connection);
+}
+
+} // namespace
+
 QScreen* screenNamed(const QString& name)
 {
     const auto screens = QGuiApplication::screens();
@@ -61,6 +73,14 @@ void giveKeyboard(QWidget& panel)
     panel.setFocus(Qt::ActiveWindowFocusReason);
 }
 
+void takeKeyboard(QWidget& panel)
+{
+    giveKeyboard(panel);
+    // The toolkit asks for it as of the last event that it got, which is older than the loss.
+    if (auto* connection = x11::toolkitConnection())
+        focusNow(connection, xcb_window_t(panel.winId()));
+}
+
 FormerKeyboardOwner::FormerKeyboardOwner()
 {
     auto* connection = x11::toolkitConnection();
@@ -79,10 +99,7 @@ void FormerKeyboardOwner::restore()
     constexpr quint32 pointerRoot = XCB_INPUT_FOCUS_POINTER_ROOT;
     if (!connection || former <= pointerRoot)
         return;
-    const auto request
-        = xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, former, XCB_CURRENT_TIME);
-    xcb_discard_reply(connection, request.sequence); // the window may be gone
-    xcb_flush(connection);
+    focusNow(connection, former);
 }
 
 } // namespace pintalux

@@ -23,6 +23,9 @@ void keepOutOfTaskBar(QWidget& window);
 /// Gives the keyboard to a panel that is shown, or as soon as it is.
 void giveKeyboard(QWidget& panel);
 
+/// Takes the keyboard back for a panel that had it and lost it to another window.
+void takeKeyboard(QWidget& panel);
+
 /// Remembers which window of the desktop has the keyboard.
 ///
 /// A panel that the window manager does not know takes the keyboard without being asked for it back: not

@@ -141,3 +141,13 @@ TEST_P(OverlayDesktopTest, AScreenThatGoesAwayEndsItAsCancelled)
     EXPECT_EQ(outcome(), "cancelled");
     xdotool({u"mouseup"_qs, u"1"_qs});
 }
+
+TEST_P(OverlayDesktopTest, AWindowBelowCannotTakeTheKeyboard)
+{
+    show(u"area"_qs, {400, 400});
+    const auto overlayFocus = focus();
+    xdotool({u"windowfocus"_qs, u"--sync"_qs, demo.id()});
+    EXPECT_TRUE(waitUntil([&] { return focus() == overlayFocus; }));
+    key(u"Escape"_qs);
+    EXPECT_EQ(outcome(), "cancelled");
+}
