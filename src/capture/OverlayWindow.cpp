@@ -17,7 +17,7 @@ OverlayWindow::OverlayWindow(
     setFocusProxy(overlayView);
     setMouseTracking(true);
     setCursor(Qt::CrossCursor);
-    makeScreenPanel(*this, screen);
+    makeScreenPanel(*this, screen, display.screen.frame.toAlignedRect());
     overlayView->setGeometry(rect());
 }
 

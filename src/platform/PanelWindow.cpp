@@ -44,12 +44,12 @@ QScreen* screenUnderPointer()
     return found == screens.end() ? QGuiApplication::primaryScreen() : *found;
 }
 
-void makeScreenPanel(QWidget& window, QScreen& screen)
+void makeScreenPanel(QWidget& window, QScreen& screen, const QRect& frame)
 {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
         | Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
     window.setScreen(&screen);
-    window.setGeometry(screen.geometry());
+    window.setGeometry(frame);
     window.winId();
     if (auto* connection = x11::toolkitConnection())
         x11::withoutCompositorShadow(connection, xcb_window_t(window.winId()));

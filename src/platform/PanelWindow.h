@@ -13,9 +13,9 @@ QScreen* screenNamed(const QString& name);
 /// The toolkit's screen that the pointer is on, else the primary one; null without screens.
 QScreen* screenUnderPointer();
 
-/// Makes a window, before it is first shown, a panel that covers `screen`: above everything, on all desktops,
-/// without frame, shadow or the window manager's say.
-void makeScreenPanel(QWidget& window, QScreen& screen);
+/// Makes a window, before it is first shown, a panel that covers `frame` (points of the desktop) on `screen`:
+/// above everything, on all desktops, without frame, shadow or the window manager's say.
+void makeScreenPanel(QWidget& window, QScreen& screen, const QRect& frame);
 
 /// Keeps a window, before it is first shown, out of task bars and window switchers.
 void keepOutOfTaskBar(QWidget& window);
