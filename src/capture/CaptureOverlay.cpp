@@ -4,9 +4,9 @@
 #include "model/Geometry.h"
 #include "platform/PanelWindow.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QWindow>
 
 namespace pintalux {
 
@@ -32,10 +32,27 @@ void CaptureOverlayController::show()
         return;
     }
     watchScreens();
-    const auto underPointer = std::ranges::find_if(overlayWindows,
-        [pointer = QCursor::pos()](const auto& window) { return window->geometry().contains(pointer); });
-    giveKeyboard(underPointer == overlayWindows.end() ? *overlayWindows.front() : **underPointer);
+    giveKeyboard(windowUnderPointer());
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &CaptureOverlayController::keepKeyboard);
     refreshAll();
+}
+
+OverlayWindow& CaptureOverlayController::windowUnderPointer() const
+{
+    const auto* screen = screenUnderPointer();
+    const auto found = std::ranges::find_if(overlayWindows,
+        [&](const auto& window) { return screen && window->displayName() == screen->name(); });
+    return found == overlayWindows.end() ? *overlayWindows.front() : **found;
+}
+
+// A window that opens or is activated meanwhile lies below the overlay: what is typed would reach it unseen,
+// and Escape would not end the overlay.
+void CaptureOverlayController::keepKeyboard(const QWindow* owner)
+{
+    const bool isOurs = std::ranges::any_of(
+        overlayWindows, [&](const auto& window) { return window->windowHandle() == owner; });
+    if (!isOurs && !overlayWindows.empty())
+        takeKeyboard(windowUnderPointer());
 }
 
 void CaptureOverlayController::addWindow(const FrozenDisplay& display)
@@ -102,11 +119,11 @@ void CaptureOverlayController::removeWindows()
         std::exchange(formerKeyboardOwner, nullptr)->restore();
 }
 
-const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint) const
+const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint, const ScreenInfo& screen) const
 {
     const auto& windows = frozenScreens.windows;
-    const auto found = std::ranges::find_if(
-        windows, [&](const WindowCandidate& each) { return containsPoint(each.frame, screenPoint); });
+    const auto found = std::ranges::find_if(windows,
+        [&](const WindowCandidate& each) { return containsPoint(each.window.frameOn(screen), screenPoint); });
     return found == windows.end() ? nullptr : &*found;
 }
 

@@ -14,6 +14,8 @@
 #include <variant>
 #include <vector>
 
+class QWindow;
+
 namespace pintalux {
 
 class FormerKeyboardOwner;
@@ -93,9 +95,9 @@ public:
     /// Takes the windows away and reports. Only the first call counts.
     void finish(const OverlayOutcome& outcome);
 
-    /// The window seen at a point of the desktop (points); null where there is none. Lives as long as the
-    /// controller.
-    const WindowCandidate* windowAt(QPointF screenPoint) const;
+    /// The window seen at a point of the desktop (points) on a screen; null where there is none. Lives as
+    /// long as the controller.
+    const WindowCandidate* windowAt(QPointF screenPoint, const ScreenInfo& screen) const;
 
     /// For the self-test: shows a selection (view points) and the pointer on every screen.
     void debugSimulate(const std::optional<QRectF>& selection, QPointF mouse);
@@ -103,6 +105,8 @@ public:
 private:
     void addWindow(const FrozenDisplay& display);
     void watchScreens();
+    OverlayWindow& windowUnderPointer() const;
+    void keepKeyboard(const QWindow* owner);
     void removeWindows();
 
     OverlayMode currentMode;

@@ -3,6 +3,7 @@
 #include "capture/OverlayDrawing.h"
 #include "capture/PixelSampler.h"
 #include "model/Color.h"
+#include "model/Geometry.h"
 #include "platform/DirectSurface.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
@@ -16,9 +17,8 @@
 
 namespace pintalux {
 
-OverlayView::OverlayView(FrozenDisplay frozen, CaptureOverlayController& owner, QWidget* parent)
-    : QWidget(parent)
-    , display(std::move(frozen))
+OverlayView::OverlayView(FrozenDisplay frozen, CaptureOverlayController& owner)
+    : display(std::move(frozen))
     , controller(&owner)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -67,7 +67,7 @@ OverlayScene OverlayView::scene() const
     if (scene.mode != OverlayMode::window) {
         scene.selection = dragged();
     } else if (const auto* hovered = hoveredWindow()) {
-        scene.selection = hovered->frame.translated(-display.screen.frame.topLeft());
+        scene.selection = hovered->window.frameOn(display.screen).translated(-display.screen.frame.topLeft());
         scene.windowTitle = hovered->title;
     }
     return scene;
@@ -84,7 +84,7 @@ const WindowCandidate* OverlayView::hoveredWindow() const
 {
     if (mode() != OverlayMode::window || !mouse || !controller)
         return nullptr;
-    return controller->windowAt(*mouse + display.screen.frame.topLeft());
+    return controller->windowAt(*mouse + display.screen.frame.topLeft(), display.screen);
 }
 
 std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const
@@ -157,7 +157,7 @@ void OverlayView::press(QPointF viewPoint)
         break;
     case OverlayMode::area:
     case OverlayMode::text:
-        dragStart = dragCurrent = viewPoint;
+        dragStart = dragCurrent = cornerAt(viewPoint);
         break;
     }
     refresh();
@@ -173,18 +173,31 @@ void OverlayView::mouseMoveEvent(QMouseEvent* event)
     }
 }
 
+// The pointer stands on a pixel and cannot go beyond the desktop's last one; there it means the edge, or the
+// last row and column could not be selected.
+QPointF OverlayView::cornerAt(QPointF viewPoint) const
+{
+    const double pixel = 1 / display.pixelScale;
+    const auto kept = [pixel](double place, double end) {
+        constexpr double tolerance = 1e-6;
+        return place > end - pixel - tolerance ? end : std::max(place, 0.0);
+    };
+    return {kept(viewPoint.x(), width()), kept(viewPoint.y(), height())};
+}
+
 void OverlayView::drag(QPointF viewPoint, bool square)
 {
     if (!dragStart)
         return;
-    QPointF end(
-        std::clamp(viewPoint.x(), 0.0, double(width())), std::clamp(viewPoint.y(), 0.0, double(height())));
+    auto end = cornerAt(viewPoint);
     if (square) {
         const auto way = end - *dragStart;
         const double side = std::max(std::abs(way.x()), std::abs(way.y()));
         end = *dragStart + QPointF(way.x() >= 0 ? side : -side, way.y() >= 0 ? side : -side);
     }
-    dragCurrent = mouse = end;
+    dragCurrent = end;
+    // Still on this screen where it only touches its edge.
+    mouse = containsPoint(QRectF(rect()), viewPoint) && !square ? viewPoint : end;
     refresh();
 }
 

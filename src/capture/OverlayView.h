@@ -15,7 +15,7 @@ class DirectSurface;
 /// frozen picture do.
 class OverlayView : public QWidget {
 public:
-    OverlayView(FrozenDisplay display, CaptureOverlayController& controller, QWidget* parent);
+    OverlayView(FrozenDisplay display, CaptureOverlayController& controller);
 
     /// Repaints what looks different from what was painted last.
     void refresh();
@@ -46,6 +46,7 @@ private:
     const WindowCandidate* hoveredWindow() const;
     std::optional<QString> hexColorAt(QPointF viewPoint) const;
 
+    QPointF cornerAt(QPointF viewPoint) const;
     void press(QPointF viewPoint);
     void drag(QPointF viewPoint, bool square);
     void endDrag();

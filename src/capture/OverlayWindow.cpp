@@ -8,10 +8,10 @@ namespace pintalux {
 
 OverlayWindow::OverlayWindow(
     const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller)
-    : OverlayView(display, controller, nullptr)
+    : OverlayView(display, controller)
     , name(display.screen.name)
 {
-    makeScreenPanel(*this, screen);
+    makeScreenPanel(*this, screen, display.screen.frame.toAlignedRect());
     surface = makeDirectSurface(*this);
     setAttribute(Qt::WA_PaintOnScreen, surface != nullptr);
     paintThrough(surface.get());

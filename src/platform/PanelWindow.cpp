@@ -13,6 +13,18 @@
 
 namespace pintalux {
 
+namespace {
+
+void focusNow(xcb_connection_t* connection, xcb_window_t window)
+{
+    const auto request
+        = xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    xcb_discard_reply(connection, request.sequence); // the window may be gone
+    xcb_flush(connection);
+}
+
+} // namespace
+
 QScreen* screenNamed(const QString& name)
 {
     const auto screens = QGuiApplication::screens();
@@ -22,16 +34,22 @@ QScreen* screenNamed(const QString& name)
 
 QScreen* screenUnderPointer()
 {
-    auto* screen = QGuiApplication::screenAt(QCursor::pos());
-    return screen ? screen : QGuiApplication::primaryScreen();
+    const auto pointer = QCursor::pos();
+    if (auto* screen = QGuiApplication::screenAt(pointer))
+        return screen;
+    // In the last pixels of a dense screen the pointer's whole point is already beyond it.
+    const auto screens = QGuiApplication::screens();
+    const auto found = std::ranges::find_if(screens,
+        [&](const QScreen* screen) { return screen->geometry().adjusted(0, 0, 1, 1).contains(pointer); });
+    return found == screens.end() ? QGuiApplication::primaryScreen() : *found;
 }
 
-void makeScreenPanel(QWidget& window, QScreen& screen)
+void makeScreenPanel(QWidget& window, QScreen& screen, const QRect& frame)
 {
     window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
         | Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
     window.setScreen(&screen);
-    window.setGeometry(screen.geometry());
+    window.setGeometry(frame);
     window.winId();
     if (auto* connection = x11::toolkitConnection())
         x11::withoutCompositorShadow(connection, xcb_window_t(window.winId()));
@@ -55,6 +73,14 @@ void giveKeyboard(QWidget& panel)
     panel.setFocus(Qt::ActiveWindowFocusReason);
 }
 
+void takeKeyboard(QWidget& panel)
+{
+    giveKeyboard(panel);
+    // The toolkit asks for it as of the last event that it got, which is older than the loss.
+    if (auto* connection = x11::toolkitConnection())
+        focusNow(connection, xcb_window_t(panel.winId()));
+}
+
 FormerKeyboardOwner::FormerKeyboardOwner()
 {
     auto* connection = x11::toolkitConnection();
@@ -73,10 +99,7 @@ void FormerKeyboardOwner::restore()
     constexpr quint32 pointerRoot = XCB_INPUT_FOCUS_POINTER_ROOT;
     if (!connection || former <= pointerRoot)
         return;
-    const auto request
-        = xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, former, XCB_CURRENT_TIME);
-    xcb_discard_reply(connection, request.sequence); // the window may be gone
-    xcb_flush(connection);
+    focusNow(connection, former);
 }
 
 } // namespace pintalux

@@ -13,15 +13,18 @@ QScreen* screenNamed(const QString& name);
 /// The screen where the person is: the one under the pointer, else the main one. Null without any.
 QScreen* screenUnderPointer();
 
-/// Makes a window, before it is first shown, a panel that covers `screen`: above everything, on all desktops,
-/// without frame, shadow or the window manager's say.
-void makeScreenPanel(QWidget& window, QScreen& screen);
+/// Makes a window, before it is first shown, a panel that covers `frame` (points of the desktop) on `screen`:
+/// above everything, on all desktops, without frame, shadow or the window manager's say.
+void makeScreenPanel(QWidget& window, QScreen& screen, const QRect& frame);
 
 /// Keeps a window, before it is first shown, out of task bars and window switchers.
 void keepOutOfTaskBar(QWidget& window);
 
 /// Gives the keyboard to a panel that is shown, or as soon as it is.
 void giveKeyboard(QWidget& panel);
+
+/// Takes the keyboard back for a panel that had it and lost it to another window.
+void takeKeyboard(QWidget& panel);
 
 /// Remembers which window of the desktop has the keyboard.
 ///

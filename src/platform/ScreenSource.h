@@ -33,6 +33,13 @@ struct ScreenInfo {
     bool attached = true;  ///< false when the toolkit has no screen of this name to show windows on
 };
 
+/// A rectangle of device pixels in the points of a screen, not rounded.
+inline QRectF toPoints(const QRect& nativeRect, const ScreenInfo& screen)
+{
+    const QPointF offset = QPointF(nativeRect.topLeft() - screen.nativeRect.topLeft()) / screen.pixelScale;
+    return {screen.frame.topLeft() + offset, QSizeF(nativeRect.size()) / screen.pixelScale};
+}
+
 /// One window on the desktop.
 struct WindowInfo {
     quint64 id = 0;          ///< the display server's own name for it
@@ -43,6 +50,14 @@ struct WindowInfo {
     QString title;           ///< empty when it has none
     bool onScreen = true;    ///< false when minimised, rolled up or on another desktop
     double pixelScale = 1;   ///< of the screen that holds most of it
+    QRect nativeRect = {};   ///< `frame` in device pixels of the server's desktop; empty when unknown
+
+    /// Where it is seen on a screen, in points. Dense screens do not adjoin in points, so a window that spans
+    /// two of them lies at another place on each.
+    QRectF frameOn(const ScreenInfo& screen) const
+    {
+        return nativeRect.isEmpty() ? frame : toPoints(nativeRect, screen);
+    }
 };
 
 /// What can be captured now.

@@ -37,6 +37,8 @@ FrozenScreens frozenScreens()
     add(1, {20, 20, 200, 120}, u"Notas — Lista"_qs);
     add(2, {60, 40, 300, 200}, u"Navegador"_qs);
     add(3, {410, -40, 120, 100}, u"Notas"_qs);
+    add(4, {375, 25, 100, 50}, u"En las dos"_qs);
+    frozen.windows.last().window.nativeRect = {350, 100, 200, 100};
     return frozen;
 }
 
@@ -118,11 +120,13 @@ TEST_F(OverlayTest, ASelectionIsThoseVeryPixelsOfItsOwnScreen)
         {0, {10, 10}, {13, 13}, {}, {10, 10, 3, 3}},
         {0, {350, 250}, {900, 900}, {}, {350, 250, 50, 50}},
         {0, {50, 50}, {-80, -9}, {}, {0, 0, 50, 50}},
+        {0, {350, 250}, {399, 299}, {}, {350, 250, 50, 50}}, // as far as a pointer goes
         {0, {100, 100}, {140, 120}, Qt::ShiftModifier, {100, 100, 40, 40}},
         {0, {100, 100}, {60, 120}, Qt::ShiftModifier, {60, 100, 40, 40}},
         {0, {380, 100}, {400, 180}, Qt::ShiftModifier, {380, 100, 20, 80}},
         {1, {20, 10}, {120, 60}, {}, {40, 20, 200, 100}},
         {1, {20.5, 10.5}, {30.5, 20}, {}, {41, 21, 20, 19}},
+        {1, {199.5, 149.5}, {20.5, 10.5}, {}, {41, 21, 359, 279}},
     };
     for (const auto& row : table) {
         for (const auto mode : {OverlayMode::area, OverlayMode::text}) {
@@ -187,8 +191,8 @@ TEST_F(OverlayTest, TheFrontmostWindowUnderThePointerIsTakenOnEveryScreen)
         std::size_t screen;
         QPointF at;
         quint64 window;
-    } table[]
-        = {{0, {100, 100}, 1}, {0, {300, 200}, 2}, {0, {20, 20}, 1}, {1, {10, 10}, 3}, {1, {129, 109}, 3}};
+    } table[] = {{0, {100, 100}, 1}, {0, {300, 200}, 2}, {0, {20, 20}, 1}, {1, {10, 10}, 3},
+        {1, {129, 109}, 3}, {0, {360, 150}, 4}, {1, {5, 100}, 4}};
     for (const auto& row : table) {
         show(OverlayMode::window);
         screen = row.screen;

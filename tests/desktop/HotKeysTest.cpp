@@ -11,20 +11,6 @@ using namespace pintalux::test;
 
 namespace {
 
-// Presses and releases physical keys one after another while others, named by what they type, are held.
-void press(const QStringList& held, const QList<quint32>& keyCodes)
-{
-    QStringList arguments;
-    for (const auto& key : held)
-        arguments << u"keydown"_qs << key;
-    for (const auto keyCode : keyCodes)
-        arguments << u"key"_qs << QString::number(keyCode);
-    for (const auto& key : held)
-        arguments << u"keyup"_qs << key;
-    xdotool(arguments.join(u' '));
-    letPass(80);
-}
-
 const QStringList controlShift{u"Control_L"_qs, u"Shift_L"_qs};
 
 // Another client of the server that may hold keys.
@@ -50,11 +36,32 @@ private:
 // The five hot keys on the desktop's keyboard; each test leaves the keyboard as it was.
 class HotKeysTest : public testing::Test {
 protected:
+    HotKeysTest()
+    {
+        EXPECT_TRUE(witness.registerHotKey(1, witnessKey, {}, [this] { ++seen; }));
+    }
     ~HotKeysTest() override
     {
         center.unregisterAll();
         desktop().run(u"setxkbmap"_qs, {u"us"_qs});
         letPass(100);
+    }
+
+    // Presses and releases physical keys one after another while others, named by what they type, are held.
+    // All that came of it has come when the witness, pressed last, is seen: however slow the machine is.
+    void press(const QStringList& held, const QList<quint32>& keyCodes)
+    {
+        QStringList arguments;
+        for (const auto& key : held)
+            arguments << u"keydown"_qs << key;
+        for (const auto keyCode : keyCodes)
+            arguments << u"key"_qs << QString::number(keyCode);
+        for (const auto& key : held)
+            arguments << u"keyup"_qs << key;
+        arguments << u"key"_qs << QString::number(witnessKey);
+        const int before = seen;
+        xdotool(arguments.join(u' '));
+        EXPECT_TRUE(waitUntil([&] { return seen > before; }, 20000)) << "the witness";
     }
 
     // The ids that failed.
@@ -79,6 +86,9 @@ protected:
     }
 
     HotKeyCenter center{makeHotKeyBackend()};
+    HotKeyCenter witness{makeHotKeyBackend()};
+    static constexpr quint32 witnessKey = 96; // F12
+    int seen = 0;
     QList<quint32> ran;
     const QList<quint32> all{1, 2, 3, 4, 5};
 };
@@ -177,8 +187,9 @@ TEST_F(HotKeysTest, AKeyThatIsHeldCountsOnce)
     xdotool(u"keydown Control_L keydown Shift_L"_qs);
     hold(u"10"_qs);
     hold(u"11"_qs);
-    press({}, {11});
-    press({}, {11});
+    xdotool(u"key 11"_qs);
+    xdotool(u"key 11"_qs);
     xdotool(u"keyup Control_L keyup Shift_L"_qs);
+    press({}, {});
     EXPECT_EQ(ran, (QList<quint32>{1, 2, 2, 2}));
 }

@@ -98,6 +98,13 @@ TEST_P(OverlayDesktopTest, ADraggedSelectionIsCutFromItsOwnScreen)
     xdotool({u"mouseup"_qs, u"1"_qs});
     EXPECT_EQ(outcome(), "image 300x200 2");
     EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(0, 240, 300, 200)), 0);
+
+    // From the desktop's very last pixel to an odd one, which lies between two points.
+    show(u"area"_qs, {1599, 599});
+    dragTo({1599, 599}, {1101, 241});
+    xdotool({u"mouseup"_qs, u"1"_qs});
+    EXPECT_EQ(outcome(), "image 499x359 2");
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(301, 241, 499, 359)), 0);
 }
 
 TEST_P(OverlayDesktopTest, WhatADragLeavesIsWhatAWholeRepaintShows)
@@ -144,4 +151,14 @@ TEST_P(OverlayDesktopTest, AScreenThatGoesAwayEndsItAsCancelled)
     session.run(u"xrandr"_qs, {u"--delmonitor"_qs, u"DER"_qs});
     EXPECT_EQ(outcome(), "cancelled");
     xdotool({u"mouseup"_qs, u"1"_qs});
+}
+
+TEST_P(OverlayDesktopTest, AWindowBelowCannotTakeTheKeyboard)
+{
+    show(u"area"_qs, {400, 400});
+    const auto overlayFocus = focus();
+    xdotool({u"windowfocus"_qs, u"--sync"_qs, demo.id()});
+    EXPECT_TRUE(waitUntil([&] { return focus() == overlayFocus; }));
+    key(u"Escape"_qs);
+    EXPECT_EQ(outcome(), "cancelled");
 }

@@ -68,13 +68,19 @@ QList<ScreenInfo> screens(const XcbConnection& connection, const QList<ToolkitSc
     for (const auto& monitor : found) {
         ScreenInfo screen;
         screen.name = monitor.name;
-        screen.nativeRect = monitor.nativeRect & desktop;
-        if (screen.nativeRect.isEmpty())
+        screen.nativeRect = monitor.nativeRect;
+        const QRect visible = monitor.nativeRect & desktop;
+        if (visible.isEmpty())
             continue;
         const auto match = std::ranges::find(toolkitScreens, monitor.name, &ToolkitScreen::name);
         screen.attached = match != toolkitScreens.end();
         screen.frame = screen.attached ? match->frame : QRectF(monitor.nativeRect);
         screen.pixelScale = screen.attached ? match->pixelScale : 1;
+        // A monitor may be declared to reach beyond the desktop; there is nothing to see there.
+        if (visible != screen.nativeRect) {
+            screen.frame = toPoints(visible, screen);
+            screen.nativeRect = visible;
+        }
         result.append(screen);
     }
     return result;
@@ -88,12 +94,6 @@ const ScreenInfo* screenOf(const QRect& nativeRect, const QList<ScreenInfo>& scr
     };
     const auto most = std::ranges::max_element(screens, {}, shared);
     return most == screens.end() ? nullptr : &*most;
-}
-
-QRectF toPoints(const QRect& nativeRect, const ScreenInfo& screen)
-{
-    const QPointF offset = QPointF(nativeRect.topLeft() - screen.nativeRect.topLeft()) / screen.pixelScale;
-    return {screen.frame.topLeft() + offset, QSizeF(nativeRect.size()) / screen.pixelScale};
 }
 
 } // namespace pintalux::x11

@@ -13,7 +13,4 @@ QList<ScreenInfo> screens(const XcbConnection& connection, const QList<ToolkitSc
 /// screens.
 const ScreenInfo* screenOf(const QRect& nativeRect, const QList<ScreenInfo>& screens);
 
-/// A rectangle of device pixels in the points of a screen, not rounded.
-QRectF toPoints(const QRect& nativeRect, const ScreenInfo& screen);
-
 } // namespace pintalux::x11

@@ -125,6 +125,7 @@ WindowInfo readWindow(const XcbConnection& connection, const Questions& question
         && !states.contains(connection.atom(Atom::netWmStateHidden))
         && (desktop == allDesktops || desktop == currentDesktop) && !rect.isEmpty();
     if (const auto* screen = screenOf(rect, screens)) {
+        window.nativeRect = rect;
         window.frame = toPoints(rect, *screen);
         window.pixelScale = screen->pixelScale;
         window.onScreen = window.onScreen && screen->nativeRect.intersects(rect);

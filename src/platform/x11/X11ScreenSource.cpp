@@ -1,5 +1,6 @@
 #include "platform/x11/X11ScreenSource.h"
 
+#include "platform/PanelWindow.h"
 #include "platform/x11/DrawableImage.h"
 #include "platform/x11/OwnWindows.h"
 #include "platform/x11/Screens.h"
@@ -9,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QCursor>
+#include <QScreen>
 
 namespace pintalux {
 
@@ -29,7 +31,15 @@ const x11::XcbConnection& X11ScreenSource::connect()
     return *connection;
 }
 
-QPointF X11ScreenSource::pointerLocation() const { return QCursor::pos(); }
+QPointF X11ScreenSource::pointerLocation() const
+{
+    const auto pointer = QCursor::pos();
+    const auto* screen = screenUnderPointer();
+    if (!screen)
+        return pointer;
+    const QRect area = screen->geometry();
+    return {double(std::min(pointer.x(), area.right())), double(std::min(pointer.y(), area.bottom()))};
+}
 
 qint64 X11ScreenSource::ownProcessId() const { return QCoreApplication::applicationPid(); }
 
