@@ -156,9 +156,9 @@ TEST_P(OverlayDesktopTest, AScreenThatGoesAwayEndsItAsCancelled)
 TEST_P(OverlayDesktopTest, AWindowBelowCannotTakeTheKeyboard)
 {
     show(u"area"_qs, {400, 400});
-    const auto overlayFocus = focus();
+    const auto overlayFocus = focusedWindow(session);
     xdotool({u"windowfocus"_qs, u"--sync"_qs, demo.id()});
-    EXPECT_TRUE(waitUntil([&] { return focus() == overlayFocus; }));
+    EXPECT_TRUE(waitUntil([&] { return focusedWindow(session) == overlayFocus; }));
     key(u"Escape"_qs);
     EXPECT_EQ(outcome(), "cancelled");
 }
