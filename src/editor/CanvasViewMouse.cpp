@@ -1,5 +1,6 @@
 #include "editor/CanvasView.h"
 #include "model/Geometry.h"
+#include "platform/PointerPosition.h"
 
 #include <QMouseEvent>
 
@@ -12,21 +13,21 @@ namespace pintalux {
 void CanvasView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        press(documentPoint(event->position()), Clicks::one);
+        press(documentPoint(exactPosition(*event)), Clicks::one);
 }
 
 void CanvasView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        press(documentPoint(event->position()), Clicks::two);
+        press(documentPoint(exactPosition(*event)), Clicks::two);
 }
 
 void CanvasView::mouseMoveEvent(QMouseEvent* event)
 {
     if (event->buttons().testFlag(Qt::LeftButton))
-        dragTo(documentPoint(event->position()), event->modifiers().testFlag(Qt::ShiftModifier));
+        dragTo(documentPoint(exactPosition(*event)), event->modifiers().testFlag(Qt::ShiftModifier));
     else if (isActiveWindow())
-        hoverAt(event->position());
+        hoverAt(exactPosition(*event));
 }
 
 void CanvasView::mouseReleaseEvent(QMouseEvent* event)

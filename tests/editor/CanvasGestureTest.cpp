@@ -316,6 +316,16 @@ TEST_P(CanvasGestureTest, HoverTellsThePictureColourUnderThePointer)
     const auto hover = [&](QPointF document) { send(QEvent::MouseMove, view->viewPoint(document), {}, {}); };
     hover({200.5, 100.5});
     EXPECT_EQ(view->hover().hex(), u"#C864AC"_qs);
+    // The toolkit gives a child whole points; the rest of them is in the window's.
+    for (int x = 200; x < 210; ++x) {
+        const auto inWindow = view->viewPoint({x + 0.5, 100.5});
+        hover({x + 0.5, 100.5});
+        const auto hex = view->hover().hex();
+        QMouseEvent rounded(QEvent::MouseMove, inWindow.toPoint(), inWindow, view->mapToGlobal(inWindow),
+            Qt::NoButton, {}, {});
+        QApplication::sendEvent(view.get(), &rounded);
+        EXPECT_EQ(view->hover().hex(), hex) << x;
+    }
     hover({-3, 5});
     EXPECT_FALSE(view->hover().color());
 }
