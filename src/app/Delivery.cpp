@@ -28,7 +28,7 @@ void Delivery::deliver(const CaptureResult& result)
     std::optional<QString> savedPath;
     if (settings.autoSave() && png) {
         try {
-            savedPath = Exporter::quickSave(*png, result.suggestedName);
+            savedPath = Exporter::quickSave(*png, settings.saveFolder(), result.suggestedName);
         } catch (const Error&) {
             savedPath.reset(); // the thumbnail shows it as not saved
         }

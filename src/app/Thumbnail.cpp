@@ -7,6 +7,7 @@
 #include "platform/Error.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
+#include "settings/Settings.h"
 
 #include <QCursor>
 #include <QFileInfo>
@@ -59,11 +60,12 @@ void glide(QWidget& panel, QPoint place, double opacity, int milliseconds, const
 
 } // namespace
 
-ThumbnailController::ThumbnailController(
-    CaptureResult capture, std::optional<QString> saved, Actions others, QObject* parent)
+ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<QString> saved,
+    const Settings& store, Actions others, QObject* parent)
     : QObject(parent)
     , shot(std::move(capture))
     , savedPath(std::move(saved))
+    , settings(store)
     , actions(std::move(others))
 {
     timer.setInterval(checkInterval);
@@ -152,7 +154,8 @@ void ThumbnailController::save()
 {
     if (!savedPath) {
         try {
-            savedPath = Exporter::quickSave(shot.image, shot.pixelScale, shot.suggestedName);
+            savedPath
+                = Exporter::quickSave(shot.image, shot.pixelScale, settings.saveFolder(), shot.suggestedName);
         } catch (const Error& error) {
             HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
             return;

@@ -11,6 +11,7 @@
 
 namespace pintalux {
 
+class Settings;
 class ThumbnailPanel;
 
 /// A finished capture as a small card in the lower right corner of the screen under the pointer: a click
@@ -30,8 +31,8 @@ public:
     };
 
     /// `savedPath` is where the capture was saved already. Nothing is shown yet.
-    ThumbnailController(
-        CaptureResult shot, std::optional<QString> savedPath, Actions actions, QObject* parent);
+    ThumbnailController(CaptureResult shot, std::optional<QString> savedPath, const Settings& settings,
+        Actions actions, QObject* parent);
     ~ThumbnailController() override;
 
     void show();
@@ -58,6 +59,7 @@ private:
     const CaptureResult shot;
     std::optional<QString> savedPath;
     std::optional<QString> temporaryPath; ///< made for an earlier drag
+    const Settings& settings;
     Actions actions;
     QPointer<ThumbnailPanel> panel; ///< while it is shown
     QTimer timer;

@@ -73,8 +73,8 @@ void EditorWindowController::copy()
 void EditorWindowController::saveAs()
 {
     if (const auto image = finishedImage(); !image.isNull())
-        Exporter::savePanel(
-            image, editorModel.doc().pixelScale, editorModel.suggestedName(), editorWindow.get());
+        Exporter::savePanel(image, editorModel.doc().pixelScale, settings.saveFolder(),
+            editorModel.suggestedName(), editorWindow.get());
 }
 
 void EditorWindowController::quickSave()
@@ -83,8 +83,8 @@ void EditorWindowController::quickSave()
     if (image.isNull())
         return;
     try {
-        const auto path
-            = Exporter::quickSave(image, editorModel.doc().pixelScale, editorModel.suggestedName());
+        const auto path = Exporter::quickSave(
+            image, editorModel.doc().pixelScale, settings.saveFolder(), editorModel.suggestedName());
         HUD::show(
             u"Guardado en "_qs + QFileInfo(QFileInfo(path).path()).fileName(), u"checkmark.circle.fill"_qs);
     } catch (const Error& error) {

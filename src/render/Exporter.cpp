@@ -6,7 +6,6 @@
 #include "platform/LargeImage.h"
 #include "platform/PngEncoder.h"
 #include "render/Renderer.h"
-#include "settings/Settings.h"
 
 #include <QColorSpace>
 #include <QDir>
@@ -176,22 +175,24 @@ void write(const QByteArray& png, const QString& path)
     replaceFile(path, png);
 }
 
-QString quickSave(const QImage& image, double pixelScale, const std::optional<QString>& name, Clock clock)
+QString quickSave(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name, Clock clock)
 {
-    return quickSave(pngData(image, pixelScale).value_or(QByteArray()), name, clock);
+    return quickSave(pngData(image, pixelScale).value_or(QByteArray()), folder, name, clock);
 }
 
-QString quickSave(const QByteArray& png, const std::optional<QString>& name, Clock clock)
+QString quickSave(
+    const QByteArray& png, const QString& folder, const std::optional<QString>& name, Clock clock)
 {
     requireEncoded(png);
-    const QDir folder(Settings::shared().saveFolder());
-    makeFolders(folder.path());
-    auto candidate = folder.filePath(defaultFileName(name, clock()));
+    makeFolders(folder);
+    const QDir target(folder);
+    auto candidate = target.filePath(defaultFileName(name, clock()));
     // Asking first only spares the writing: what counts is that the name is free when the file gets it.
     for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
         auto fileName = defaultFileName(name, clock());
         fileName.chop(ending.size());
-        candidate = folder.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+        candidate = target.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
     }
     return candidate;
 }

@@ -4,7 +4,6 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "render/Exporter.h"
-#include "settings/Settings.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -53,9 +52,9 @@ void askToReplace(const QString& path, QWidget* window, const std::function<void
 
 } // namespace
 
-void savePanel(const QImage& image, double pixelScale, const std::optional<QString>& name, QWidget* window)
+void savePanel(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name, QWidget* window)
 {
-    const auto folder = Settings::shared().saveFolder();
     try {
         makeFolders(folder);
     } catch (const Error&) {

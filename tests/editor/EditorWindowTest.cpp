@@ -36,10 +36,8 @@ class EditorWindowTest : public testing::Test {
 protected:
     EditorWindowTest()
     {
-        // What the exporter sees.
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"config"_qs)));
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
-        Settings::shared().setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
         settings.setAutoCopy(true);
         QGuiApplication::clipboard()->setText(u"antes"_qs);
         HUD::dismiss();
@@ -141,7 +139,7 @@ TEST_F(EditorWindowTest, QuickSaveWritesTheFinishedPictureAndSaysWhere)
     edit();
     editor.quickSave();
     EXPECT_EQ(HUD::currentMessage(), u"Guardado en capturas");
-    const QDir captures(Settings::shared().saveFolder());
+    const QDir captures(settings.saveFolder());
     const auto names = captures.entryList(QDir::Files);
     ASSERT_EQ(names.size(), 1);
     EXPECT_TRUE(names[0].startsWith(u"Pintalux Informe 2"));
@@ -155,7 +153,7 @@ TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
 {
     const stage::SmallDisk disk;
     disk.makeReadOnly();
-    Settings::shared().setSaveFolder(disk.path());
+    settings.setSaveFolder(disk.path());
     editor.quickSave();
     ASSERT_TRUE(HUD::currentMessage());
     EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
@@ -168,7 +166,7 @@ TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
 
 TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
 {
-    const QDir captures(Settings::shared().saveFolder());
+    const QDir captures(settings.saveFolder());
     editor.saveAs();
     auto* dialog = editor.window().findChild<QFileDialog*>();
     ASSERT_TRUE(dialog);
