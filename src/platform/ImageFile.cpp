@@ -72,6 +72,14 @@ Decoded decodeWithToolkit(QByteArray bytes)
     return {std::move(image), dotsPerInch};
 }
 
+Decoded decode(const QByteArray& bytes)
+{
+    if (!looksLikeHeif(bytes))
+        return decodeWithToolkit(bytes);
+    HeifImage heif = decodeHeif(bytes, memoryLimit);
+    return {std::move(heif.image), std::nullopt, heif.tooLarge};
+}
+
 bool isOpaque(const QImage& image)
 {
     for (int y = 0; y < image.height(); ++y) {
@@ -109,16 +117,11 @@ double ImageFile::pixelScale() const
     return std::max(1., std::round(*dotsPerInch / 72));
 }
 
+QImage decodedImage(const QByteArray& bytes) { return workingImage(decode(bytes).image); }
+
 ImageFile readImageFile(const QString& path)
 {
-    const QByteArray bytes = readBytes(path);
-    Decoded decoded;
-    if (looksLikeHeif(bytes)) {
-        HeifImage heif = decodeHeif(bytes, memoryLimit);
-        decoded = {std::move(heif.image), std::nullopt, heif.tooLarge};
-    } else {
-        decoded = decodeWithToolkit(bytes);
-    }
+    Decoded decoded = decode(readBytes(path));
     const QString name = QFileInfo(path).fileName();
     if (decoded.tooLarge)
         fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
