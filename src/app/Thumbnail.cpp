@@ -5,6 +5,7 @@
 #include "app/ThumbnailCard.h"
 #include "platform/Compositor.h"
 #include "platform/Error.h"
+#include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 #include "settings/Settings.h"
@@ -70,6 +71,7 @@ ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<QS
 {
     timer.setInterval(checkInterval);
     connect(&timer, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &ThumbnailController::finish);
 }
 
 ThumbnailController::~ThumbnailController()
@@ -110,7 +112,7 @@ void ThumbnailController::slideIn()
 
 void ThumbnailController::checkLifetime()
 {
-    if (!panel)
+    if (!panel || unfinished)
         return;
     if (panel->isUnderPointer())
         deadline.setRemainingTime(lifetimeAfterPointer);
@@ -118,7 +120,29 @@ void ThumbnailController::checkLifetime()
         close(true);
 }
 
+template <typename Work, typename Use> void ThumbnailController::begin(Work work, Use use)
+{
+    const auto result = runOn(*QThreadPool::globalInstance(), std::move(work));
+    unfinished = [result, use = std::move(use)] { return use(result); };
+    whenFinished(result, this, [this](const auto&) {
+        if (finish())
+            leave(true);
+    });
+}
+
+bool ThumbnailController::finish()
+{
+    const auto use = std::exchange(unfinished, nullptr);
+    return use && use();
+}
+
 void ThumbnailController::close(bool animated)
+{
+    finish();
+    leave(animated);
+}
+
+void ThumbnailController::leave(bool animated)
 {
     timer.stop();
     if (!panel)
@@ -145,24 +169,37 @@ void ThumbnailController::edit()
 
 void ThumbnailController::copy()
 {
-    Clipboard::copy(shot.image, shot.pixelScale);
-    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
-    close(true);
+    if (unfinished)
+        return;
+    const auto encode = [shot = shot] { return Exporter::pngData(shot.image, shot.pixelScale); };
+    begin(encode, [](const QFuture<std::optional<QByteArray>>& png) {
+        Clipboard::copy(png.result().value_or(QByteArray()));
+        HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+        return true;
+    });
 }
 
 void ThumbnailController::save()
 {
-    if (!savedPath) {
+    if (unfinished)
+        return;
+    if (savedPath) {
+        actions.revealFile(*savedPath);
+        return leave(true);
+    }
+    const auto write = [shot = shot, folder = settings.saveFolder()] {
+        return Exporter::quickSave(shot.image, shot.pixelScale, folder, shot.suggestedName);
+    };
+    begin(write, [this](const QFuture<QString>& path) {
         try {
-            savedPath
-                = Exporter::quickSave(shot.image, shot.pixelScale, settings.saveFolder(), shot.suggestedName);
+            savedPath = path.result();
         } catch (const Error& error) {
             HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-            return;
+            return false;
         }
-    }
-    actions.revealFile(*savedPath);
-    close(true);
+        actions.revealFile(*savedPath);
+        return true;
+    });
 }
 
 std::optional<QString> ThumbnailController::fileToDrag()
