@@ -129,6 +129,15 @@ std::optional<QString> temporaryFolder()
     return ownPrivately(folder) ? std::optional(folder) : std::nullopt;
 }
 
+/// Pictures that were dragged away long ago: the folder often lies in memory and outlives the program.
+void removeOldPictures(const QString& folder)
+{
+    const auto limit = QDateTime::currentDateTime().addDays(-1);
+    for (const auto& file : QDir(folder).entryInfoList({u'*' + ending}, QDir::Files))
+        if (file.lastModified() < limit)
+            QFile::remove(file.filePath());
+}
+
 } // namespace
 
 QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache)
@@ -210,6 +219,7 @@ std::optional<QString> temporaryFile(const QByteArray& png, const std::optional<
         const auto folder = temporaryFolder();
         if (!folder)
             return std::nullopt;
+        removeOldPictures(*folder);
         const auto path = *folder + u'/' + defaultFileName(name);
         replaceFile(path, png, Audience::onlyOwner);
         return path;

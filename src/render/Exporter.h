@@ -62,7 +62,7 @@ void savePanel(const QImage& image, double pixelScale, const QString& folder,
     const std::optional<QString>& name, QWidget* window = nullptr);
 
 /// Writes the file into the person's private temporary folder, to be dragged into other programs; none on any
-/// failure.
+/// failure. Those of earlier days are removed.
 ///
 /// The folder is called "Pintalux", has mode 0700 and stands in `$XDG_RUNTIME_DIR`, which is the person's
 /// own. Where the session has none, it stands in `pintalux-<user number>` in the temporary directory, so that

@@ -214,6 +214,16 @@ TEST_F(ExporterTest, TheTemporaryFileIsForItsPersonAlone)
     EXPECT_EQ(stage::modeOf(runtime + u"/Pintalux"_qs), 0700u);
     EXPECT_EQ(stage::modeOf(*first), 0600u);
 
+    const auto old = runtime + u"/Pintalux/Pintalux ayer.png"_qs;
+    stage::put(old, "x");
+    QFile aged(old);
+    stage::require(aged.open(QIODevice::ReadWrite)
+            && aged.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime),
+        "making a file look old");
+    EXPECT_TRUE(Exporter::temporaryFile(picture(), 2, u"Otro"_qs));
+    EXPECT_FALSE(QFile::exists(old));
+    EXPECT_TRUE(QFile::exists(*first)) << "somebody may still be reading it";
+
     // A runtime folder that others can enter is not used, nor one that is missing.
     stage::require(chmod(QFile::encodeName(runtime).constData(), 0755) == 0, "chmod");
     EXPECT_EQ(QFileInfo(Exporter::temporaryFile(picture(), 1).value_or(QString())).path(),
