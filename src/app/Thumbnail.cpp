@@ -169,14 +169,9 @@ void ThumbnailController::edit()
 
 void ThumbnailController::copy()
 {
-    if (unfinished)
-        return;
-    const auto encode = [shot = shot] { return Exporter::pngData(shot.image, shot.pixelScale); };
-    begin(encode, [](const QFuture<std::optional<QByteArray>>& png) {
-        Clipboard::copy(png.result().value_or(QByteArray()));
-        HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
-        return true;
-    });
+    Clipboard::copy(shot.image, shot.pixelScale);
+    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+    close(true);
 }
 
 void ThumbnailController::save()

@@ -42,7 +42,6 @@ public:
 
     /// Closes the card and opens the capture in an editor.
     void edit();
-    /// Copies the capture and closes the card, in a moment.
     void copy();
     /// Saves the capture where it is not saved yet, shows the file and closes the card, in a moment. When
     /// that fails the card stays.

@@ -46,9 +46,11 @@ QImage EditorWindowController::finishedImage()
     return editorModel.renderFinal();
 }
 
-QByteArray EditorWindowController::finishedPng()
+bool EditorWindowController::copyFinished()
 {
-    return Exporter::pngData(finishedImage(), editorModel.doc().pixelScale).value_or(QByteArray());
+    const auto image = finishedImage();
+    Clipboard::copy(image, editorModel.doc().pixelScale);
+    return !image.isNull();
 }
 
 void EditorWindowController::commitText() { canvas().commitText(); }
@@ -63,11 +65,8 @@ void EditorWindowController::redo() { editorModel.redo(); }
 
 void EditorWindowController::copy()
 {
-    const auto png = finishedPng();
-    if (png.isEmpty())
-        return;
-    Clipboard::copy(png);
-    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+    if (copyFinished())
+        HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
 }
 
 void EditorWindowController::saveAs()
