@@ -122,7 +122,7 @@ void ThumbnailController::checkLifetime()
 
 template <typename Work, typename Use> void ThumbnailController::begin(Work work, Use use)
 {
-    const auto result = runOn(*QThreadPool::globalInstance(), std::move(work));
+    const auto result = runOn(Exporter::savingThread(), std::move(work));
     unfinished = [result, use = std::move(use)] { return use(result); };
     whenFinished(result, this, [this](const auto&) {
         if (finish())

@@ -13,6 +13,7 @@
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 
+#include <QCoreApplication>
 #include <QDrag>
 #include <QFileInfo>
 #include <QPointer>
@@ -81,14 +82,19 @@ void EditorWindowController::quickSave()
     const auto image = finishedImage();
     if (image.isNull())
         return;
-    try {
-        const auto path = Exporter::quickSave(
-            image, editorModel.doc().pixelScale, settings.saveFolder(), editorModel.suggestedName());
-        HUD::show(
-            u"Guardado en "_qs + QFileInfo(QFileInfo(path).path()).fileName(), u"checkmark.circle.fill"_qs);
-    } catch (const Error& error) {
-        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-    }
+    const auto save
+        = [image, scale = editorModel.doc().pixelScale, folder = settings.saveFolder(),
+              name = editorModel.suggestedName()] { return Exporter::quickSave(image, scale, folder, name); };
+    const auto tell = [](const QFuture<QString>& path) {
+        try {
+            HUD::show(u"Guardado en "_qs + QFileInfo(QFileInfo(path.result()).path()).fileName(),
+                u"checkmark.circle.fill"_qs);
+        } catch (const Error& error) {
+            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+        }
+    };
+    // Told also when this window has gone by then.
+    whenFinished(runOn(Exporter::savingThread(), save), QCoreApplication::instance(), tell);
 }
 
 void EditorWindowController::insertImage()

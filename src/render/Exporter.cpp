@@ -8,12 +8,15 @@
 #include "render/Renderer.h"
 
 #include <QColorSpace>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QPointer>
 #include <QStringView>
 #include <QTextBoundaryFinder>
+#include <QThreadPool>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -204,6 +207,16 @@ QString quickSave(
         candidate = target.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
     }
     return candidate;
+}
+
+QThreadPool& savingThread()
+{
+    static QPointer<QThreadPool> thread;
+    if (!thread) {
+        thread = new QThreadPool(QCoreApplication::instance());
+        thread->setMaxThreadCount(1);
+    }
+    return *thread;
 }
 
 std::optional<QString> temporaryFile(

@@ -11,6 +11,7 @@
 
 #include <optional>
 
+class QThreadPool;
 class QWidget;
 
 namespace pintalux {
@@ -54,6 +55,10 @@ QString quickSave(const QImage& image, double pixelScale, const QString& folder,
     const std::optional<QString>& name = std::nullopt, Clock clock = QDateTime::currentDateTime);
 QString quickSave(const QByteArray& png, const QString& folder,
     const std::optional<QString>& name = std::nullopt, Clock clock = QDateTime::currentDateTime);
+
+/// Where windows save, so that they go on answering: one file after another, named in their order. The end of
+/// the application waits for what is still to be saved.
+QThreadPool& savingThread();
 
 /// Asks with the desktop's own dialog where to save, beginning in `folder`, over `window` if there is one,
 /// and saves there. Returns at once; what became of it is said on screen. The name gets its ending where it

@@ -3,8 +3,10 @@
 #include "app/HUD.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/Worker.h"
 #include "render/Exporter.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -19,12 +21,18 @@ const QString ending = QStringLiteral(".png");
 
 void save(const QImage& image, double pixelScale, const QString& path)
 {
-    try {
+    const auto work = [=] {
         write(image, pixelScale, path);
-        HUD::show(u"Guardado como "_qs + QFileInfo(path).fileName(), u"checkmark.circle.fill"_qs);
-    } catch (const Error& error) {
-        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-    }
+        return QFileInfo(path).fileName();
+    };
+    const auto tell = [](const QFuture<QString>& written) {
+        try {
+            HUD::show(u"Guardado como "_qs + written.result(), u"checkmark.circle.fill"_qs);
+        } catch (const Error& error) {
+            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+        }
+    };
+    whenFinished(runOn(savingThread(), work), QCoreApplication::instance(), tell);
 }
 
 void showModal(QDialog& dialog, const QWidget* window)

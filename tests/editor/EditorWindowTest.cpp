@@ -10,6 +10,7 @@
 #include "editor/EditorWindowDrag.h"
 #include "editor/ToolPalette.h"
 #include "platform/UserDefaults.h"
+#include "render/Exporter.h"
 
 #include <QClipboard>
 #include <QColorDialog>
@@ -20,6 +21,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QThreadPool>
 
 using namespace pintalux;
 
@@ -48,6 +50,13 @@ protected:
     static bool isImageCopied()
     {
         return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+    }
+
+    /// The message on screen, now or in a moment.
+    static QString told()
+    {
+        gesture::waitFor([] { return HUD::currentMessage().has_value(); });
+        return HUD::currentMessage().value_or(QString());
     }
 
     /// Saves over the dialog under a name as a person types it.
@@ -138,7 +147,7 @@ TEST_F(EditorWindowTest, QuickSaveWritesTheFinishedPictureAndSaysWhere)
 {
     edit();
     editor.quickSave();
-    EXPECT_EQ(HUD::currentMessage(), u"Guardado en capturas");
+    EXPECT_EQ(told(), u"Guardado en capturas");
     const QDir captures(settings.saveFolder());
     const auto names = captures.entryList(QDir::Files);
     ASSERT_EQ(names.size(), 1);
@@ -154,14 +163,14 @@ TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
     const stage::SmallDisk disk;
     disk.makeReadOnly();
     settings.setSaveFolder(disk.path());
+    const auto isFailure = [](const QString& message) {
+        return message.startsWith(u"No se pudo guardar: ") && message.size() > 25;
+    };
     editor.quickSave();
-    ASSERT_TRUE(HUD::currentMessage());
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
-    EXPECT_GT(HUD::currentMessage()->size(), 25);
+    EXPECT_TRUE(isFailure(told()));
     HUD::dismiss();
     saveAs(disk.path() + u"/x.png"_qs);
-    ASSERT_TRUE(HUD::currentMessage());
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
+    EXPECT_TRUE(isFailure(told()));
 }
 
 TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
@@ -175,7 +184,7 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
     delete dialog;
 
     saveAs(captures.filePath(u"a las 14.07"_qs));
-    EXPECT_EQ(HUD::currentMessage(), u"Guardado como a las 14.07.png");
+    EXPECT_EQ(told(), u"Guardado como a las 14.07.png");
     EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_qs)).isNull());
 
     HUD::dismiss();
@@ -184,6 +193,7 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
     auto* question = editor.window().findChild<QMessageBox*>();
     ASSERT_TRUE(question);
     question->reject();
+    Exporter::savingThread().waitForDone();
     EXPECT_EQ(stage::contents(captures.filePath(u"b.png"_qs)), "valioso");
     EXPECT_FALSE(HUD::currentMessage());
 }
