@@ -71,7 +71,6 @@ ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<QS
 {
     timer.setInterval(checkInterval);
     connect(&timer, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
-    connect(qApp, &QCoreApplication::aboutToQuit, this, &ThumbnailController::finish);
 }
 
 ThumbnailController::~ThumbnailController()
@@ -112,7 +111,7 @@ void ThumbnailController::slideIn()
 
 void ThumbnailController::checkLifetime()
 {
-    if (!panel || unfinished)
+    if (!panel || isSaving)
         return;
     if (panel->isUnderPointer())
         deadline.setRemainingTime(lifetimeAfterPointer);
@@ -120,29 +119,7 @@ void ThumbnailController::checkLifetime()
         close(true);
 }
 
-template <typename Work, typename Use> void ThumbnailController::begin(Work work, Use use)
-{
-    const auto result = runOn(Exporter::savingThread(), std::move(work));
-    unfinished = [result, use = std::move(use)] { return use(result); };
-    whenFinished(result, this, [this](const auto&) {
-        if (finish())
-            leave(true);
-    });
-}
-
-bool ThumbnailController::finish()
-{
-    const auto use = std::exchange(unfinished, nullptr);
-    return use && use();
-}
-
 void ThumbnailController::close(bool animated)
-{
-    finish();
-    leave(animated);
-}
-
-void ThumbnailController::leave(bool animated)
 {
     timer.stop();
     if (!panel)
@@ -176,25 +153,32 @@ void ThumbnailController::copy()
 
 void ThumbnailController::save()
 {
-    if (unfinished)
+    if (isSaving)
         return;
     if (savedPath) {
         actions.revealFile(*savedPath);
-        return leave(true);
+        return close(true);
     }
+    isSaving = true;
     const auto write = [shot = shot, folder = settings.saveFolder()] {
         return Exporter::quickSave(shot.image, shot.pixelScale, folder, shot.suggestedName);
     };
-    begin(write, [this](const QFuture<QString>& path) {
+    // Whether the card is still there or not: a new capture may have closed it.
+    const auto tell = [card = QPointer(this), reveal = actions.revealFile](const QFuture<QString>& written) {
+        if (card)
+            card->isSaving = false;
         try {
-            savedPath = path.result();
+            const auto path = written.result();
+            reveal(path);
+            if (card) {
+                card->savedPath = path;
+                card->close(true);
+            }
         } catch (const Error& error) {
             HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-            return false;
         }
-        actions.revealFile(*savedPath);
-        return true;
-    });
+    };
+    whenFinished(runOn(Exporter::savingThread(), write), QCoreApplication::instance(), tell);
 }
 
 std::optional<QString> ThumbnailController::fileToDrag()

@@ -36,15 +36,14 @@ public:
     ~ThumbnailController() override;
 
     void show();
-    /// Takes the card off the screen, at once or gliding away, and finishes first what it was told to do.
-    /// Closing it again does nothing.
+    /// Takes the card off the screen, at once or gliding away. Closing it again does nothing.
     void close(bool animated);
 
     /// Closes the card and opens the capture in an editor.
     void edit();
     void copy();
     /// Saves the capture where it is not saved yet, shows the file and closes the card, in a moment. When
-    /// that fails the card stays.
+    /// that fails the card stays. What was begun is finished also when the card is closed meanwhile.
     void save();
     /// The file to hand to another program: the saved one, else one made for it now; none when that fails.
     std::optional<QString> fileToDrag();
@@ -54,10 +53,6 @@ Q_SIGNALS:
     void closed();
 
 private:
-    /// Works on a thread, then uses the result, and closes the card when that says true.
-    template <typename Work, typename Use> void begin(Work work, Use use);
-    bool finish();
-    void leave(bool animated);
     void checkLifetime();
     QPoint restingPlace() const;
     void slideIn();
@@ -67,8 +62,8 @@ private:
     std::optional<QString> temporaryPath; ///< made for an earlier drag
     const Settings& settings;
     Actions actions;
-    QPointer<ThumbnailPanel> panel;   ///< while it is shown
-    std::function<bool()> unfinished; ///< uses what a thread is working on, and waits for it
+    bool isSaving = false;
+    QPointer<ThumbnailPanel> panel; ///< while it is shown
     QTimer timer;
     QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
 };
