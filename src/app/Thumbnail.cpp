@@ -10,6 +10,7 @@
 #include "render/Exporter.h"
 #include "settings/Settings.h"
 
+#include <QCoreApplication>
 #include <QCursor>
 #include <QFileInfo>
 #include <QGuiApplication>
