@@ -188,14 +188,23 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
     EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_qs)).isNull());
 
     HUD::dismiss();
-    stage::put(captures.filePath(u"b.png"_qs), "valioso");
-    saveAs(captures.filePath(u"b"_qs));
-    auto* question = editor.window().findChild<QMessageBox*>();
-    ASSERT_TRUE(question);
-    question->reject();
-    Exporter::savingThread().waitForDone();
-    EXPECT_EQ(stage::contents(captures.filePath(u"b.png"_qs)), "valioso");
-    EXPECT_FALSE(HUD::currentMessage());
+    saveAs(captures.filePath(u"Acta \"final\" de 15\".png"_qs));
+    EXPECT_EQ(told(), u"Guardado como Acta \"final\" de 15\".png");
+    EXPECT_TRUE(captures.exists(u"Acta \"final\" de 15\".png"_qs));
+
+    for (const auto& name : {u"b"_qs, u"la \"b\".png"_qs}) {
+        HUD::dismiss();
+        const auto path = captures.filePath(name.endsWith(u".png") ? name : name + u".png"_qs);
+        stage::put(path, "valioso");
+        saveAs(captures.filePath(name));
+        auto* question = editor.window().findChild<QMessageBox*>();
+        ASSERT_TRUE(question);
+        question->reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        Exporter::savingThread().waitForDone();
+        EXPECT_EQ(stage::contents(path), "valioso");
+        EXPECT_FALSE(HUD::currentMessage());
+    }
 }
 
 TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)
