@@ -28,8 +28,7 @@ QStringList encodedFormats(const QMimeData& data)
     QStringList formats;
     for (const auto& format : data.formats())
         if (known.contains(format.toLatin1()))
-            formats.append(format);
-    std::ranges::stable_partition(formats, [](const QString& format) { return format == u"image/png"; });
+            formats.insert(format == u"image/png" ? 0 : formats.size(), format);
     return formats;
 }
 
