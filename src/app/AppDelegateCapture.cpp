@@ -105,7 +105,7 @@ void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<Q
 {
     if (thumbnail)
         thumbnail->close(false);
-    thumbnail = new ThumbnailController(shot, savedPath,
+    thumbnail = new ThumbnailController(shot, savedPath, settings,
         {.openEditor = [this](const CaptureResult& capture) { openEditor(capture); },
             .revealFile = [this](const QString& path) { workspace->revealFile(path); }},
         this);

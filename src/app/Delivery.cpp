@@ -19,20 +19,11 @@ void Delivery::deliver(const CaptureResult& result)
     if (settings.playSound())
         routes.playSound();
 
-    // Encoded once for the clipboard and the file.
-    std::optional<QByteArray> png;
-    if (settings.autoCopy() || settings.autoSave())
-        png = Exporter::pngData(result.image, result.pixelScale);
-    if (settings.autoCopy() && png)
-        Clipboard::copy(*png);
     std::optional<QString> savedPath;
-    if (settings.autoSave() && png) {
-        try {
-            savedPath = Exporter::quickSave(*png, result.suggestedName);
-        } catch (const Error&) {
-            savedPath.reset(); // the thumbnail shows it as not saved
-        }
-    }
+    if (settings.autoSave())
+        savedPath = save(result);
+    else if (settings.autoCopy())
+        Clipboard::copy(result.image, result.pixelScale);
 
     switch (settings.afterCapture()) {
     case AfterCapture::editor:
@@ -48,6 +39,19 @@ void Delivery::deliver(const CaptureResult& result)
         routes.showMessage(settings.autoCopy() ? u"Captura copiada"_qs : u"Captura guardada"_qs,
             u"checkmark.circle.fill"_qs, {});
         break;
+    }
+}
+
+/// Where it was saved; copies it too where that is wished, for it is encoded only once.
+std::optional<QString> Delivery::save(const CaptureResult& result) const
+{
+    const auto png = Exporter::pngData(result.image, result.pixelScale).value_or(QByteArray());
+    if (settings.autoCopy())
+        Clipboard::copy(png);
+    try {
+        return Exporter::quickSave(png, settings.saveFolder(), result.suggestedName);
+    } catch (const Error&) {
+        return std::nullopt; // the thumbnail shows it as not saved
     }
 }
 

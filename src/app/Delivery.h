@@ -45,6 +45,7 @@ public:
     void cancelled() { routes.reactivatePrevious(); }
 
 private:
+    std::optional<QString> save(const CaptureResult& result) const;
     void copyText(const QString& text);
 
     const Settings& settings;

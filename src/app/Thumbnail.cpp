@@ -6,9 +6,13 @@
 #include "platform/Compositor.h"
 #include "platform/Error.h"
 #include "platform/PanelWindow.h"
+#include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
+#include "settings/Settings.h"
 
+#include <QCoreApplication>
+#include <QCursor>
 #include <QFileInfo>
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
@@ -56,11 +60,12 @@ void glide(QWidget& panel, QPoint place, double opacity, int milliseconds, const
 
 } // namespace
 
-ThumbnailController::ThumbnailController(
-    CaptureResult capture, std::optional<QString> saved, Actions others, QObject* parent)
+ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<QString> saved,
+    const Settings& store, Actions others, QObject* parent)
     : QObject(parent)
     , shot(std::move(capture))
     , savedPath(std::move(saved))
+    , settings(store)
     , actions(std::move(others))
 {
     timer.setInterval(checkInterval);
@@ -105,7 +110,7 @@ void ThumbnailController::slideIn()
 
 void ThumbnailController::checkLifetime()
 {
-    if (!panel)
+    if (!panel || isSaving)
         return;
     if (panel->isUnderPointer())
         deadline.setRemainingTime(lifetimeAfterPointer);
@@ -147,16 +152,32 @@ void ThumbnailController::copy()
 
 void ThumbnailController::save()
 {
-    if (!savedPath) {
+    if (isSaving)
+        return;
+    if (savedPath) {
+        actions.revealFile(*savedPath);
+        return close(true);
+    }
+    isSaving = true;
+    const auto write = [shot = shot, folder = settings.saveFolder()] {
+        return Exporter::quickSave(shot.image, shot.pixelScale, folder, shot.suggestedName);
+    };
+    // Whether the card is still there or not: a new capture may have closed it.
+    const auto tell = [card = QPointer(this), reveal = actions.revealFile](const QFuture<QString>& written) {
+        if (card)
+            card->isSaving = false;
         try {
-            savedPath = Exporter::quickSave(shot.image, shot.pixelScale, shot.suggestedName);
+            const auto path = written.result();
+            reveal(path);
+            if (card) {
+                card->savedPath = path;
+                card->close(true);
+            }
         } catch (const Error& error) {
             HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-            return;
         }
-    }
-    actions.revealFile(*savedPath);
-    close(true);
+    };
+    whenFinished(runOn(Exporter::savingThread(), write), QCoreApplication::instance(), tell);
 }
 
 std::optional<QString> ThumbnailController::fileToDrag()

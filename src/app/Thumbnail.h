@@ -11,6 +11,7 @@
 
 namespace pintalux {
 
+class Settings;
 class ThumbnailPanel;
 
 /// A finished capture as a small card in the lower right corner of the screen under the pointer: a click
@@ -30,8 +31,8 @@ public:
     };
 
     /// `savedPath` is where the capture was saved already. Nothing is shown yet.
-    ThumbnailController(
-        CaptureResult shot, std::optional<QString> savedPath, Actions actions, QObject* parent);
+    ThumbnailController(CaptureResult shot, std::optional<QString> savedPath, const Settings& settings,
+        Actions actions, QObject* parent);
     ~ThumbnailController() override;
 
     void show();
@@ -41,7 +42,8 @@ public:
     /// Closes the card and opens the capture in an editor.
     void edit();
     void copy();
-    /// Saves the capture where it is not saved yet, and shows the file. When that fails the card stays.
+    /// Saves the capture where it is not saved yet, shows the file and closes the card, in a moment. When
+    /// that fails the card stays. What was begun is finished also when the card is closed meanwhile.
     void save();
     /// The file to hand to another program: the saved one, else one made for it now; none when that fails.
     std::optional<QString> fileToDrag();
@@ -58,7 +60,9 @@ private:
     const CaptureResult shot;
     std::optional<QString> savedPath;
     std::optional<QString> temporaryPath; ///< made for an earlier drag
+    const Settings& settings;
     Actions actions;
+    bool isSaving = false;
     QPointer<ThumbnailPanel> panel; ///< while it is shown
     QTimer timer;
     QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it

@@ -3,40 +3,71 @@
 #include "platform/Error.h"
 #include "platform/ImageFile.h"
 
+#include <QImageReader>
 #include <QMimeData>
 #include <QMimeDatabase>
 #include <QUrl>
 
 namespace pintalux::CanvasPasteboard {
 
-QImage firstImage(const QMimeData* data)
+namespace {
+
+QStringList localFiles(const QMimeData& data)
 {
-    if (!data)
-        return {};
-    for (const auto& url : data->urls()) {
-        if (!url.isLocalFile())
-            continue;
-        try {
-            return readImageFile(url.toLocalFile()).image;
-        } catch (const Error&) {
-            continue; // no picture: the next one may be
-        }
-    }
-    return data->hasImage() ? workingImage(qvariant_cast<QImage>(data->imageData())) : QImage();
+    QStringList files;
+    for (const auto& url : data.urls())
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    return files;
 }
+
+/// The formats of encoded image data, best first. What this program itself has copied offers nothing else.
+QStringList encodedFormats(const QMimeData& data)
+{
+    const auto known = QImageReader::supportedMimeTypes();
+    QStringList formats;
+    for (const auto& format : data.formats())
+        if (known.contains(format.toLatin1()))
+            formats.insert(format == u"image/png" ? 0 : formats.size(), format);
+    return formats;
+}
+
+} // namespace
 
 bool offersImage(const QMimeData* data)
 {
     if (!data)
         return false;
     const QMimeDatabase types;
-    for (const auto& url : data->urls())
-        if (url.isLocalFile()
-            && types.mimeTypeForFile(url.toLocalFile(), QMimeDatabase::MatchContent)
-                   .name()
-                   .startsWith(u"image/"))
+    for (const auto& file : localFiles(*data))
+        if (types.mimeTypeForFile(file, QMimeDatabase::MatchContent).name().startsWith(u"image/"))
             return true;
-    return data->hasImage();
+    return data->hasImage() || !encodedFormats(*data).isEmpty();
+}
+
+Offer offer(const QMimeData& data)
+{
+    Offer found{.files = localFiles(data), .encoded = {}, .image = {}};
+    for (const auto& format : encodedFormats(data)) {
+        found.encoded = data.data(format);
+        if (!found.encoded.isEmpty())
+            return found;
+    }
+    if (data.hasImage())
+        found.image = qvariant_cast<QImage>(data.imageData());
+    return found;
+}
+
+QImage firstImage(const Offer& offer)
+{
+    for (const auto& file : offer.files) {
+        try {
+            return readImageFile(file).image;
+        } catch (const Error&) {
+            continue; // no picture: the next one may be
+        }
+    }
+    return offer.encoded.isEmpty() ? workingImage(offer.image) : decodedImage(offer.encoded);
 }
 
 } // namespace pintalux::CanvasPasteboard

@@ -1,16 +1,28 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
+#include <QStringList>
 
 class QMimeData;
 
 namespace pintalux::CanvasPasteboard {
 
-/// The first picture that a clipboard or a drag offers: of its files the first that can be decoded, else its
-/// image data. Null for none. In the program's working format.
-QImage firstImage(const QMimeData* data);
+/// What a clipboard or a drag offers of pictures, taken out of it undecoded.
+struct Offer {
+    QStringList files;  ///< local ones
+    QByteArray encoded; ///< image data as its owner sends it
+    QImage image;       ///< image data that its owner has in memory
+};
 
-/// Whether `firstImage` is likely to find one, told without decoding: by the contents' first bytes.
+/// Whether there is a picture to expect, told by the first bytes of files.
 bool offersImage(const QMimeData* data);
+
+/// Main thread, while the clipboard or the drag lasts.
+Offer offer(const QMimeData& data);
+
+/// The first picture of an offer: of its files the first that can be decoded, else its image data. Null for
+/// none. In the program's working format. Any thread.
+QImage firstImage(const Offer& offer);
 
 } // namespace pintalux::CanvasPasteboard

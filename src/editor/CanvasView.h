@@ -5,6 +5,7 @@
 #include "editor/CanvasPicture.h"
 #include "editor/EditorModel.h"
 #include "editor/HoverInfo.h"
+#include "editor/IncomingPictures.h"
 
 #include <QMargins>
 #include <QPointF>
@@ -12,6 +13,8 @@
 
 #include <memory>
 #include <optional>
+
+class QMimeData;
 
 namespace pintalux {
 
@@ -41,9 +44,9 @@ public:
     /// Document point at the centre of the visible document area.
     QPointF visibleImageCenter() const;
 
-    /// Finishes the text that is being typed, if any, and a drag that is under way.
+    /// Finishes the text that is being typed, if any, a drag that is under way and pictures on their way.
     void commitText();
-    /// Inserts the clipboard's first picture; beeps when there is none.
+    /// Inserts the clipboard's first picture, in a moment; beeps when there is none.
     void paste();
     /// Puts the hovered colour's text on the clipboard and says so.
     void copyHoverColor();
@@ -115,6 +118,7 @@ private:
     void escape();
     bool chooseColor(const QKeyEvent& event);
     bool toggleFill();
+    void insertFrom(const QMimeData& data, QPointF place);
 
     EditorModel& model;
     HoverInfo hoverInfo;
@@ -131,6 +135,8 @@ private:
     CanvasTextField* textField = nullptr; ///< a child
     std::optional<QUuid> editingID;       ///< none for a new text
     std::optional<Annotation> editingTemplate;
+
+    IncomingPictures incoming;
 };
 
 } // namespace pintalux

@@ -161,13 +161,24 @@ bool CanvasView::toggleFill()
 
 // ---- Pictures from elsewhere
 
+void CanvasView::insertFrom(const QMimeData& data, QPointF place)
+{
+    const auto decode
+        = [offer = CanvasPasteboard::offer(data)] { return CanvasPasteboard::firstImage(offer); };
+    incoming.expect(decode, [this, place](const QImage& image) {
+        if (image.isNull())
+            QApplication::beep();
+        else
+            model.insertImage(image, place, 1);
+    });
+}
+
 void CanvasView::paste()
 {
-    const auto image = CanvasPasteboard::firstImage(QApplication::clipboard()->mimeData());
-    if (image.isNull())
-        QApplication::beep();
+    if (const auto* copied = QApplication::clipboard()->mimeData())
+        insertFrom(*copied, visibleImageCenter());
     else
-        model.insertImage(image, visibleImageCenter(), 1);
+        QApplication::beep();
 }
 
 void CanvasView::dragEnterEvent(QDragEnterEvent* event)
@@ -180,10 +191,9 @@ void CanvasView::dragEnterEvent(QDragEnterEvent* event)
 
 void CanvasView::dropEvent(QDropEvent* event)
 {
-    const auto image = CanvasPasteboard::firstImage(event->mimeData());
-    if (image.isNull())
+    if (!CanvasPasteboard::offersImage(event->mimeData()))
         return event->ignore();
-    model.insertImage(image, documentPoint(event->position()), 1);
+    insertFrom(*event->mimeData(), documentPoint(event->position()));
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }

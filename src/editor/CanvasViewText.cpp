@@ -74,6 +74,7 @@ void CanvasView::closeTextField()
 
 void CanvasView::commitText()
 {
+    incoming.finish();
     release();
     finishText();
 }

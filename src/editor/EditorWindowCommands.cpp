@@ -13,6 +13,7 @@
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
 
+#include <QCoreApplication>
 #include <QDrag>
 #include <QFileInfo>
 #include <QPointer>
@@ -46,9 +47,11 @@ QImage EditorWindowController::finishedImage()
     return editorModel.renderFinal();
 }
 
-QByteArray EditorWindowController::finishedPng()
+bool EditorWindowController::copyFinished()
 {
-    return Exporter::pngData(finishedImage(), editorModel.doc().pixelScale).value_or(QByteArray());
+    const auto image = finishedImage();
+    Clipboard::copy(image, editorModel.doc().pixelScale);
+    return !image.isNull();
 }
 
 void EditorWindowController::commitText() { canvas().commitText(); }
@@ -63,18 +66,15 @@ void EditorWindowController::redo() { editorModel.redo(); }
 
 void EditorWindowController::copy()
 {
-    const auto png = finishedPng();
-    if (png.isEmpty())
-        return;
-    Clipboard::copy(png);
-    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+    if (copyFinished())
+        HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
 }
 
 void EditorWindowController::saveAs()
 {
     if (const auto image = finishedImage(); !image.isNull())
-        Exporter::savePanel(
-            image, editorModel.doc().pixelScale, editorModel.suggestedName(), editorWindow.get());
+        Exporter::savePanel(image, editorModel.doc().pixelScale, settings.saveFolder(),
+            editorModel.suggestedName(), editorWindow.get());
 }
 
 void EditorWindowController::quickSave()
@@ -82,14 +82,19 @@ void EditorWindowController::quickSave()
     const auto image = finishedImage();
     if (image.isNull())
         return;
-    try {
-        const auto path
-            = Exporter::quickSave(image, editorModel.doc().pixelScale, editorModel.suggestedName());
-        HUD::show(
-            u"Guardado en "_qs + QFileInfo(QFileInfo(path).path()).fileName(), u"checkmark.circle.fill"_qs);
-    } catch (const Error& error) {
-        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-    }
+    const auto save
+        = [image, scale = editorModel.doc().pixelScale, folder = settings.saveFolder(),
+              name = editorModel.suggestedName()] { return Exporter::quickSave(image, scale, folder, name); };
+    const auto tell = [](const QFuture<QString>& path) {
+        try {
+            HUD::show(u"Guardado en "_qs + QFileInfo(QFileInfo(path.result()).path()).fileName(),
+                u"checkmark.circle.fill"_qs);
+        } catch (const Error& error) {
+            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+        }
+    };
+    // Told also when this window has gone by then.
+    whenFinished(runOn(Exporter::savingThread(), save), QCoreApplication::instance(), tell);
 }
 
 void EditorWindowController::insertImage()

@@ -5,8 +5,6 @@
 #include "editor/CanvasView.h"
 #include "editor/EditorWindowLayout.h"
 #include "platform/PanelWindow.h"
-#include "render/Clipboard.h"
-#include "render/Exporter.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -142,12 +140,8 @@ void EditorWindowController::windowWillClose()
 {
     // First, so that a text that was being typed counts as the edit that it is.
     commitText();
-    if (settings.autoCopy() && editorModel.undoCount() >= 1) {
-        if (const auto png = finishedPng(); !png.isEmpty()) {
-            Clipboard::copy(png);
-            HUD::show(u"Copiada con tus anotaciones"_qs, u"doc.on.clipboard.fill"_qs);
-        }
-    }
+    if (settings.autoCopy() && editorModel.undoCount() >= 1 && copyFinished())
+        HUD::show(u"Copiada con tus anotaciones"_qs, u"doc.on.clipboard.fill"_qs);
     if (onClose)
         onClose();
 }

@@ -60,7 +60,8 @@ public:
 private:
     /// The finished picture, with the text that is being typed; null when it cannot be made.
     QImage finishedImage();
-    QByteArray finishedPng();
+    /// Puts the finished picture on the clipboard; false when it cannot be made.
+    bool copyFinished();
     void windowWillClose();
     void makeMenuBar();
     void showWhatIsPossible(const QMenu& menu) const;

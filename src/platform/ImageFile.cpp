@@ -11,6 +11,8 @@
 #include <QFileInfo>
 #include <QImageReader>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace pintalux {
@@ -72,6 +74,35 @@ Decoded decodeWithToolkit(QByteArray bytes)
     return {std::move(image), dotsPerInch};
 }
 
+Decoded decode(const QByteArray& bytes)
+{
+    if (!looksLikeHeif(bytes))
+        return decodeWithToolkit(bytes);
+    HeifImage heif = decodeHeif(bytes, memoryLimit);
+    return {std::move(heif.image), std::nullopt, heif.tooLarge};
+}
+
+/// True for sRGB by name, and for how PNG files describe it to old readers: by its primaries and a gamma of
+/// 1 / 2.2, and no profile. To the letter that is another curve, which would shift the dark colours of a
+/// picture whose writer means sRGB.
+bool meansStandard(const QColorSpace& space)
+{
+    if (space == QColorSpace(QColorSpace::SRgb))
+        return true;
+    if (space.transferFunction() != QColorSpace::TransferFunction::Gamma
+        || std::abs(space.gamma() - 2.2F) > 0.005F || !space.description().isEmpty())
+        return false;
+    const QColorSpace sameCurve(
+        QColorSpace::Primaries::SRgb, QColorSpace::TransferFunction::Gamma, space.gamma());
+    const auto transform = space.transformationToColorSpace(sameCurve);
+    return std::ranges::all_of(
+        std::array{qRgb(200, 80, 60), qRgb(60, 200, 80), qRgb(80, 60, 200)}, [&](QRgb color) {
+            const auto mapped = transform.map(color);
+            return std::abs(qRed(mapped) - qRed(color)) <= 1 && std::abs(qGreen(mapped) - qGreen(color)) <= 1
+                && std::abs(qBlue(mapped) - qBlue(color)) <= 1;
+        });
+}
+
 bool isOpaque(const QImage& image)
 {
     for (int y = 0; y < image.height(); ++y) {
@@ -92,7 +123,7 @@ QImage workingImage(QImage image)
     if (image.depth() <= 32) // deeper ones keep their depth until their colours are converted
         image.convertTo(transparent ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     const QColorSpace standard(QColorSpace::SRgb);
-    if (image.colorSpace().isValid() && image.colorSpace() != standard)
+    if (image.colorSpace().isValid() && !meansStandard(image.colorSpace()))
         image.convertToColorSpace(standard);
     image.convertTo(transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
     if (transparent && !image.isNull() && isOpaque(image))
@@ -109,16 +140,11 @@ double ImageFile::pixelScale() const
     return std::max(1., std::round(*dotsPerInch / 72));
 }
 
+QImage decodedImage(const QByteArray& bytes) { return workingImage(decode(bytes).image); }
+
 ImageFile readImageFile(const QString& path)
 {
-    const QByteArray bytes = readBytes(path);
-    Decoded decoded;
-    if (looksLikeHeif(bytes)) {
-        HeifImage heif = decodeHeif(bytes, memoryLimit);
-        decoded = {std::move(heif.image), std::nullopt, heif.tooLarge};
-    } else {
-        decoded = decodeWithToolkit(bytes);
-    }
+    Decoded decoded = decode(readBytes(path));
     const QString name = QFileInfo(path).fileName();
     if (decoded.tooLarge)
         fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 
@@ -26,6 +27,9 @@ struct ImageFile {
 /// Throws `Error` with a Spanish sentence for a file that cannot be read, is no picture, is broken or cut
 /// off, or would take more than 1 GiB of memory; that is found out before the memory is taken.
 ImageFile readImageFile(const QString& path);
+
+/// The same from bytes that were sent instead of written to a file. Null when they are no picture.
+QImage decodedImage(const QByteArray& bytes);
 
 /// A picture from elsewhere in the form that `ImageFile::image` has. Null stays null.
 QImage workingImage(QImage image);

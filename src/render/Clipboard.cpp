@@ -1,5 +1,6 @@
 #include "render/Clipboard.h"
 
+#include "platform/Worker.h"
 #include "render/Exporter.h"
 
 #include <QBuffer>
@@ -19,8 +20,8 @@ const QString tiffType = QStringLiteral("image/tiff");
 /// anybody asks for it, so that it is made from them for each request.
 class PictureData : public QMimeData {
 public:
-    explicit PictureData(const QByteArray& bytes)
-        : png(bytes)
+    explicit PictureData(QFuture<QByteArray> encoded)
+        : png(std::move(encoded))
     {
     }
 
@@ -34,7 +35,7 @@ protected:
     QVariant retrieveData(const QString& type, QMetaType) const override
     {
         if (type == pngType)
-            return png;
+            return png.result(); // which waits for it
         if (type == tiffType)
             return tiff();
         return {};
@@ -46,24 +47,38 @@ private:
         QBuffer buffer;
         QImageWriter writer(&buffer, "tiff");
         writer.setCompression(1); // LZW, which every reader of the format knows
-        return writer.write(QImage::fromData(png, "PNG")) ? buffer.data() : QByteArray();
+        return writer.write(QImage::fromData(png.result(), "PNG")) ? buffer.data() : QByteArray();
     }
 
-    QByteArray png;
+    QFuture<QByteArray> png;
 };
+
+/// Of its own, so that nobody who pastes waits for other work.
+QThreadPool& encodingPool()
+{
+    static QThreadPool pool;
+    return pool;
+}
+
+void offer(QFuture<QByteArray> png)
+{
+    QGuiApplication::clipboard()->setMimeData(new PictureData(std::move(png))); // which owns it
+}
 
 } // namespace
 
 void copy(const QImage& image, double pixelScale)
 {
-    if (const auto png = Exporter::pngData(image, pixelScale))
-        copy(*png);
+    const auto encode
+        = [image, pixelScale] { return Exporter::pngData(image, pixelScale).value_or(QByteArray()); };
+    if (!image.isNull())
+        offer(runOn(encodingPool(), encode));
 }
 
 void copy(const QByteArray& png)
 {
     if (!png.isEmpty())
-        QGuiApplication::clipboard()->setMimeData(new PictureData(png)); // which owns it
+        offer(QtFuture::makeReadyFuture(png));
 }
 
 void copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }

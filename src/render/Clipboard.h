@@ -9,11 +9,12 @@ namespace pintalux {
 /// Puts pictures and text on the clipboard.
 namespace Clipboard {
 
-/// Offers the picture as PNG, made now, and as TIFF, made when somebody asks for it; both tell its physical
-/// size. A picture that cannot be encoded leaves the clipboard as it is.
+/// Offers the picture as PNG and as TIFF; both tell its physical size. It returns at once: the PNG is made on
+/// a thread, and who asks for it earlier waits; the TIFF is made when somebody asks. A null picture leaves
+/// the clipboard as it is.
 void copy(const QImage& image, double pixelScale);
 
-/// The same from bytes that `Exporter::pngData` has made.
+/// The same from bytes that `Exporter::pngData` has made; none leave the clipboard as it is.
 void copy(const QByteArray& png);
 
 void copy(const QString& text);

@@ -6,15 +6,17 @@
 #include "platform/LargeImage.h"
 #include "platform/PngEncoder.h"
 #include "render/Renderer.h"
-#include "settings/Settings.h"
 
 #include <QColorSpace>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QPointer>
 #include <QStringView>
 #include <QTextBoundaryFinder>
+#include <QThreadPool>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -128,6 +130,15 @@ std::optional<QString> temporaryFolder()
     return ownPrivately(folder) ? std::optional(folder) : std::nullopt;
 }
 
+/// Pictures that were dragged away long ago: the folder often lies in memory and outlives the program.
+void removeOldPictures(const QString& folder)
+{
+    const auto limit = QDateTime::currentDateTime().addDays(-1);
+    for (const auto& file : QDir(folder).entryInfoList({u'*' + ending}, QDir::Files))
+        if (file.lastModified() < limit)
+            QFile::remove(file.filePath());
+}
+
 } // namespace
 
 QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache)
@@ -174,24 +185,36 @@ void write(const QByteArray& png, const QString& path)
     replaceFile(path, png);
 }
 
-QString quickSave(const QImage& image, double pixelScale, const std::optional<QString>& name, Clock clock)
+QString quickSave(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name, Clock clock)
 {
-    return quickSave(pngData(image, pixelScale).value_or(QByteArray()), name, clock);
+    return quickSave(pngData(image, pixelScale).value_or(QByteArray()), folder, name, clock);
 }
 
-QString quickSave(const QByteArray& png, const std::optional<QString>& name, Clock clock)
+QString quickSave(
+    const QByteArray& png, const QString& folder, const std::optional<QString>& name, Clock clock)
 {
     requireEncoded(png);
-    const QDir folder(Settings::shared().saveFolder());
-    makeFolders(folder.path());
-    auto candidate = folder.filePath(defaultFileName(name, clock()));
+    makeFolders(folder);
+    const QDir target(folder);
+    auto candidate = target.filePath(defaultFileName(name, clock()));
     // Asking first only spares the writing: what counts is that the name is free when the file gets it.
     for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
         auto fileName = defaultFileName(name, clock());
         fileName.chop(ending.size());
-        candidate = folder.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+        candidate = target.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
     }
     return candidate;
+}
+
+QThreadPool& savingThread()
+{
+    static QPointer<QThreadPool> thread;
+    if (!thread) {
+        thread = new QThreadPool(QCoreApplication::instance());
+        thread->setMaxThreadCount(1);
+    }
+    return *thread;
 }
 
 std::optional<QString> temporaryFile(
@@ -207,6 +230,7 @@ std::optional<QString> temporaryFile(const QByteArray& png, const std::optional<
         const auto folder = temporaryFolder();
         if (!folder)
             return std::nullopt;
+        removeOldPictures(*folder);
         const auto path = *folder + u'/' + defaultFileName(name);
         replaceFile(path, png, Audience::onlyOwner);
         return path;

@@ -11,6 +11,7 @@
 
 #include <optional>
 
+class QThreadPool;
 class QWidget;
 
 namespace pintalux {
@@ -47,21 +48,26 @@ QString defaultFileName(
 void write(const QImage& image, double pixelScale, const QString& path);
 void write(const QByteArray& png, const QString& path);
 
-/// Saves into the configured folder without asking and without ever replacing a file, also when another
-/// process saves at the same moment: a name that is taken gets " (2)", " (3)", … The path that was written.
-QString quickSave(const QImage& image, double pixelScale, const std::optional<QString>& name = std::nullopt,
-    Clock clock = QDateTime::currentDateTime);
-QString quickSave(const QByteArray& png, const std::optional<QString>& name = std::nullopt,
-    Clock clock = QDateTime::currentDateTime);
+/// Saves into the folder, made where it is missing, without asking and without ever replacing a file, also
+/// when another process saves at the same moment: a name that is taken gets " (2)", " (3)", … The path that
+/// was written.
+QString quickSave(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name = std::nullopt, Clock clock = QDateTime::currentDateTime);
+QString quickSave(const QByteArray& png, const QString& folder,
+    const std::optional<QString>& name = std::nullopt, Clock clock = QDateTime::currentDateTime);
 
-/// Asks with the desktop's own dialog where to save, over `window` if there is one, and saves there. Returns
-/// at once; what became of it is said on screen. The name gets its ending where it lacks it, and a file that
-/// then stands in the way is only replaced after asking.
-void savePanel(
-    const QImage& image, double pixelScale, const std::optional<QString>& name, QWidget* window = nullptr);
+/// Where windows save, so that they go on answering: one file after another, named in their order. The end of
+/// the application waits for what is still to be saved.
+QThreadPool& savingThread();
+
+/// Asks with the desktop's own dialog where to save, beginning in `folder`, over `window` if there is one,
+/// and saves there. Returns at once; what became of it is said on screen. The name gets its ending where it
+/// lacks it, and a file that then stands in the way is only replaced after asking.
+void savePanel(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name, QWidget* window = nullptr);
 
 /// Writes the file into the person's private temporary folder, to be dragged into other programs; none on any
-/// failure.
+/// failure. Those of earlier days are removed.
 ///
 /// The folder is called "Pintalux", has mode 0700 and stands in `$XDG_RUNTIME_DIR`, which is the person's
 /// own. Where the session has none, it stands in `pintalux-<user number>` in the temporary directory, so that

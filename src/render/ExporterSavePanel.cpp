@@ -3,11 +3,13 @@
 #include "app/HUD.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/Worker.h"
 #include "render/Exporter.h"
-#include "settings/Settings.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -18,14 +20,42 @@ namespace {
 
 const QString ending = QStringLiteral(".png");
 
+/// The toolkit's dialog, but for quotation marks within a name: it takes them for what separates several
+/// names and would save under a piece of it.
+class SavePanel : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+
+    /// Called for such a name in place of `fileSelected`; nobody has asked yet whether to replace a file.
+    std::function<void(const QString& path)> quotedNameChosen;
+
+protected:
+    void accept() override
+    {
+        const auto* field = findChild<QLineEdit*>(u"fileNameEdit"_qs);
+        const auto name = field ? field->text() : QString();
+        const bool isWholeInQuotes = name.startsWith(u'"') && name.indexOf(u'"', 1) == name.size() - 1;
+        if (!name.contains(u'"') || isWholeInQuotes)
+            return QFileDialog::accept();
+        done(QDialog::Accepted);
+        quotedNameChosen(directory().absoluteFilePath(name));
+    }
+};
+
 void save(const QImage& image, double pixelScale, const QString& path)
 {
-    try {
+    const auto work = [=] {
         write(image, pixelScale, path);
-        HUD::show(u"Guardado como "_qs + QFileInfo(path).fileName(), u"checkmark.circle.fill"_qs);
-    } catch (const Error& error) {
-        HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
-    }
+        return QFileInfo(path).fileName();
+    };
+    const auto tell = [](const QFuture<QString>& written) {
+        try {
+            HUD::show(u"Guardado como "_qs + written.result(), u"checkmark.circle.fill"_qs);
+        } catch (const Error& error) {
+            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+        }
+    };
+    whenFinished(runOn(savingThread(), work), QCoreApplication::instance(), tell);
 }
 
 void showModal(QDialog& dialog, const QWidget* window)
@@ -53,30 +83,31 @@ void askToReplace(const QString& path, QWidget* window, const std::function<void
 
 } // namespace
 
-void savePanel(const QImage& image, double pixelScale, const std::optional<QString>& name, QWidget* window)
+void savePanel(const QImage& image, double pixelScale, const QString& folder,
+    const std::optional<QString>& name, QWidget* window)
 {
-    const auto folder = Settings::shared().saveFolder();
     try {
         makeFolders(folder);
     } catch (const Error&) {
         // The dialog opens elsewhere.
     }
-    auto* panel = new QFileDialog(window, u"Guardar como PNG"_qs, folder);
+    auto* panel = new SavePanel(window, u"Guardar como PNG"_qs, folder);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setFileMode(QFileDialog::AnyFile);
     panel->setNameFilter(u"Imagen PNG (*.png)"_qs);
     panel->selectFile(defaultFileName(name));
-    QObject::connect(panel, &QFileDialog::fileSelected, panel,
-        [image, pixelScale, over = QPointer(window)](const QString& chosen) {
-            if (chosen.endsWith(ending, Qt::CaseInsensitive))
-                return save(image, pixelScale, chosen);
-            const auto path = chosen + ending;
-            const auto write = [=] { save(image, pixelScale, path); };
-            if (QFileInfo::exists(path))
-                askToReplace(path, over, write);
-            else
-                write();
-        });
+    const auto saveAs = [image, pixelScale, over = QPointer(window)](const QString& chosen, bool hasAsked) {
+        const bool isComplete = chosen.endsWith(ending, Qt::CaseInsensitive);
+        const auto path = isComplete ? chosen : chosen + ending;
+        const auto write = [=] { save(image, pixelScale, path); };
+        if ((isComplete && hasAsked) || !QFileInfo::exists(path))
+            write();
+        else
+            askToReplace(path, over, write);
+    };
+    QObject::connect(
+        panel, &QFileDialog::fileSelected, panel, [saveAs](const QString& chosen) { saveAs(chosen, true); });
+    panel->quotedNameChosen = [saveAs](const QString& chosen) { saveAs(chosen, false); };
     showModal(*panel, window);
 }
 

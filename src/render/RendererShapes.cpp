@@ -54,12 +54,13 @@ void drawBlur(const Annotation& mark, const MarkContext& context)
     if (copy.isNull())
         return;
     // A half-covered edge pixel would let half of what is to be hidden through: the region grows to whole
-    // pixels.
-    const auto region = QRectF(rect.toAlignedRect() & image.rect());
+    // pixels. Its corners are its own: where it goes beyond the image, the image's corner is hidden too.
+    const QRectF region = rect.toAlignedRect();
+    const QRectF shown = region & QRectF(image.rect());
     auto& graphics = context.graphics;
     graphics.clip(Draw::roundedRect(region, 4 * context.scale()));
     graphics.setInterpolation(GraphicsContext::Interpolation::none);
-    graphics.drawImage(copy, region, region);
+    graphics.drawImage(copy, shown, shown);
 }
 
 void drawInsertedImage(const Annotation& mark, const MarkContext& context)

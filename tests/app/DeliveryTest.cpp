@@ -1,5 +1,6 @@
 #include "app/Delivery.h"
 
+#include "platform/UserDefaults.h"
 #include "settings/Settings.h"
 
 #include <QClipboard>
@@ -60,15 +61,8 @@ protected:
     static QString clipboardText() { return QGuiApplication::clipboard()->text(); }
 
     QTemporaryDir folder;
-    /// The exporter's folder is that of the shared settings, here kept in a folder of the test.
-    static Settings& testSettings()
-    {
-        static const QTemporaryDir configuration;
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(configuration.path()));
-        return Settings::shared();
-    }
-
-    Settings& settings = testSettings();
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
     CaptureResult shot;
     QStringList log;
     QString recognized;

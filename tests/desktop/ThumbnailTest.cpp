@@ -4,6 +4,7 @@
 
 #include "Desktop.h"
 #include "app/HUD.h"
+#include "platform/UserDefaults.h"
 #include "render/Exporter.h"
 #include "settings/Settings.h"
 
@@ -36,7 +37,7 @@ protected:
     ThumbnailTest()
     {
         picture.fill(QColor(0xD9, 0x48, 0x0F));
-        Settings::shared().setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
         moveTo({300, 300});
         HUD::dismiss();
     }
@@ -44,6 +45,7 @@ protected:
     ThumbnailController& show(const std::optional<QString>& savedPath = {})
     {
         thumbnail = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_qs}, savedPath,
+            settings,
             ThumbnailController::Actions{
                 .openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
                 .revealFile = [this](const QString& path) { revealed.append(path); }},
@@ -76,6 +78,8 @@ protected:
     QStringList saved() const { return QDir(folder.filePath(u"capturas"_qs)).entryList({u"*.png"_qs}); }
 
     QTemporaryDir folder;
+    UserDefaults store = UserDefaults::inMemory();
+    Settings settings{store};
     QImage picture{480, 300, QImage::Format_RGB32};
     std::unique_ptr<ThumbnailController> thumbnail;
     QImage edited;
@@ -197,7 +201,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
         waitUntil([&] { return !(line = target.readLine()).isEmpty(); }, 6000);
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
-    const auto savedFile = Exporter::quickSave(picture, 1, u"Guardada"_qs);
+    const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_qs);
     show(savedFile);
     EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
     thumbnail->close(false);

@@ -1,6 +1,8 @@
 #include "CanvasStage.h"
+#include "Gestures.h"
 #include "app/HUD.h"
 #include "editor/CanvasPasteboard.h"
+#include "render/Clipboard.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -143,13 +145,14 @@ TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
         {QUrl(u"https://ejemplo.es/a.png"_qs), QUrl::fromLocalFile(bad), QUrl::fromLocalFile(good)});
     QApplication::clipboard()->setMimeData(copied);
     view->paste();
-    ASSERT_EQ(marks().size(), 1);
+    ASSERT_TRUE(gesture::waitFor([&] { return marks().size() == 1; }));
     EXPECT_EQ(marks().first().image.size(), QSize(40, 30));
     expectNear(marks().first().rect().center(), view->visibleImageCenter());
     EXPECT_EQ(model->tool(), Tool::select);
 
     QApplication::clipboard()->setText(u"solo texto"_qs);
     view->paste();
+    view->commitText();
     EXPECT_EQ(marks().size(), 1);
 
     QMimeData dragged;
@@ -163,7 +166,7 @@ TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
     QDropEvent drop(at, Qt::CopyAction, &dragged, Qt::LeftButton, {});
     QApplication::sendEvent(view.get(), &drop);
     EXPECT_TRUE(drop.isAccepted());
-    ASSERT_EQ(marks().size(), 2);
+    ASSERT_TRUE(gesture::waitFor([&] { return marks().size() == 2; }));
     expectNear(marks().last().rect().center(), {300, 200}, 0.001);
 
     QMimeData text;
@@ -172,6 +175,22 @@ TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
     refused.ignore();
     QApplication::sendEvent(view.get(), &refused);
     EXPECT_FALSE(refused.isAccepted());
+}
+
+TEST_F(CanvasKeysTest, WhatFollowsAPasteFindsThePictureThere)
+{
+    const auto former = place({.kind = Kind::rectangle, .start = {10, 10}, .end = {60, 50}});
+    for (const auto& size : {QSize(2400, 1600), QSize(30, 20)}) {
+        Clipboard::copy(picture(size.width(), size.height()), 1); // what the program itself has copied
+        view->paste();
+    }
+    key(Qt::Key_Delete);
+    ASSERT_EQ(marks().size(), 2) << "the later one is taken away again";
+    EXPECT_EQ(marks()[0], former);
+    EXPECT_EQ(marks()[1].image.size(), QSize(2400, 1600));
+    view->paste();
+    view->close();
+    EXPECT_EQ(marks().size(), 3);
 }
 
 TEST_F(CanvasKeysTest, CursorFollowsTheToolAndAssistiveTechnologyKnowsTheCanvas)

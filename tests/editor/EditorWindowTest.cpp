@@ -10,6 +10,7 @@
 #include "editor/EditorWindowDrag.h"
 #include "editor/ToolPalette.h"
 #include "platform/UserDefaults.h"
+#include "render/Exporter.h"
 
 #include <QClipboard>
 #include <QColorDialog>
@@ -20,6 +21,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QThreadPool>
 
 using namespace pintalux;
 
@@ -36,10 +38,8 @@ class EditorWindowTest : public testing::Test {
 protected:
     EditorWindowTest()
     {
-        // What the exporter sees.
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(u"config"_qs)));
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
-        Settings::shared().setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
         settings.setAutoCopy(true);
         QGuiApplication::clipboard()->setText(u"antes"_qs);
         HUD::dismiss();
@@ -50,6 +50,13 @@ protected:
     static bool isImageCopied()
     {
         return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+    }
+
+    /// The message on screen, now or in a moment.
+    static QString told()
+    {
+        gesture::waitFor([] { return HUD::currentMessage().has_value(); });
+        return HUD::currentMessage().value_or(QString());
     }
 
     /// Saves over the dialog under a name as a person types it.
@@ -140,8 +147,8 @@ TEST_F(EditorWindowTest, QuickSaveWritesTheFinishedPictureAndSaysWhere)
 {
     edit();
     editor.quickSave();
-    EXPECT_EQ(HUD::currentMessage(), u"Guardado en capturas");
-    const QDir captures(Settings::shared().saveFolder());
+    EXPECT_EQ(told(), u"Guardado en capturas");
+    const QDir captures(settings.saveFolder());
     const auto names = captures.entryList(QDir::Files);
     ASSERT_EQ(names.size(), 1);
     EXPECT_TRUE(names[0].startsWith(u"Pintalux Informe 2"));
@@ -155,20 +162,20 @@ TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
 {
     const stage::SmallDisk disk;
     disk.makeReadOnly();
-    Settings::shared().setSaveFolder(disk.path());
+    settings.setSaveFolder(disk.path());
+    const auto isFailure = [](const QString& message) {
+        return message.startsWith(u"No se pudo guardar: ") && message.size() > 25;
+    };
     editor.quickSave();
-    ASSERT_TRUE(HUD::currentMessage());
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
-    EXPECT_GT(HUD::currentMessage()->size(), 25);
+    EXPECT_TRUE(isFailure(told()));
     HUD::dismiss();
     saveAs(disk.path() + u"/x.png"_qs);
-    ASSERT_TRUE(HUD::currentMessage());
-    EXPECT_TRUE(HUD::currentMessage()->startsWith(u"No se pudo guardar: "));
+    EXPECT_TRUE(isFailure(told()));
 }
 
 TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
 {
-    const QDir captures(Settings::shared().saveFolder());
+    const QDir captures(settings.saveFolder());
     editor.saveAs();
     auto* dialog = editor.window().findChild<QFileDialog*>();
     ASSERT_TRUE(dialog);
@@ -177,17 +184,27 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
     delete dialog;
 
     saveAs(captures.filePath(u"a las 14.07"_qs));
-    EXPECT_EQ(HUD::currentMessage(), u"Guardado como a las 14.07.png");
+    EXPECT_EQ(told(), u"Guardado como a las 14.07.png");
     EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_qs)).isNull());
 
     HUD::dismiss();
-    stage::put(captures.filePath(u"b.png"_qs), "valioso");
-    saveAs(captures.filePath(u"b"_qs));
-    auto* question = editor.window().findChild<QMessageBox*>();
-    ASSERT_TRUE(question);
-    question->reject();
-    EXPECT_EQ(stage::contents(captures.filePath(u"b.png"_qs)), "valioso");
-    EXPECT_FALSE(HUD::currentMessage());
+    saveAs(captures.filePath(u"Acta \"final\" de 15\".png"_qs));
+    EXPECT_EQ(told(), u"Guardado como Acta \"final\" de 15\".png");
+    EXPECT_TRUE(captures.exists(u"Acta \"final\" de 15\".png"_qs));
+
+    for (const auto& name : {u"b"_qs, u"la \"b\".png"_qs}) {
+        HUD::dismiss();
+        const auto path = captures.filePath(name.endsWith(u".png") ? name : name + u".png"_qs);
+        stage::put(path, "valioso");
+        saveAs(captures.filePath(name));
+        auto* question = editor.window().findChild<QMessageBox*>();
+        ASSERT_TRUE(question);
+        question->reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        Exporter::savingThread().waitForDone();
+        EXPECT_EQ(stage::contents(path), "valioso");
+        EXPECT_FALSE(HUD::currentMessage());
+    }
 }
 
 TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)

@@ -207,6 +207,28 @@ TEST_F(ImageFiles, ConvertsColoursToTheStandardSpace)
     EXPECT_EQ(read.colorSpace(), QColorSpace(QColorSpace::SRgb));
 }
 
+TEST_F(ImageFiles, KeepsThePixelsOfAPngThatDescribesTheStandardSpaceByGammaAndPrimaries)
+{
+    QImage image(256, 3, QImage::Format_RGB32);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 256; ++x)
+            image.setPixel(x, y, qRgb(y == 0 ? x : 0, y == 1 ? x : 90, y == 2 ? x : 20));
+    ASSERT_TRUE(image.save(path(u"plain.png"_qs)));
+    const auto gamma = QByteArray::fromHex("0000000467414d410000b18f0bfc6105");
+    const auto primaries = QByteArray::fromHex("000000206348524d00007a26000080840000fa00000080e8"
+                                               "000075300000ea6000003a98000017709cba513c");
+    const auto wider = QByteArray::fromHex("000000206348524d00007a26000080840000fa00000080e8"
+                                           "000052080001155800003a9800001770dc49d778");
+    constexpr int afterHeader = 8 + 25;
+    for (const auto& chunks : {gamma, gamma + primaries}) {
+        write(u"old.png"_qs, bytes(u"plain.png"_qs).insert(afterHeader, chunks));
+        EXPECT_EQ(readImageFile(path(u"old.png"_qs)).image.convertToFormat(QImage::Format_RGB32),
+            readImageFile(path(u"plain.png"_qs)).image);
+    }
+    write(u"wide.png"_qs, bytes(u"plain.png"_qs).insert(afterHeader, gamma + wider));
+    EXPECT_NE(readImageFile(path(u"wide.png"_qs)).image, readImageFile(path(u"plain.png"_qs)).image);
+}
+
 TEST_F(ImageFiles, KeepsTransparencyAndDropsAnEmptyOne)
 {
     QImage image(20, 20, QImage::Format_ARGB32);

@@ -2,7 +2,6 @@
 
 #include "Stage.h"
 #include "platform/Error.h"
-#include "settings/Settings.h"
 
 #include <QColorSpace>
 #include <QDir>
@@ -41,27 +40,19 @@ QImage noise(int side)
     return image;
 }
 
-/// Saves into a folder of its own, with settings that touch nobody's.
+/// Saves into a folder of its own.
 class ExporterTest : public testing::Test {
 protected:
-    ExporterTest()
-    {
-        static const QTemporaryDir configuration; // the shared settings outlive each test
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(configuration.path()));
-        Settings::shared().setSaveFolder(root.filePath(u"Capturas/hoy"_qs));
-    }
-
     QStringList saved() const
     {
-        return QDir(Settings::shared().saveFolder())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
 
     /// The error that saving meets; one with code 0 when it meets none.
-    static Error saveError(const QImage& image)
+    Error saveError(const QImage& image) const
     {
         try {
-            Exporter::quickSave(image, 1, std::nullopt, standingClock);
+            Exporter::quickSave(image, 1, folder, std::nullopt, standingClock);
         } catch (const Error& error) {
             return error;
         }
@@ -69,6 +60,7 @@ protected:
     }
 
     const QTemporaryDir root;
+    QString folder = root.filePath(u"Capturas/hoy"_qs); ///< where captures are saved
 };
 
 } // namespace
@@ -144,10 +136,10 @@ TEST_F(ExporterTest, SavesWithinOneSecondAreNumberedAndNoneIsReplaced)
     for (int i = 1; i <= 3; ++i) {
         auto image = picture();
         image.setPixelColor(0, 0, QColor(i, i, i));
-        paths << Exporter::quickSave(image, 2, title, standingClock);
+        paths << Exporter::quickSave(image, 2, folder, title, standingClock);
         EXPECT_EQ(QImage(paths.back()).pixelColor(0, 0), QColor(i, i, i));
     }
-    const auto base = Settings::shared().saveFolder() + u'/' + fileName(title).chopped(4);
+    const auto base = folder + u'/' + fileName(title).chopped(4);
     EXPECT_EQ(paths, (QStringList{base + u".png"_qs, base + u" (2).png"_qs, base + u" (3).png"_qs}));
     EXPECT_EQ(saved().size(), 3);
     EXPECT_EQ(QImage(paths.front()).pixelColor(0, 0), QColor(1, 1, 1));
@@ -161,7 +153,8 @@ TEST_F(ExporterTest, ProcessesThatSaveAtOnceNeverReplaceEachOthersPictures)
         const pid_t child = fork();
         if (child == 0) {
             for (int i = 0; i < pictures; ++i)
-                Exporter::quickSave(QByteArray::number(writer * pictures + i), std::nullopt, standingClock);
+                Exporter::quickSave(
+                    QByteArray::number(writer * pictures + i), folder, std::nullopt, standingClock);
             _exit(0);
         }
         children << child;
@@ -173,7 +166,7 @@ TEST_F(ExporterTest, ProcessesThatSaveAtOnceNeverReplaceEachOthersPictures)
     }
     QSet<QByteArray> found;
     for (const auto& name : saved())
-        found << stage::contents(Settings::shared().saveFolder() + u'/' + name);
+        found << stage::contents(folder + u'/' + name);
     EXPECT_EQ(found.size(), writers * pictures);
     EXPECT_EQ(saved().size(), writers * pictures);
 }
@@ -185,7 +178,7 @@ TEST_F(ExporterTest, FailedSavesSayWhyAndLeaveNothingBehind)
     EXPECT_EQ(saveError(QImage()).localizedDescription, u"No se pudo codificar el PNG."_qs);
 
     const stage::SmallDisk small;
-    Settings::shared().setSaveFolder(small.path());
+    folder = small.path();
     EXPECT_TRUE(saveError(noise(256)).localizedDescription.startsWith(u"No queda espacio"_qs));
     EXPECT_TRUE(saved().isEmpty());
     EXPECT_EQ(saveError(picture()).code, 0) << "the failed one still takes the room";
@@ -194,11 +187,11 @@ TEST_F(ExporterTest, FailedSavesSayWhyAndLeaveNothingBehind)
 
     small.makeReadOnly();
     EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
-    Settings::shared().setSaveFolder(small.path() + u"/carpeta"_qs);
+    folder = small.path() + u"/carpeta"_qs;
     EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
 
     stage::put(root.filePath(u"archivo"_qs), "x");
-    Settings::shared().setSaveFolder(root.filePath(u"archivo"_qs));
+    folder = root.filePath(u"archivo"_qs);
     EXPECT_EQ(saveError(picture()).localizedDescription,
         u"«%1» no es una carpeta."_qs.arg(root.filePath(u"archivo"_qs)));
 }
@@ -220,6 +213,16 @@ TEST_F(ExporterTest, TheTemporaryFileIsForItsPersonAlone)
     EXPECT_EQ(stage::contents(*first), Exporter::pngData(picture(), 2));
     EXPECT_EQ(stage::modeOf(runtime + u"/Pintalux"_qs), 0700u);
     EXPECT_EQ(stage::modeOf(*first), 0600u);
+
+    const auto old = runtime + u"/Pintalux/Pintalux ayer.png"_qs;
+    stage::put(old, "x");
+    QFile aged(old);
+    stage::require(aged.open(QIODevice::ReadWrite)
+            && aged.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime),
+        "making a file look old");
+    EXPECT_TRUE(Exporter::temporaryFile(picture(), 2, u"Otro"_qs));
+    EXPECT_FALSE(QFile::exists(old));
+    EXPECT_TRUE(QFile::exists(*first)) << "somebody may still be reading it";
 
     // A runtime folder that others can enter is not used, nor one that is missing.
     stage::require(chmod(QFile::encodeName(runtime).constData(), 0755) == 0, "chmod");

@@ -266,6 +266,19 @@ TEST(Redaction, FractionalEdgesLetNothingShineThrough)
     EXPECT_EQ(image.copy(touched.adjusted(4, 0, -4, 0)), filtered.copy(touched.adjusted(4, 0, -4, 0)));
 }
 
+TEST(Redaction, BeyondTheImagesEdgesItHidesTheCornersToo)
+{
+    const auto capture = noise(120, 80);
+    for (const auto style : allCases<BlurStyle>()) {
+        auto redaction = mark(AnnotationKind::blur, {-20, -20}, {140, 100});
+        redaction.blurStyle = style;
+        EffectCache cache;
+        EXPECT_EQ(drawn(capture, {redaction}, 2), cache.image(style, capture, 2));
+        redaction.start = {130, -20};
+        EXPECT_EQ(drawn(capture, {redaction}, 2), capture) << "all of it lies outside";
+    }
+}
+
 TEST(Redaction, HasNoFringeAtTheImagesEdges)
 {
     const QColor color(200, 40, 90);
