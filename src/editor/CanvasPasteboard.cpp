@@ -3,15 +3,24 @@
 #include "platform/Error.h"
 #include "platform/ImageFile.h"
 
+#include <QGuiApplication>
 #include <QMimeData>
 #include <QMimeDatabase>
 #include <QUrl>
 
 namespace pintalux::CanvasPasteboard {
 
+namespace {
+
+// Asked first: each question to an owner that does not answer takes seconds, and a kind of data that is
+// looked for costs several.
+bool offersAnything(const QMimeData* data) { return data && !data->formats().isEmpty(); }
+
+} // namespace
+
 QImage firstImage(const QMimeData* data)
 {
-    if (!data)
+    if (!offersAnything(data))
         return {};
     for (const auto& url : data->urls()) {
         if (!url.isLocalFile())
@@ -27,7 +36,7 @@ QImage firstImage(const QMimeData* data)
 
 bool offersImage(const QMimeData* data)
 {
-    if (!data)
+    if (!offersAnything(data))
         return false;
     const QMimeDatabase types;
     for (const auto& url : data->urls())
@@ -37,6 +46,18 @@ bool offersImage(const QMimeData* data)
                    .startsWith(u"image/"))
             return true;
     return data->hasImage();
+}
+
+QString text(QClipboard::Mode mode)
+{
+    const auto* data = QGuiApplication::clipboard()->mimeData(mode);
+    return offersAnything(data) ? data->text() : QString();
+}
+
+bool offersText()
+{
+    const auto* data = QGuiApplication::clipboard()->mimeData();
+    return offersAnything(data) && data->hasText();
 }
 
 } // namespace pintalux::CanvasPasteboard

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QClipboard>
 #include <QImage>
+#include <QString>
 
 class QMimeData;
 
@@ -12,5 +14,9 @@ QImage firstImage(const QMimeData* data);
 
 /// Whether `firstImage` is likely to find one, told without decoding: by the contents' first bytes.
 bool offersImage(const QMimeData* data);
+
+/// The text on a clipboard, and whether there is one, told without having it sent.
+QString text(QClipboard::Mode mode = QClipboard::Clipboard);
+bool offersText();
 
 } // namespace pintalux::CanvasPasteboard
