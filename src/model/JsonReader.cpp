@@ -21,7 +21,7 @@ double JsonPlace::number(double least, double most) const
     if (!std::isfinite(number))
         fail(u"el número no es finito."_qs);
     if (number < least || number > most)
-        fail(u"el número debe estar entre %1 y %2."_qs.arg(least).arg(most, 0, 'f', 0));
+        fail(u"el número debe estar entre %1 y %2."_qs.arg(least, 0, 'g', 10).arg(most, 0, 'g', 10));
     return number;
 }
 
