@@ -1,5 +1,6 @@
 #include "editor/CanvasTextField.h"
 
+#include "app/HUD.h"
 #include "app/MenuStyle.h"
 #include "app/Theme.h"
 #include "editor/CanvasPasteboard.h"
@@ -213,6 +214,10 @@ void CanvasTextField::focusOutEvent(QFocusEvent* event)
 
 void CanvasTextField::pastePlainText(const QString& text)
 {
+    // What nobody writes on a picture, and the toolkit may never finish laying out.
+    constexpr qsizetype longestText = 20'000;
+    if (item->document()->characterCount() + text.size() > longestText)
+        return HUD::show(u"El texto es demasiado largo para una marca"_qs, u"exclamationmark.triangle"_qs);
     auto caret = item->textCursor();
     caret.insertText(text);
     item->setTextCursor(caret);
