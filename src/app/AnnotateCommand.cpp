@@ -2,6 +2,7 @@
 
 #include "model/MarksFile.h"
 #include "platform/Error.h"
+#include "platform/Files.h"
 #include "platform/ImageFile.h"
 #include "render/Exporter.h"
 
@@ -9,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
@@ -19,9 +21,13 @@ namespace {
 QByteArray readMarksText(const QString& path)
 {
     constexpr qint64 mostBytes = 64 << 20;
+    if (!QFileInfo::exists(path))
+        throw fileError(ENOENT, path);
+    if (QFileInfo(path).isDir())
+        throw fileError(EISDIR, path);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(Error::fileDomain, file.error(), u"«%1»: %2"_qs.arg(path, file.errorString()));
+        throw fileError(EACCES, path);
     auto bytes = file.read(mostBytes + 1);
     if (bytes.size() > mostBytes)
         throw Error(

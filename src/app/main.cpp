@@ -3,6 +3,7 @@
 #include "app/AppIcon.h"
 #include "app/CommandLine.h"
 #include "app/Completion.h"
+#include "app/QuitSignals.h"
 #include "app/SingleInstance.h"
 #include "app/ThemeFollower.h"
 #include "app/ToolkitTexts.h"
@@ -143,6 +144,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
             return *status;
 
     prepare(application);
+    quitOnSignals();
     AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {

@@ -90,11 +90,20 @@ CaptureResult captureDisplay(ScreenSource& source, const QList<ToolkitScreen>& t
     return {std::move(shot.image), shot.pixelScale, std::nullopt};
 }
 
+// Any program may give its window a title of any length, and measuring a page of text for the label takes the
+// overlay a second. No screen shows more than this.
+QString beginning(const QString& title)
+{
+    constexpr qsizetype mostCharacters = 1000;
+    const bool splitsPair = title.size() > mostCharacters && title[mostCharacters - 1].isHighSurrogate();
+    return title.left(splitsPair ? mostCharacters - 1 : mostCharacters);
+}
+
 QString candidateTitle(const WindowInfo& window)
 {
     QStringList parts{window.applicationName, window.title};
     parts.removeAll(QString());
-    return parts.join(u" — "_qs);
+    return beginning(parts.join(u" — "_qs));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 #include "platform/ImageFile.h"
 
+#include <QGuiApplication>
 #include <QImageReader>
 #include <QMimeData>
 #include <QMimeDatabase>
@@ -11,6 +12,10 @@
 namespace pintalux::CanvasPasteboard {
 
 namespace {
+
+// Asked first: each question to an owner that does not answer takes seconds, and a kind of data that is
+// looked for costs several.
+bool offersAnything(const QMimeData* data) { return data && !data->formats().isEmpty(); }
 
 QStringList localFiles(const QMimeData& data)
 {
@@ -36,7 +41,7 @@ QStringList encodedFormats(const QMimeData& data)
 
 bool offersImage(const QMimeData* data)
 {
-    if (!data)
+    if (!offersAnything(data))
         return false;
     const QMimeDatabase types;
     for (const auto& file : localFiles(*data))
@@ -47,6 +52,8 @@ bool offersImage(const QMimeData* data)
 
 Offer offer(const QMimeData& data)
 {
+    if (!offersAnything(&data))
+        return {};
     Offer found{.files = localFiles(data), .encoded = {}, .image = {}};
     for (const auto& format : encodedFormats(data)) {
         found.encoded = data.data(format);
@@ -68,6 +75,18 @@ QImage firstImage(const Offer& offer)
         }
     }
     return offer.encoded.isEmpty() ? workingImage(offer.image) : decodedImage(offer.encoded);
+}
+
+QString text(QClipboard::Mode mode)
+{
+    const auto* data = QGuiApplication::clipboard()->mimeData(mode);
+    return offersAnything(data) ? data->text() : QString();
+}
+
+bool offersText()
+{
+    const auto* data = QGuiApplication::clipboard()->mimeData();
+    return offersAnything(data) && data->hasText();
 }
 
 } // namespace pintalux::CanvasPasteboard

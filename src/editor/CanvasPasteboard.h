@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QClipboard>
 #include <QImage>
 #include <QStringList>
 
@@ -24,5 +25,9 @@ Offer offer(const QMimeData& data);
 /// The first picture of an offer: of its files the first that can be decoded, else its image data. Null for
 /// none. In the program's working format. Any thread.
 QImage firstImage(const Offer& offer);
+
+/// The text on a clipboard, and whether there is one, told without having it sent.
+QString text(QClipboard::Mode mode = QClipboard::Clipboard);
+bool offersText();
 
 } // namespace pintalux::CanvasPasteboard

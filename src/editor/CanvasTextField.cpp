@@ -1,7 +1,9 @@
 #include "editor/CanvasTextField.h"
 
+#include "app/HUD.h"
 #include "app/MenuStyle.h"
 #include "app/Theme.h"
+#include "editor/CanvasPasteboard.h"
 #include "render/Clipboard.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -212,6 +214,10 @@ void CanvasTextField::focusOutEvent(QFocusEvent* event)
 
 void CanvasTextField::pastePlainText(const QString& text)
 {
+    // What nobody writes on a picture, and the toolkit may never finish laying out.
+    constexpr qsizetype longestText = 20'000;
+    if (item->document()->characterCount() + text.size() > longestText)
+        return HUD::show(u"El texto es demasiado largo para una marca"_qs, u"exclamationmark.triangle"_qs);
     auto caret = item->textCursor();
     caret.insertText(text);
     item->setTextCursor(caret);
@@ -237,10 +243,9 @@ void CanvasTextField::mousePressEvent(QMouseEvent* event)
 void CanvasTextField::mouseReleaseEvent(QMouseEvent* event)
 {
     // The toolkit would insert the selection with its fonts and colours.
-    const auto* clipboard = QGuiApplication::clipboard();
-    if (event->button() == Qt::MiddleButton && clipboard->supportsSelection()) {
+    if (event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection()) {
         moveCaretTo(event->position().toPoint());
-        pastePlainText(clipboard->text(QClipboard::Selection));
+        pastePlainText(CanvasPasteboard::text(QClipboard::Selection));
     } else {
         QGraphicsView::mouseReleaseEvent(event);
     }
@@ -259,7 +264,7 @@ void CanvasTextField::contextMenuEvent(QContextMenuEvent* event)
     };
     add(u"Cortar"_qs, isSelected, &CanvasTextField::cut);
     add(u"Copiar"_qs, isSelected, &CanvasTextField::copy);
-    add(u"Pegar"_qs, !QGuiApplication::clipboard()->text().isEmpty(), &CanvasTextField::paste);
+    add(u"Pegar"_qs, CanvasPasteboard::offersText(), &CanvasTextField::paste);
     menu->addSeparator();
     add(u"Seleccionar todo"_qs, !item->document()->isEmpty(), &CanvasTextField::selectAll);
     menu->popUpAt(event->globalPos());
@@ -279,7 +284,7 @@ void CanvasTextField::cut()
     item->textCursor().removeSelectedText();
 }
 
-void CanvasTextField::paste() { pastePlainText(QGuiApplication::clipboard()->text()); }
+void CanvasTextField::paste() { pastePlainText(CanvasPasteboard::text()); }
 
 void CanvasTextField::selectAll()
 {

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
+#include <algorithm>
 #include <functional>
 
 namespace pintalux {
@@ -49,6 +50,11 @@ void assign(JsonFields& fields, const QString& name, T& target, Read read, bool 
 {
     if (const auto place = needed ? std::optional(fields.require(name)) : fields.take(name))
         target = read(*place);
+}
+
+qsizetype lineAt(const QByteArray& text, qsizetype offset)
+{
+    return text.first(std::clamp<qsizetype>(offset, 0, text.size())).count('\n') + 1;
 }
 
 QList<QPointF> points(const JsonPlace& place)
@@ -118,8 +124,8 @@ MarksFile MarksFile::parse(const QByteArray& json, const ImageLoader& loadImage)
     QJsonParseError problem{};
     const auto document = QJsonDocument::fromJson(json, &problem);
     if (document.isNull())
-        throw Error(Error::ownDomain, 2,
-            u"no es JSON válido cerca del byte %1 (%2)."_qs.arg(problem.offset).arg(problem.errorString()));
+        throw Error(
+            Error::ownDomain, 2, u"no es JSON válido (línea %1)."_qs.arg(lineAt(json, problem.offset)));
 
     JsonFields fields(
         {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_qs});

@@ -1,5 +1,7 @@
 #include "platform/CutOff.h"
 
+#include <cstdlib>
+
 namespace pintalux {
 
 namespace {
@@ -47,6 +49,36 @@ bool isWholeGif(const QByteArray& bytes)
     return byteAt(bytes, at) == picture && skipSubBlocks(at + 10 + colours(at + 9) + 1) <= bytes.size();
 }
 
+/// A number of `count` bytes, lowest first.
+quint32 numberAt(const QByteArray& bytes, qsizetype at, int count)
+{
+    quint32 number = 0;
+    for (int index = count - 1; index >= 0; --index)
+        number = number << 8 | byteAt(bytes, at + index);
+    return number;
+}
+
+/// The decoder fills with whatever is in memory what the file does not hold.
+bool isWholeBitmap(const QByteArray& bytes)
+{
+    constexpr quint32 oldHeader = 12;
+    constexpr quint32 eightBitRuns = 1, fourBitRuns = 2;
+    const bool isOld = numberAt(bytes, 14, 4) == oldHeader;
+    const qint64 pixels = numberAt(bytes, 10, 4);
+    const auto packing = isOld ? 0 : numberAt(bytes, 30, 4);
+    if (packing == eightBitRuns || packing == fourBitRuns)
+        return pixels + numberAt(bytes, 34, 4) <= bytes.size();
+    const qint64 width = isOld ? numberAt(bytes, 18, 2) : numberAt(bytes, 18, 4);
+    // Rows from the top have a negative height.
+    const qint64 height
+        = isOld ? qint64(numberAt(bytes, 20, 2)) : std::abs(qint64(qint32(numberAt(bytes, 22, 4))));
+    const qint64 bits = numberAt(bytes, isOld ? 24 : 28, 2);
+    if (height == 0)
+        return true; // the decoder will say
+    const qint64 fitting = (bytes.size() - pixels) / height;
+    return pixels <= bytes.size() && (width * bits + 31) / 32 * 4 <= fitting;
+}
+
 } // namespace
 
 bool isCutOff(const QByteArray& bytes)
@@ -55,6 +87,10 @@ bool isCutOff(const QByteArray& bytes)
         return !isWholeJpeg(bytes);
     if (bytes.startsWith("GIF8"))
         return !isWholeGif(bytes);
+    if (bytes.startsWith("BM"))
+        return !isWholeBitmap(bytes);
+    if (bytes.startsWith("#define"))
+        return !bytes.contains('}'); // numbers as a program's source text
     return false;
 }
 

@@ -25,7 +25,7 @@ struct FailureRow {
     QStringView sentence; ///< %1 is the path
 };
 
-constexpr std::array<FailureRow, 11> failureTable{{
+constexpr std::array<FailureRow, 13> failureTable{{
     {ENOSPC, QFileDevice::ResourceError, u"No queda espacio en el disco para «%1»."},
     {EDQUOT, QFileDevice::ResourceError, u"Tu cuota de disco no alcanza para «%1»."},
     {EFBIG, QFileDevice::ResourceError, u"«%1» es demasiado grande para este disco."},
@@ -35,7 +35,9 @@ constexpr std::array<FailureRow, 11> failureTable{{
     {ENOENT, QFileDevice::OpenError, u"«%1» no existe."},
     {ENOTDIR, QFileDevice::OpenError, u"«%1» no es una carpeta."},
     {EISDIR, QFileDevice::OpenError, u"«%1» es una carpeta."},
+    {ENXIO, QFileDevice::OpenError, u"«%1» no es un archivo."},
     {ENAMETOOLONG, QFileDevice::OpenError, u"El nombre de «%1» es demasiado largo."},
+    {EINVAL, QFileDevice::OpenError, u"El disco no admite el nombre de «%1»."},
     {ETIMEDOUT, QFileDevice::TimeOutError, u"Otro programa está usando «%1»."},
 }};
 constexpr FailureRow otherFailure{0, QFileDevice::WriteError, u"No se pudo escribir «%1»."};
@@ -155,13 +157,12 @@ Error fileError(int systemError, const QString& path)
     return {Error::fileDomain, row.code, row.sentence.toString().arg(QDir::toNativeSeparators(path))};
 }
 
-int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes)
+int openFile(const QString& path, QFile& file)
 {
     // Non-blocking, so that a pipe under this name cannot hold the program.
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0)
         return errno;
-    QFile file;
     if (!file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
         ::close(descriptor);
         return EIO;
@@ -170,8 +171,16 @@ int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes)
     if (::fstat(descriptor, &found) != 0)
         return errno;
     if (!S_ISREG(found.st_mode))
-        return S_ISDIR(found.st_mode) ? EISDIR : EINVAL;
-    if (found.st_size > mostBytes)
+        return S_ISDIR(found.st_mode) ? EISDIR : ENXIO;
+    return 0;
+}
+
+int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes)
+{
+    QFile file;
+    if (const int failure = openFile(path, file))
+        return failure;
+    if (file.size() > mostBytes)
         return EFBIG;
     bytes = file.read(mostBytes + 1);
     if (file.error() != QFileDevice::NoError)
@@ -208,6 +217,9 @@ void replaceFile(const QString& path, const QByteArray& bytes, Audience audience
     const auto previous = status(target);
     if (previous && S_ISDIR(previous->st_mode))
         throw fileError(EISDIR, target);
+    // The rename would put a file in the place of a device or a pipe that other programs use.
+    if (previous && !S_ISREG(previous->st_mode))
+        throw fileError(ENXIO, target);
     FinishedFile file(target, bytes, audience == Audience::onlyOwner ? 0600 : 0666);
     if (previous && audience == Audience::everyone)
         file.setMode(previous->st_mode & 0777);

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+class QFile;
+
 namespace pintalux {
 
 /// Who may read what is created: whoever the person's umask lets, or the person alone (0600, folders 0700).
@@ -14,8 +16,12 @@ enum class Audience { everyone, onlyOwner };
 /// The code is the toolkit's file error (`QFileDevice::FileError`).
 Error fileError(int systemError, const QString& path);
 
+/// Opens a file for reading. 0, or the errno: EISDIR for a folder, ENXIO for what is no file at all. Neither
+/// this nor reading ever waits for a pipe or a device.
+int openFile(const QString& path, QFile& file);
+
 /// Reads a whole file of at most `mostBytes` into `bytes`. 0, or the errno: EFBIG when the file is larger,
-/// EISDIR for a folder, EINVAL for what is no file at all. Never waits for a pipe or a device.
+/// otherwise those of `openFile`.
 int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes);
 
 /// Creates the folder and those above it that are missing; what exists keeps its mode. Throws `Error`.
@@ -23,7 +29,8 @@ void makeFolders(const QString& path, Audience audience = Audience::everyone);
 
 /// Writes the bytes under the name, replacing what was there, in one step: whoever reads sees the old bytes
 /// or all of the new ones, also after a crash. A symbolic link is followed; for everyone, a replaced file's
-/// mode is kept. A failure throws `Error`, changes nothing and leaves nothing behind.
+/// mode is kept. Only files are replaced, never a device or a pipe. A failure throws `Error`, changes nothing
+/// and leaves nothing behind.
 void replaceFile(const QString& path, const QByteArray& bytes, Audience audience = Audience::everyone);
 
 /// Writes the bytes under a name that nobody has yet. False when the name is taken, also when another process

@@ -2,6 +2,7 @@
 
 #include "platform/CutOff.h"
 #include "platform/Error.h"
+#include "platform/Files.h"
 #include "platform/HeifImage.h"
 #include "platform/PngFilter.h"
 
@@ -24,6 +25,19 @@ constexpr double metresPerInch = 0.0254;
 
 [[noreturn]] void fail(int code, const QString& sentence) { throw Error(Error::fileDomain, code, sentence); }
 
+/// Told without reading all of it: among files that somebody dropped there may be a film.
+bool beginsLikeAnImage(QFile& file)
+{
+    constexpr qint64 headLength = 4096;
+    if (looksLikeHeif(file.peek(headLength)))
+        return true;
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    const bool isKnown = reader.canRead();
+    file.seek(0);
+    return isKnown;
+}
+
 QByteArray readBytes(const QString& path)
 {
     const QFileInfo info(path);
@@ -33,9 +47,11 @@ QByteArray readBytes(const QString& path)
     // Nothing that could make the program wait, or never ends.
     if (!info.isFile())
         fail(QFileDevice::OpenError, u"«%1» no es un archivo."_qs.arg(name));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
+    QFile file;
+    if (openFile(path, file) != 0)
+        fail(QFileDevice::OpenError, u"No se pudo leer el archivo «%1»."_qs.arg(name));
+    if (!beginsLikeAnImage(file) && file.error() == QFileDevice::NoError)
+        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_qs.arg(name));
     if (file.size() > memoryLimit)
         fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
     QByteArray bytes = file.readAll();
@@ -135,7 +151,9 @@ QImage workingImage(QImage image)
 
 double ImageFile::pixelScale() const
 {
-    if (!dotsPerInch || !(*dotsPerInch > 100))
+    // More than anything resolves is a mistake, and would make every mark as wide as a house.
+    constexpr double mostDotsPerInch = 100'000;
+    if (!dotsPerInch || !(*dotsPerInch > 100 && *dotsPerInch <= mostDotsPerInch))
         return 1;
     return std::max(1., std::round(*dotsPerInch / 72));
 }

@@ -139,6 +139,19 @@ void removeOldPictures(const QString& folder)
             QFile::remove(file.filePath());
 }
 
+/// Saves under the default name, or the first with a number that is free.
+QString saveInto(const QDir& folder, const QByteArray& png, const std::optional<QString>& name, Clock clock)
+{
+    auto candidate = folder.filePath(defaultFileName(name, clock()));
+    // Asking first only spares the writing: what counts is that the name is free when the file gets it.
+    for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
+        auto fileName = defaultFileName(name, clock());
+        fileName.chop(ending.size());
+        candidate = folder.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+    }
+    return candidate;
+}
+
 } // namespace
 
 QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache)
@@ -196,15 +209,14 @@ QString quickSave(
 {
     requireEncoded(png);
     makeFolders(folder);
-    const QDir target(folder);
-    auto candidate = target.filePath(defaultFileName(name, clock()));
-    // Asking first only spares the writing: what counts is that the name is free when the file gets it.
-    for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
-        auto fileName = defaultFileName(name, clock());
-        fileName.chop(ending.size());
-        candidate = target.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+    try {
+        return saveInto(QDir(folder), png, name, clock);
+    } catch (const Error& error) {
+        // Some disks take no question mark or no long name. Better without its title than not at all.
+        if (!name || error.code != QFileDevice::OpenError)
+            throw;
+        return saveInto(QDir(folder), png, std::nullopt, clock);
     }
-    return candidate;
 }
 
 QThreadPool& savingThread()

@@ -223,7 +223,6 @@ Settings::Snapshot Settings::Snapshot::read(const QString& path)
         return decoded(bytes);
     case EFBIG:
         throw unreadable(u"El archivo es demasiado grande para ser una configuración de Pintalux."_qs);
-    case EINVAL:
     case EIO:
         throw unreadable(u"No se pudo leer «%1»."_qs.arg(path));
     default:

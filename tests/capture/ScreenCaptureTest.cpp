@@ -49,6 +49,19 @@ TEST_F(ScreenCaptureTest, EveryDisplayIsFrozenAtNativePixelsWithItsOwnScale)
     EXPECT_EQ(frozen.windows.size(), 3);
 }
 
+TEST_F(ScreenCaptureTest, ATitleWithoutEndIsCutBetweenCharacters)
+{
+    auto content = desk->content;
+    const auto application = content.windows.first().applicationName;
+    for (const int shift : {0, 1}) {
+        content.windows.first().title = QString(shift, u'x') + u"😀"_qs.repeated(100'000);
+        const auto title = ScreenCapture::windowCandidates(content, desk->ownProcessId()).first().title;
+        EXPECT_TRUE(title.startsWith(application));
+        EXPECT_LE(title.size(), 1000);
+        EXPECT_TRUE(title.back().isLowSurrogate());
+    }
+}
+
 TEST_F(ScreenCaptureTest, OwnWindowsStayAwayUntilTheLastDisplayIsTakenAndComeBackAfterAFailure)
 {
     ScreenCapture::freezeAllDisplays().waitForFinished();

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -55,6 +57,8 @@ protected:
             << printed.constData();
         program.terminate();
         EXPECT_TRUE(program.waitForFinished(5000));
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << "killed instead of asked";
+        EXPECT_EQ(program.exitCode(), 128 + SIGTERM);
     }
 
     /// Waits for the next line with this milestone.

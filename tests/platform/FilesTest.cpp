@@ -104,6 +104,20 @@ TEST(Files, ReplacingKeepsTheModeOfASharedFileClosesAPrivateOneAndFollowsALink)
     EXPECT_EQ(stage::modeOf(file), 0600u);
 }
 
+TEST(Files, APipeIsNeitherReadNorReplaced)
+{
+    const QTemporaryDir folder;
+    const auto pipe = folder.filePath(u"pipe"_qs);
+    stage::require(mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0, "mkfifo");
+    QByteArray bytes;
+    EXPECT_EQ(readFile(pipe, 100, bytes), ENXIO);
+    EXPECT_THROW(replaceFile(pipe, "bytes"), Error);
+    struct stat found { };
+    ASSERT_EQ(lstat(QFile::encodeName(pipe).constData(), &found), 0);
+    EXPECT_TRUE(S_ISFIFO(found.st_mode));
+    EXPECT_EQ(everythingIn(folder.path()), QStringList{u"pipe"_qs});
+}
+
 TEST(Files, MakingFoldersNamesTheFileThatStandsInTheWay)
 {
     const QTemporaryDir folder;

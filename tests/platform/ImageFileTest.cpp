@@ -124,7 +124,8 @@ TEST_F(ImageFiles, ReadsEveryKindWhateverItsName)
 
 TEST_F(ImageFiles, BrokenAndCutOffFilesAreErrorsAndNotHalfPictures)
 {
-    for (const QString& kind : {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"heic"_qs}) {
+    for (const QString& kind :
+        {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs, u"heic"_qs}) {
         const QByteArray whole = sample(kind);
         const QImage expected = readImageFile(samples->filePath(u"a."_qs + kind)).image;
         for (const double part : {0.02, 0.1, 0.3, 0.5, 0.7, 0.9, 0.97}) {
@@ -254,6 +255,7 @@ TEST_F(ImageFiles, OpensAtTheScaleThatItsResolutionSays)
     }
     EXPECT_EQ((ImageFile{{}, std::nullopt}.pixelScale()), 1);
     EXPECT_EQ((ImageFile{{}, std::nan("")}.pixelScale()), 1);
+    EXPECT_EQ((ImageFile{{}, 2'540'000.}.pixelScale()), 1); // no device is that fine
 }
 
 } // namespace

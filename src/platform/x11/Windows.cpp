@@ -50,10 +50,12 @@ Questions ask(const XcbConnection& connection, xcb_window_t window)
     };
 }
 
-// Extents are left, right, top, bottom.
+// Extents are left, right, top, bottom. No window is larger than the protocol's 16 bits allow; who says so
+// is wrong.
 QMargins margins(const QList<quint32>& extents)
 {
-    if (extents.size() != 4)
+    constexpr quint32 largest = 0x7fff;
+    if (extents.size() != 4 || std::ranges::any_of(extents, [](quint32 each) { return each > largest; }))
         return {};
     return {int(extents[0]), int(extents[2]), int(extents[1]), int(extents[3])};
 }
