@@ -31,6 +31,13 @@ namespace pintalux {
 /// what is beneath: cyan on a red bubble, all but unseen on a grey one.
 class CanvasTextField::Item : public QGraphicsTextItem {
 public:
+    /// Selected text changes places with its bubble, which may have any colour, also that of the theme.
+    explicit Item(const Annotation& mark)
+        : selectionGround(mark.filled ? contrasting(mark.color) : Theme::current().brand)
+        , selectionText(mark.filled ? mark.color : QColor(Qt::white))
+    {
+    }
+
     /// Where the caret stands, also in what an input method composes; its width is of no use.
     QRectF caretRect() const { return inputMethodQuery(Qt::ImCursorRectangle).toRectF(); }
 
@@ -41,12 +48,16 @@ public:
         if (textCursor().hasSelection()) {
             QAbstractTextDocumentLayout::Selection selection;
             selection.cursor = textCursor();
-            selection.format.setBackground(Theme::current().brand);
-            selection.format.setForeground(Qt::white);
+            selection.format.setBackground(selectionGround);
+            selection.format.setForeground(selectionText);
             context.selections.append(selection);
         }
         document()->documentLayout()->draw(painter, context);
     }
+
+private:
+    QColor selectionGround;
+    QColor selectionText;
 };
 
 namespace {
@@ -62,7 +73,7 @@ bool isTab(const QKeyEvent& event) { return event.key() == Qt::Key_Tab || event.
 
 CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     : QGraphicsView(parent)
-    , item(new Item)
+    , item(new Item(mark))
     , attributes(mark.textAttributes())
     , caretRim(mark.filled ? Qt::transparent : withAlpha(contrasting(mark.color), 0.5))
 {
