@@ -83,8 +83,8 @@ void AppDelegate::openEditor(const CaptureResult& shot)
     QList<QPoint> taken;
     for (const auto& open : openEditors)
         taken.append(open->window().pos());
-    window.move(
-        EditorWindowLayout::windowPosition(window.size(), window.screen()->availableGeometry(), taken));
+    window.move(EditorWindowLayout::windowPosition(
+        EditorWindowLayout::framed(window.size()), window.screen()->availableGeometry(), taken));
     controller->onClose = [guard = QPointer(this), closing = QPointer(controller.get())] {
         if (guard && closing)
             guard->editorClosed(*closing);

@@ -245,15 +245,14 @@ void dismissAtTheEnd()
     });
 }
 
-} // namespace
-
-void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
+/// Null where no message can be shown.
+Panel* showPanel(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
 {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
-        return;
+        return nullptr;
     const auto* screen = screenUnderPointer();
     if (!screen)
-        return;
+        return nullptr;
     dismiss();
     dismissAtTheEnd();
     const QRectF visible = screen->availableGeometry();
@@ -265,8 +264,18 @@ void show(const QString& message, const QString& symbol, const std::optional<QCo
     panel.show();
     panel.raise();
     panel.appear();
-    QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, &panel, [&panel] { panel.leave(); });
+    return &panel;
 }
+
+} // namespace
+
+void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
+{
+    if (auto* panel = showPanel(message, symbol, tint))
+        QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, panel, [panel] { panel->leave(); });
+}
+
+void showUntilReplaced(const QString& message, const QString& symbol) { showPanel(message, symbol, {}); }
 
 std::optional<QString> currentMessage()
 {

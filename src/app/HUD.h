@@ -18,6 +18,9 @@ namespace HUD {
 /// that was picked). A text too long for the screen is wrapped to a few lines and ends in "…" at the last.
 void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint = {});
 
+/// The same for work that takes its time: stays until another message takes its place or `dismiss` is called.
+void showUntilReplaced(const QString& message, const QString& symbol);
+
 /// The text on screen; none once its time is over.
 std::optional<QString> currentMessage();
 

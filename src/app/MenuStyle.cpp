@@ -321,6 +321,22 @@ QPoint Menu::placeBeside(const QRect& screenRect) const
     return place - inside.topLeft();
 }
 
+/// Where the window goes so that its card hangs from the point, or stands on it where there is no room below.
+QPoint Menu::placeAt(QPoint screenPoint) const
+{
+    const auto* on = QGuiApplication::screenAt(screenPoint);
+    const int least = int(Theme::screenMargin);
+    const auto visible = (on ? on : screen())->availableGeometry().adjusted(least, least, -least, -least);
+    const auto inside = card().toRect();
+    const int rightmost = visible.x() + visible.width() - inside.width();
+    const int lowest = visible.y() + visible.height() - inside.height();
+    const int above = screenPoint.y() - inside.height();
+    const bool isAbove = screenPoint.y() > lowest && above >= visible.y();
+    const QPoint place(
+        std::min(screenPoint.x(), rightmost), std::min(isAbove ? above : screenPoint.y(), lowest));
+    return QPoint(std::max(visible.x(), place.x()), std::max(visible.y(), place.y())) - inside.topLeft();
+}
+
 QRectF Menu::card() const
 {
     const int margin = translucent ? shadowSpace : 0;
@@ -373,12 +389,8 @@ void Menu::showEvent(QShowEvent* event)
     if (beside) {
         move(placeBeside(*beside));
     } else if (translucent) {
-        // The toolkit has placed the window; it is the card within that belongs there.
-        const auto origin = anchor.value_or(titleInBar(*this).value_or(QCursor::pos()));
-        const auto frame = geometry();
-        const QPoint shift(frame.right() <= origin.x() ? shadowSpace : -shadowSpace,
-            frame.bottom() <= origin.y() ? shadowSpace : -shadowSpace);
-        move(frame.topLeft() + shift);
+        // The toolkit has placed the window with the space for its shadow; it is the card within that counts.
+        move(placeAt(anchor.value_or(titleInBar(*this).value_or(QCursor::pos()))));
     }
     if (!translucent)
         cutToSheet(*this, card(), Theme::menuRadius);

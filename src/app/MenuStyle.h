@@ -56,6 +56,7 @@ private:
     class Style;
 
     QRectF card() const;
+    QPoint placeAt(QPoint screenPoint) const;
     QPoint placeBeside(const QRect& screenRect) const;
     void paintSheet(QPainter& painter) const;
 

@@ -3,11 +3,10 @@
 #include "app/AppIcon.h"
 #include "app/MenuStyle.h"
 #include "app/Theme.h"
+#include "platform/DesktopAppearance.h"
 #include "platform/TrayHost.h"
 
 #include <QCursor>
-#include <QDBusConnection>
-#include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QSystemTrayIcon>
@@ -27,6 +26,7 @@ StatusItem::StatusItem(std::function<StatusMenuState()> stateNow, KeyText keys, 
     , state(std::move(stateNow))
     , keyText(std::move(keys))
     , statusMenu(std::make_unique<Menu>())
+    , appearance(std::make_unique<DesktopAppearance>())
 {
     statusMenu->setCardWidth(menuWidth);
     connect(statusMenu.get(), &QMenu::aboutToShow, this, &StatusItem::rebuildMenu);
@@ -36,8 +36,7 @@ StatusItem::StatusItem(std::function<StatusMenuState()> stateNow, KeyText keys, 
     search.setTimerType(Qt::CoarseTimer);
     connect(&search, &QTimer::timeout, this, &StatusItem::lookForTray);
     qApp->installEventFilter(this);
-    QDBusConnection::sessionBus().connect(QString(), u"/org/freedesktop/portal/desktop"_qs,
-        u"org.freedesktop.portal.Settings"_qs, u"SettingChanged"_qs, this, SLOT(updateIcon()));
+    connect(appearance.get(), &DesktopAppearance::changed, this, &StatusItem::updateIcon);
 }
 
 StatusItem::~StatusItem() = default;
@@ -90,7 +89,7 @@ bool StatusItem::wantsLightImage() const
     // This desktop's panel is dark whatever its windows are.
     if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME"_qs))
         return true;
-    return desktopPrefersDark().value_or(Theme::current().dark);
+    return appearance->wishesDark().value_or(Theme::current().dark);
 }
 
 void StatusItem::updateIcon()

@@ -14,6 +14,7 @@ class QSystemTrayIcon;
 
 namespace pintalux {
 
+class DesktopAppearance;
 class Menu;
 
 /// The program's icon in the desktop's panel, with its menu.
@@ -61,6 +62,7 @@ private:
     std::function<StatusMenuState()> state;
     KeyText keyText;
     std::unique_ptr<Menu> statusMenu;
+    std::unique_ptr<DesktopAppearance> appearance;
     std::unique_ptr<QSystemTrayIcon> icon;
     QTimer search; ///< for a place, while there is none
     bool announcedMissing = false;

@@ -36,11 +36,13 @@ QPalette darkPalette()
 void followDesktopTheme(QApplication& application)
 {
     auto* appearance = new DesktopAppearance(&application);
-    QObject::connect(appearance, &DesktopAppearance::darkWished, &application, [](bool dark) {
+    const auto follow = [appearance] {
         QApplication::setPalette({}); // the toolkit's own again
-        if (dark && !Theme::current().dark)
+        if (appearance->wishesDark().value_or(false) && !Theme::current().dark)
             QApplication::setPalette(darkPalette());
-    });
+    };
+    QObject::connect(appearance, &DesktopAppearance::changed, &application, follow);
+    follow();
 }
 
 } // namespace pintalux

@@ -95,6 +95,46 @@ void stopAtTheEnd()
     });
 }
 
+/// Says that reading goes on when it takes longer than a person would wait without a sign.
+class Patience {
+public:
+    static void begin()
+    {
+        if (++underWay == 1)
+            wait(signMilliseconds);
+    }
+
+    /// Before the result is told, whose message takes the sign's place.
+    static void end()
+    {
+        if (HUD::currentMessage() == sign)
+            HUD::dismiss();
+        if (--underWay > 0)
+            wait(nextSignMilliseconds);
+        else if (timer)
+            timer->stop();
+    }
+
+private:
+    static constexpr int signMilliseconds = 1000;
+    static constexpr int nextSignMilliseconds = 3000; ///< after the message of a picture read before
+    static inline const QString sign = QStringLiteral("Leyendo el texto…");
+
+    static void wait(int milliseconds)
+    {
+        if (!timer) {
+            timer = new QTimer(QCoreApplication::instance());
+            timer->setSingleShot(true);
+            QObject::connect(
+                timer, &QTimer::timeout, [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_qs); });
+        }
+        timer->start(milliseconds);
+    }
+
+    static inline int underWay = 0; ///< pictures that are read or wait for it
+    static inline QPointer<QTimer> timer;
+};
+
 /// From now on the engine has nothing to do. It holds some 70 MB, too much for a program that waits in the
 /// tray.
 void beginQuietTime()
@@ -114,10 +154,12 @@ void beginQuietTime()
 void recognize(const QImage& image, std::function<void(const std::optional<QString>&)> completion)
 {
     stopAtTheEnd();
+    Patience::begin();
     const auto text = runOn(reader().pool, [image] { return reader().read(image); });
     whenFinished(text, QCoreApplication::instance(),
         [completion = std::move(completion)](const QFuture<QString>& read) {
             beginQuietTime();
+            Patience::end();
             try {
                 completion(read.result());
             } catch (const Error& error) {

@@ -12,6 +12,7 @@ namespace OCR {
 
 /// Recognises on a worker thread; `completion` runs later on the main thread with the text, empty when the
 /// picture has none, or with nothing when recognising failed. Never calls back once the program ends.
+/// A message on screen says that it goes on when it takes longer than a second.
 ///
 /// Where this machine lacks what it takes, a message that names the missing package follows the completion,
 /// in place of whatever that has shown.

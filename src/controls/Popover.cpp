@@ -26,8 +26,8 @@ class FadingPicture : public QWidget {
 public:
     FadingPicture(const QPixmap& lookedLike, QPoint screenPoint)
         : QWidget(nullptr,
-            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus
-                | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
+            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint
+                | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
         , picture(lookedLike)
     {
         setAttribute(Qt::WA_TranslucentBackground);

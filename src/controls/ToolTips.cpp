@@ -35,8 +35,8 @@ class Tip : public QWidget {
 public:
     explicit Tip(const QString& shownText)
         : QWidget(nullptr,
-            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus
-                | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
+            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint
+                | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
         , text(shownText)
         , block(laidOut(shownText))
         , translucent(hasCompositor())

@@ -4,6 +4,8 @@
 #include "app/MenuStyle.h"
 #include "app/Theme.h"
 #include "editor/CanvasPasteboard.h"
+#include "model/Color.h"
+#include "model/Geometry.h"
 #include "render/Clipboard.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -14,6 +16,7 @@
 #include <QInputMethod>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QStyleHints>
 #include <QStyleOptionGraphicsItem>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -26,28 +29,40 @@
 
 namespace pintalux {
 
-namespace {
-
-/// The text without the dashed frame that the toolkit draws around an item with the focus.
-class TextItem : public QGraphicsTextItem {
+/// The text and its selection alone. The toolkit would add a dashed frame and its own caret, which inverts
+/// what is beneath: cyan on a red bubble, all but unseen on a grey one.
+class CanvasTextField::Item : public QGraphicsTextItem {
 public:
-    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override
+    /// Selected text changes places with its bubble, which may have any colour, also that of the theme.
+    explicit Item(const Annotation& mark)
+        : selectionGround(mark.filled ? contrasting(mark.color) : Theme::current().brand)
+        , selectionText(mark.filled ? mark.color : QColor(Qt::white))
     {
-        QStyleOptionGraphicsItem unframed(*option);
-        unframed.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
-        QGraphicsTextItem::paint(painter, &unframed, widget);
     }
+
+    /// Where the caret stands, also in what an input method composes; its width is of no use.
+    QRectF caretRect() const { return inputMethodQuery(Qt::ImCursorRectangle).toRectF(); }
+
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override
+    {
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.palette.setColor(QPalette::Text, defaultTextColor());
+        if (textCursor().hasSelection()) {
+            QAbstractTextDocumentLayout::Selection selection;
+            selection.cursor = textCursor();
+            selection.format.setBackground(selectionGround);
+            selection.format.setForeground(selectionText);
+            context.selections.append(selection);
+        }
+        document()->documentLayout()->draw(painter, context);
+    }
+
+private:
+    QColor selectionGround;
+    QColor selectionText;
 };
 
-TextItem* makeItem()
-{
-    // The item's text has its colours from here, not from the view's palette.
-    auto colors = QApplication::palette();
-    colors.setColor(QPalette::Highlight, Theme::current().brand);
-    colors.setColor(QPalette::HighlightedText, Qt::white);
-    QApplication::setPalette(colors, "QWidgetTextControl");
-    return new TextItem;
-}
+namespace {
 
 bool isReturn(const QKeyEvent& event)
 {
@@ -60,8 +75,9 @@ bool isTab(const QKeyEvent& event) { return event.key() == Qt::Key_Tab || event.
 
 CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     : QGraphicsView(parent)
-    , item(makeItem())
+    , item(new Item(mark))
     , attributes(mark.textAttributes())
+    , caretRim(mark.filled ? Qt::transparent : withAlpha(contrasting(mark.color), 0.5))
 {
     setAccessibleName(u"Texto de la anotación"_qs);
     setFrameShape(NoFrame);
@@ -82,9 +98,9 @@ CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     item->setDefaultTextColor(attributes.color);
     item->setTextInteractionFlags(Qt::TextEditorInteraction);
     item->setAcceptDrops(false);
-    auto caret = item->textCursor();
-    caret.movePosition(QTextCursor::End);
-    item->setTextCursor(caret);
+    auto atEnd = item->textCursor();
+    atEnd.movePosition(QTextCursor::End);
+    item->setTextCursor(atEnd);
 
     page.setStickyFocus(true);
     page.addItem(item);
@@ -140,10 +156,6 @@ void CanvasTextField::place(QPointF topLeft, double scale, QSizeF textSize)
     setSceneRect(QRectF(QPointF(), QSizeF(whole.size())));
     item->setScale(itemScale);
     item->setPos(topLeft - whole.topLeft());
-
-    constexpr double caretWidth = 1.5;
-    document->documentLayout()->setProperty(
-        "cursorWidth", std::max(1, int(std::lround(caretWidth / itemScale))));
 }
 
 bool CanvasTextField::fits() const
@@ -155,14 +167,49 @@ bool CanvasTextField::fits() const
 
 void CanvasTextField::drawForeground(QPainter* painter, const QRectF&)
 {
-    if (!isEmpty())
-        return;
-    painter->save();
-    painter->translate(item->pos());
+    if (isEmpty())
+        drawPlaceholder(*painter);
+    if (item->hasFocus())
+        drawCaret(*painter);
+    else
+        blinking.stop();
+}
+
+void CanvasTextField::drawPlaceholder(QPainter& painter) const
+{
+    painter.save();
+    painter.translate(item->pos());
     const double scale = item->scale() * TextBlock::layoutSize / attributes.font.size;
-    painter->scale(scale, scale);
-    TextBlock(placeholder(), attributes).draw(*painter, {});
-    painter->restore();
+    painter.scale(scale, scale);
+    TextBlock(placeholder(), attributes).draw(painter, {});
+    painter.restore();
+}
+
+void CanvasTextField::drawCaret(QPainter& painter)
+{
+    const auto line = item->caretRect();
+    if (line.topLeft() != caretSeen || !blinking.isActive()) {
+        caretSeen = line.topLeft();
+        caretIsOn = true; // it does not blink while it moves
+        if (const int time = QGuiApplication::styleHints()->cursorFlashTime(); time > 1)
+            blinking.start(time / 2, this);
+    }
+    if (!caretIsOn)
+        return;
+    constexpr double width = 1.5;
+    constexpr double rimWidth = 0.75;
+    const auto place = item->mapRectToScene(line);
+    const QRectF bar(place.x() - width / 2, place.y(), width, place.height());
+    painter.fillRect(expanded(bar, rimWidth), caretRim);
+    painter.fillRect(bar, attributes.color);
+}
+
+void CanvasTextField::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != blinking.timerId())
+        return QGraphicsView::timerEvent(event);
+    caretIsOn = !caretIsOn;
+    viewport()->update();
 }
 
 // ---- Input

@@ -2,17 +2,16 @@
 
 #include "model/Annotation.h"
 
+#include <QBasicTimer>
 #include <QGraphicsScene>
 #include <QGraphicsView>
-
-class QGraphicsTextItem;
 
 namespace pintalux {
 
 /// The field in which a text mark is typed, on the very spot where it will stand.
 ///
 /// It edits the same layout that the renderer draws, painted through the same scale, so that caret and line
-/// breaks are where the finished text has them. Plain text only.
+/// breaks are where the finished text has them. The caret has the text's colour. Plain text only.
 class CanvasTextField : public QGraphicsView {
     Q_OBJECT
 
@@ -49,8 +48,11 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void drawForeground(QPainter* painter, const QRectF& rect) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
+    class Item;
+
     bool isEmpty() const;
     void cut();
     void copy();
@@ -58,10 +60,16 @@ private:
     void selectAll();
     void pastePlainText(const QString& text);
     void moveCaretTo(QPoint viewportPoint);
+    void drawPlaceholder(QPainter& painter) const;
+    void drawCaret(QPainter& painter);
 
     QGraphicsScene page;
-    QGraphicsTextItem* item; ///< owned by `page`
+    Item* item; ///< owned by `page`
     TextAttributes attributes;
+    QColor caretRim;   ///< where nothing else sets the caret off from the picture
+    QPointF caretSeen; ///< where it was painted last, in the item
+    bool caretIsOn = true;
+    QBasicTimer blinking;
 };
 
 } // namespace pintalux

@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QShortcut>
 #include <QWindow>
 
 namespace pintalux {
@@ -70,6 +71,9 @@ void EditorWindow::setMenuBar(std::unique_ptr<QMenuBar> bar)
     menus = bar.release();
     menus->setParent(this);
     menus->show();
+    auto* key = new QShortcut(Qt::Key_F10, menus);
+    connect(key, &QShortcut::activated, menus,
+        [bar = menus] { bar->setActiveAction(bar->actions().constFirst()); });
     layOut();
 }
 

@@ -69,7 +69,7 @@ EditorWindowController::EditorWindowController(
     auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
     size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller
     editorWindow->resize(size);
-    editorWindow->move(EditorWindowLayout::windowPosition(size, visible, {}));
+    editorWindow->move(EditorWindowLayout::windowPosition(EditorWindowLayout::framed(size), visible, {}));
     editorWindow->applyPaletteLayout(false);
 }
 

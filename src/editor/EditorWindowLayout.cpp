@@ -28,6 +28,12 @@ QSize contentSize(QSizeF capture, QSize visible)
     return wanted.boundedTo(most).toSize().expandedTo(minimumSize);
 }
 
+QSize framed(QSize window)
+{
+    constexpr int titleBar = 32;
+    return window + QSize(0, titleBar);
+}
+
 QPoint windowPosition(QSize window, const QRect& visible, const QList<QPoint>& taken)
 {
     const QPoint centred(

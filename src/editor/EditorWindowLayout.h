@@ -19,8 +19,11 @@ inline constexpr QSize minimumSize{900, 560};
 /// leaves `visible` to windows.
 QSize contentSize(QSizeF capture, QSize visible);
 
-/// Where a window of this size opens: in the middle, or further down and to the right where windows stand
-/// already. `taken` are the corners of those windows.
+/// With the title bar that a window manager will put above; its true height is known only once it did.
+QSize framed(QSize window);
+
+/// Where a window of this size, with its frame, opens: in the middle, or further down and to the right where
+/// windows stand already. `taken` are the corners of those windows.
 QPoint windowPosition(QSize window, const QRect& visible, const QList<QPoint>& taken);
 
 struct Panels {

@@ -12,6 +12,7 @@ QFileDialog* showOpenPanel(
     auto* dialog = new QFileDialog(window, panel.message);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
+    dialog->setOption(QFileDialog::HideNameFilterDetails); // eleven endings do not fit
     dialog->setNameFilters(
         {u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif)"_qs,
             u"Todos los archivos (*)"_qs});

@@ -103,8 +103,12 @@ protected:
             return;
         pressed.reset();
         setCursor(Qt::OpenHandCursor);
-        if (std::exchange(dragging, false))
-            card.snapToMouse();
+        if (!std::exchange(dragging, false))
+            return;
+        card.snapToMouse();
+        // The palette glides away from the pointer, which the toolkit notices with the next move only.
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(this, &leave);
     }
 
     void contextMenuEvent(QContextMenuEvent* event) override { card.openPositionMenu(event->globalPos()); }

@@ -1,10 +1,15 @@
 #include "platform/DesktopAppearance.h"
 
 #include "platform/SessionBus.h"
+#include "platform/ThemeName.h"
+#include "platform/x11/XSettings.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
 
 namespace pintalux {
 
@@ -14,7 +19,9 @@ const auto service = u"org.freedesktop.portal.Desktop"_qs;
 const auto path = u"/org/freedesktop/portal/desktop"_qs;
 const auto interface = u"org.freedesktop.portal.Settings"_qs;
 const auto appearance = u"org.freedesktop.appearance"_qs;
-const auto scheme = u"color-scheme"_qs;
+const auto colorScheme = u"color-scheme"_qs;
+const auto widgets = u"org.gnome.desktop.interface"_qs;
+const auto theme = u"gtk-theme"_qs;
 
 /// The value within as many variants as the portal has put around it.
 QVariant opened(QVariant value)
@@ -24,36 +31,74 @@ QVariant opened(QVariant value)
     return value;
 }
 
-bool isDark(const QVariant& value)
+/// What programs go by whose desktop runs no settings daemon.
+QString themeOfSettingsFile()
 {
-    constexpr uint dark = 1;
-    return opened(value).toUInt() == dark;
+    const auto path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + u"/gtk-3.0/settings.ini"_qs;
+    if (!QFileInfo::exists(path))
+        return {};
+    const QSettings file(path, QSettings::IniFormat);
+    if (file.value(u"Settings/gtk-application-prefer-dark-theme"_qs).toBool())
+        return u"dark"_qs;
+    return file.value(u"Settings/gtk-theme-name"_qs).toString();
 }
 
 } // namespace
 
 DesktopAppearance::DesktopAppearance(QObject* parent)
     : QObject(parent)
+    , themeName(std::make_unique<x11::ThemeNameWatch>([this] { Q_EMIT changed(); }))
 {
     auto bus = sessionBus();
     if (!bus)
         return;
     bus->connect(service, path, interface, u"SettingChanged"_qs, this, SLOT(settingChanged(QDBusMessage)));
+    ask(appearance, colorScheme);
+    ask(widgets, theme);
+}
+
+DesktopAppearance::~DesktopAppearance() = default;
+
+std::optional<bool> DesktopAppearance::wishesDark() const
+{
+    constexpr uint dark = 1;
+    constexpr uint light = 2;
+    if (scheme == dark || scheme == light)
+        return scheme == dark;
+    for (const auto& name : {qEnvironmentVariable("GTK_THEME"), themeName->name(), portalTheme})
+        if (!name.isEmpty())
+            return isDarkTheme(name) ? std::optional(true) : std::nullopt;
+    return isDarkTheme(themeOfSettingsFile()) ? std::optional(true) : std::nullopt;
+}
+
+void DesktopAppearance::ask(const QString& space, const QString& key)
+{
     auto question = QDBusMessage::createMethodCall(service, path, interface, u"Read"_qs);
-    question.setArguments({appearance, scheme});
-    auto* answer = new QDBusPendingCallWatcher(bus->asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+    question.setArguments({space, key});
+    auto* answer = new QDBusPendingCallWatcher(sessionBus()->asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, space, key] {
         answer->deleteLater();
         if (!answer->isError())
-            Q_EMIT darkWished(isDark(answer->reply().arguments().value(0)));
+            take(space, key, answer->reply().arguments().value(0));
     });
 }
 
 void DesktopAppearance::settingChanged(const QDBusMessage& change)
 {
     const auto said = change.arguments();
-    if (said.value(0) == appearance && said.value(1) == scheme)
-        Q_EMIT darkWished(isDark(said.value(2)));
+    take(said.value(0).toString(), said.value(1).toString(), said.value(2));
+}
+
+void DesktopAppearance::take(const QString& space, const QString& key, const QVariant& value)
+{
+    if (space == appearance && key == colorScheme)
+        scheme = opened(value).toUInt();
+    else if (space == widgets && key == theme)
+        portalTheme = opened(value).toString();
+    else
+        return;
+    Q_EMIT changed();
 }
 
 } // namespace pintalux

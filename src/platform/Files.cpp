@@ -61,6 +61,13 @@ std::optional<struct stat> status(const QString& path)
 
 QString folderOf(const QString& path) { return QFileInfo(path).path(); }
 
+/// Why nothing could be made in `folder`. File systems that take no files, such as /proc, say that what is
+/// there does not exist.
+Error creationError(int systemError, const QString& folder)
+{
+    return fileError(systemError == ENOENT && status(folder) ? EPERM : systemError, folder);
+}
+
 /// A finished file beside its later place `target`, under a name of its own; removed unless it has been
 /// moved.
 class FinishedFile {
@@ -77,7 +84,7 @@ public:
             });
         } while (descriptor < 0 && errno == EEXIST);
         if (descriptor < 0)
-            throw fileError(errno, folder);
+            throw creationError(errno, folder);
         int failure = fill(descriptor, bytes);
         if (::close(descriptor) != 0 && failure == 0 && errno != EINTR)
             failure = errno;
@@ -205,7 +212,7 @@ void makeFolders(const QString& path, Audience audience)
     if (::mkdir(QFile::encodeName(cleaned).constData(), mode) == 0)
         return;
     if (errno != EEXIST)
-        throw fileError(errno, parent);
+        throw creationError(errno, parent);
     if (const auto found = status(cleaned); !found || !S_ISDIR(found->st_mode))
         throw fileError(ENOTDIR, cleaned);
 }

@@ -64,19 +64,6 @@ TrayHost findTrayHost()
     return hasEmbeddingPanel() ? TrayHost::embedded : TrayHost::none;
 }
 
-std::optional<bool> desktopPrefersDark()
-{
-    constexpr uint dark = 1;
-    constexpr uint light = 2;
-    const auto scheme = ask(u"org.freedesktop.portal.Desktop"_qs, u"/org/freedesktop/portal/desktop"_qs,
-        u"org.freedesktop.portal.Settings"_qs, u"Read"_qs,
-        {u"org.freedesktop.appearance"_qs, u"color-scheme"_qs})
-                            .toUInt();
-    if (scheme == dark || scheme == light)
-        return scheme == dark;
-    return std::nullopt;
-}
-
 std::optional<QColor> panelColorAround(const QRect& iconFrame)
 {
     auto* screen = QGuiApplication::screenAt(iconFrame.center());

@@ -18,9 +18,6 @@ enum class TrayHost {
 /// is made, so nobody makes one before this says that there is a place.
 TrayHost findTrayHost();
 
-/// True or false when the desktop says whether dark surroundings are preferred; none when it says nothing.
-std::optional<bool> desktopPrefersDark();
-
 /// What the panel shows at the corners of an embedded icon, which are clear; none when it cannot be read.
 std::optional<QColor> panelColorAround(const QRect& iconFrame);
 

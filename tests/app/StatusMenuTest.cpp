@@ -113,6 +113,26 @@ TEST(StatusItem, WithoutAPlaceForItSaysSoOnceAndTheMenuStillOpens)
     item.menu().close();
 }
 
+// Reckoned with the space for its shadow, a menu at the right edge stood far from the icon that it belongs
+// to.
+TEST(Menu, ItsRowsAreByThePointThatItOpensAtInEveryCornerOfTheScreen)
+{
+    const auto visible = QGuiApplication::primaryScreen()->availableGeometry();
+    constexpr int reach = 24; // the edge kept free and the padding around rows
+    for (const auto& corner : {visible.topLeft(), visible.topRight(), visible.bottomLeft(),
+             visible.bottomRight(), visible.center()}) {
+        Menu menu;
+        auto* row = menu.addAction(u"Una fila"_qs);
+        menu.popUpAt(corner);
+        const QRect shown(
+            menu.mapToGlobal(menu.actionGeometry(row).topLeft()), menu.actionGeometry(row).size());
+        EXPECT_TRUE(visible.contains(shown)) << corner.x() << ' ' << corner.y();
+        EXPECT_TRUE(shown.adjusted(-reach, -reach, reach, reach).contains(corner))
+            << corner.x() << ' ' << corner.y();
+        menu.close();
+    }
+}
+
 TEST(StatusImage, IsOneColourAndDrawnForEverySize)
 {
     for (const int side : {16, 18, 22, 24, 32})

@@ -103,6 +103,33 @@ TEST_F(RecognizeTest, TheTextArrivesOnTheMainThreadAfterTheCall)
     EXPECT_EQ(thread, QCoreApplication::instance()->thread());
 }
 
+TEST_F(RecognizeTest, AReadingThatTakesLongShowsASignUntilItsEnd)
+{
+    struct SlowRecognizer : TextRecognizer {
+        std::atomic<bool> isDone = false;
+        QList<TextObservation> recognize(const QImage&, const std::atomic<bool>& cancelled) override
+        {
+            while (!isDone && !cancelled)
+                QThread::msleep(1);
+            return {};
+        }
+    };
+    const auto slow = std::make_shared<SlowRecognizer>();
+    OCR::setRecognizer(slow);
+    int called = 0;
+    std::optional<QString> left;
+    for (int picture = 0; picture < 2; ++picture)
+        OCR::recognize(QImage(4, 4, QImage::Format_RGB32), [&](const std::optional<QString>&) {
+            ++called;
+            left = HUD::currentMessage();
+        });
+    ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage().has_value(); }));
+    EXPECT_EQ(HUD::currentMessage(), u"Leyendo el texto…");
+    slow->isDone = true;
+    ASSERT_TRUE(gesture::waitFor([&] { return called == 2; }));
+    EXPECT_FALSE(left) << "the sign stays behind the caller's message";
+}
+
 TEST_F(RecognizeTest, WhatIsMissingIsNamedInPlaceOfTheCallersMessage)
 {
     recognizer->failure = Error(u"X"_qs, 2, u"Falta un paquete."_qs);

@@ -3,6 +3,8 @@
 #include "Desktop.h"
 #include "app/Theme.h"
 #include "platform/Files.h"
+#include "platform/x11/Toolkit.h"
+#include "platform/x11/XcbConnection.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -57,6 +59,48 @@ private:
     inline static const QString interface = u"org.freedesktop.portal.Settings"_qs;
     uint scheme;
     QDBusConnection bus;
+};
+
+/// The desktop's settings daemon, which publishes one setting: the name of the widgets' theme.
+class FakeSettingsDaemon {
+public:
+    explicit FakeSettingsDaemon(const QByteArray& theme)
+        : window(xcb_generate_id(display.get()))
+    {
+        xcb_create_window(display.get(), 0, window, display.root(), 0, 0, 1, 1, 0,
+            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        publish(theme);
+        xcb_set_selection_owner(display.get(), window, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
+        xcb_flush(display.get());
+    }
+
+    void publish(const QByteArray& theme)
+    {
+        const QByteArray name = "Net/ThemeName";
+        QByteArray bytes;
+        const auto add = [&](auto number) { bytes.append(reinterpret_cast<char*>(&number), sizeof number); };
+        const auto addText
+            = [&](const QByteArray& text) { bytes += text + QByteArray((4 - text.size() % 4) % 4, '\0'); };
+        add(quint32(0)); // this machine's byte order
+        add(quint32(++serial));
+        add(quint32(1));
+        add(quint16(1)); // a text
+        add(quint16(name.size()));
+        addText(name);
+        add(quint32(serial));
+        add(quint32(theme.size()));
+        addText(theme);
+        xcb_change_property(display.get(), XCB_PROP_MODE_REPLACE, window, atom("_XSETTINGS_SETTINGS"),
+            atom("_XSETTINGS_SETTINGS"), 8, uint32_t(bytes.size()), bytes.constData());
+        xcb_flush(display.get());
+    }
+
+private:
+    xcb_atom_t atom(std::string_view name) const { return x11::atomNamed(display.get(), name); }
+
+    x11::XcbConnection display;
+    xcb_window_t window;
+    quint32 serial = 0;
 };
 
 class PreferencesTest : public testing::Test {
@@ -213,5 +257,18 @@ TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)
     portal.wish(light);
     EXPECT_TRUE(isGround(Theme::light().form));
     portal.wish(dark);
+    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+}
+
+TEST_F(PreferencesTest, WindowsAreDarkWhileTheThemeOfTheDesktopIsCalledDark)
+{
+    FakeSettingsDaemon daemon("Mint-Y-Dark-Aqua");
+    openPreferences();
+    const auto isGround
+        = [&](const QColor& color) { return waitUntil([&] { return shownAt(8, 300) == color; }); };
+    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    daemon.publish("Mint-Y-Aqua");
+    EXPECT_TRUE(isGround(Theme::light().form));
+    daemon.publish("Mint-Y-Dark");
     EXPECT_TRUE(isGround(Theme::darkTheme().form));
 }

@@ -205,6 +205,31 @@ TEST_F(CanvasTextTest, TheFieldShowsTheTextWhereItWillStand)
     }
 }
 
+// The toolkit's own caret inverts its ground, which makes it cyan on a red bubble.
+TEST_F(CanvasTextTest, TheCaretHasTheColourOfTheText)
+{
+    open(1);
+    model->setTool(Tool::select);
+    placeText(u"l"_qs, true);
+    model->setSelectedID({});
+    doubleClick(marks().first().textBubble().center());
+    ASSERT_TRUE(field());
+    const auto withCaret = view->grab().toImage();
+    QFocusEvent away(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    QApplication::sendEvent(field(), &away);
+    const auto without = view->grab().toImage();
+    int lighter = 0;
+    int darker = 0;
+    for (int y = 0; y < without.height(); ++y)
+        for (int x = 0; x < without.width(); ++x) {
+            const int change = qGreen(withCaret.pixel(x, y)) - qGreen(without.pixel(x, y));
+            lighter += change > 0 && qRed(withCaret.pixel(x, y)) > 240;
+            darker += qRed(withCaret.pixel(x, y)) < qRed(without.pixel(x, y)) - 2;
+        }
+    EXPECT_GE(lighter, 20) << "a white line as high as a letter";
+    EXPECT_EQ(darker, 0);
+}
+
 TEST_F(CanvasTextTest, TheFieldGrowsWithItsText)
 {
     EXPECT_TRUE(

@@ -118,6 +118,20 @@ TEST(Files, APipeIsNeitherReadNorReplaced)
     EXPECT_EQ(everythingIn(folder.path()), QStringList{u"pipe"_qs});
 }
 
+TEST(Files, AFolderThatTakesNoFilesIsNotSaidToBeMissing)
+{
+    const std::array<std::function<void()>, 3> attempts{[] { makeFolders(u"/proc/Capturas"_qs); },
+        [] { writeNewFile(u"/proc/foto.png"_qs, "x"); }, [] { replaceFile(u"/proc/foto.png"_qs, "x"); }};
+    for (const auto& attempt : attempts) {
+        try {
+            attempt();
+            FAIL() << "it was written";
+        } catch (const Error& error) {
+            EXPECT_EQ(error.localizedDescription, u"No tienes permiso para usar «/proc».");
+        }
+    }
+}
+
 TEST(Files, MakingFoldersNamesTheFileThatStandsInTheWay)
 {
     const QTemporaryDir folder;

@@ -1,0 +1,35 @@
+#include "platform/ThemeName.h"
+
+#include "platform/Error.h"
+#include "platform/x11/XSettings.h"
+
+#include <gtest/gtest.h>
+
+using namespace pintalux;
+
+TEST(ThemeName, AThemeIsDarkWhenAWordOfItsNameSaysSo)
+{
+    for (const auto& name : {u"Adwaita-dark"_qs, u"Adwaita:dark"_qs, u"Mint-Y-Dark-Aqua"_qs, u"Arc-Dark"_qs,
+             u"Yaru-viridian-dark"_qs, u"dark"_qs})
+        EXPECT_TRUE(isDarkTheme(name)) << name.toStdString();
+    for (const auto& name : {u"Adwaita"_qs, u"Arc-Darker"_qs, u"Darkroom"_qs, u""_qs})
+        EXPECT_FALSE(isDarkTheme(name)) << name.toStdString();
+}
+
+// As a daemon on this machine and one of the other byte order would publish them: a number, a colour, a text.
+TEST(XSettings, TheTextIsFoundInBothByteOrdersAndNothingInWhatIsCutOff)
+{
+    using namespace std::string_literals;
+    const QByteArray little = QByteArray::fromStdString("\0\0\0\0\1\0\0\0\3\0\0\0"s // order, serial, count
+        + "\0\0\7\0Xft/DPI\0\0\0\0\0\0\x80\1\0"s                                    //
+        + "\2\0\4\0Net/\0\0\0\0\1\1\1\1\1\1\1\1"s                                   //
+        + "\1\0\x0d\0Net/ThemeName\0\0\0\0\0\0\0\x08\0\0\0Arc-Dark"s);
+    const QByteArray big = QByteArray::fromStdString(
+        "\1\0\0\0\0\0\0\1\0\0\0\1"s + "\1\0\0\x0dNet/ThemeName\0\0\0\0\0\0\0\0\0\0\x03"s + "Arc\0"s);
+    EXPECT_EQ(x11::textSetting(little, "Net/ThemeName"), u"Arc-Dark");
+    EXPECT_EQ(x11::textSetting(big, "Net/ThemeName"), u"Arc");
+    EXPECT_FALSE(x11::textSetting(little, "Net/IconThemeName"));
+    for (const auto& whole : {little, big})
+        for (qsizetype length = 0; length < whole.size(); ++length)
+            EXPECT_FALSE(x11::textSetting(whole.left(length), "Net/ThemeName")) << length;
+}
