@@ -7,6 +7,7 @@
 #include "platform/DirectSurface.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
+#include "platform/PointerPosition.h"
 #include "platform/Trace.h"
 
 #include <QMouseEvent>
@@ -124,7 +125,7 @@ void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }
 
 void OverlayView::enterEvent(QEnterEvent* event)
 {
-    mouse = event->position();
+    mouse = exactPosition(*event);
     giveKeyboard(*window());
     setFocus();
     refreshAll();
@@ -139,7 +140,7 @@ void OverlayView::leaveEvent(QEvent*)
 void OverlayView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
-        press(event->position());
+        press(exactPosition(*event));
     else if (event->button() == Qt::RightButton && controller)
         controller->finish(Outcome::Cancelled());
 }
@@ -166,9 +167,9 @@ void OverlayView::press(QPointF viewPoint)
 void OverlayView::mouseMoveEvent(QMouseEvent* event)
 {
     if (event->buttons() & Qt::LeftButton) {
-        drag(event->position(), event->modifiers().testFlag(Qt::ShiftModifier));
+        drag(exactPosition(*event), event->modifiers().testFlag(Qt::ShiftModifier));
     } else if (event->buttons() == Qt::NoButton) {
-        mouse = event->position();
+        mouse = exactPosition(*event);
         refreshAll();
     }
 }

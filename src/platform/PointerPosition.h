@@ -7,7 +7,7 @@ namespace pintalux {
 
 /// Where the pointer is in the widget that gets the event.
 ///
-/// The toolkit gives it to a child in whole points, which on a dense screen names every second pixel only.
+/// The toolkit gives it in whole points, which on a dense screen names every second pixel only.
 /// What it dropped is still in the place in the window.
 inline QPointF exactPosition(const QSinglePointEvent& event)
 {
