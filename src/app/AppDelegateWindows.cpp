@@ -14,6 +14,7 @@
 #include "platform/LoginItem.h"
 #include "platform/PanelWindow.h"
 #include "platform/Trace.h"
+#include "platform/VisibleFrame.h"
 #include "platform/Worker.h"
 #include "settings/PreferencesView.h"
 #include "settings/PreferencesWindow.h"
@@ -84,7 +85,7 @@ void AppDelegate::openEditor(const CaptureResult& shot)
     for (const auto& open : openEditors)
         taken.append(open->window().pos());
     window.move(EditorWindowLayout::windowPosition(
-        EditorWindowLayout::framed(window.size()), window.screen()->availableGeometry(), taken));
+        EditorWindowLayout::framed(window.size()), visibleFrame(*window.screen()), taken));
     controller->onClose = [guard = QPointer(this), closing = QPointer(controller.get())] {
         if (guard && closing)
             guard->editorClosed(*closing);
@@ -176,7 +177,7 @@ void AppDelegate::showAbout()
 {
     if (!about) {
         about = new About([this](const QUrl& url) { workspace->openUrl(url); });
-        const auto visible = screenUnderPointer()->availableGeometry();
+        const auto visible = visibleFrame(*screenUnderPointer());
         about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
     }
     bringToFront(*about);

@@ -6,6 +6,7 @@
 #include "platform/PanelWindow.h"
 #include "platform/Symbol.h"
 #include "platform/TextBlock.h"
+#include "platform/VisibleFrame.h"
 
 #include <QApplication>
 #include <QLinearGradient>
@@ -255,7 +256,7 @@ Panel* showPanel(const QString& message, const QString& symbol, const std::optio
         return nullptr;
     dismiss();
     dismissAtTheEnd();
-    const QRectF visible = screen->availableGeometry();
+    const QRectF visible = visibleFrame(*screen);
     currentPanel = std::make_unique<Panel>(message, symbol, tint, visible.size());
     auto& panel = *currentPanel;
     const double bottom = visible.bottom() - aboveVisibleBottom - freeSpace + panel.margin();

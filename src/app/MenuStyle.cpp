@@ -5,6 +5,7 @@
 #include "platform/Compositor.h"
 #include "platform/Symbol.h"
 #include "platform/TextBlock.h"
+#include "platform/VisibleFrame.h"
 #include "render/Draw.h"
 
 #include <QGuiApplication>
@@ -310,7 +311,7 @@ void Menu::popUpBeside(const QRect& screenRect)
 QPoint Menu::placeBeside(const QRect& screenRect) const
 {
     const auto* on = QGuiApplication::screenAt(screenRect.center());
-    const auto visible = (on ? on : screen())->availableGeometry();
+    const auto visible = visibleFrame(*(on ? on : screen()));
     const auto inside = card().toRect();
     const int below = screenRect.y() + screenRect.height() + besideGap;
     const int above = screenRect.y() - besideGap - inside.height();
@@ -326,7 +327,7 @@ QPoint Menu::placeAt(QPoint screenPoint) const
 {
     const auto* on = QGuiApplication::screenAt(screenPoint);
     const int least = int(Theme::screenMargin);
-    const auto visible = (on ? on : screen())->availableGeometry().adjusted(least, least, -least, -least);
+    const auto visible = visibleFrame(*(on ? on : screen())).adjusted(least, least, -least, -least);
     const auto inside = card().toRect();
     const int rightmost = visible.x() + visible.width() - inside.width();
     const int lowest = visible.y() + visible.height() - inside.height();

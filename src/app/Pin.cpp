@@ -7,6 +7,7 @@
 #include "controls/Elevation.h"
 #include "platform/Compositor.h"
 #include "platform/FloatingWindow.h"
+#include "platform/VisibleFrame.h"
 #include "render/Clipboard.h"
 #include "render/Draw.h"
 
@@ -46,7 +47,7 @@ void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* ne
     if (image.isNull() || !screen)
         return;
     closeAtTheEnd();
-    const auto visible = screen->availableGeometry();
+    const auto visible = visibleFrame(*screen);
     auto* pin = new PinnedImage(image, PinGeometry::sizeOnScreen(image.size(), pixelScale, visible.size()));
     QRect frame({}, pin->proportions);
     frame.moveCenter(visible.center());

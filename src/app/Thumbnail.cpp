@@ -6,6 +6,7 @@
 #include "platform/Compositor.h"
 #include "platform/Error.h"
 #include "platform/PanelWindow.h"
+#include "platform/VisibleFrame.h"
 #include "platform/Worker.h"
 #include "render/Clipboard.h"
 #include "render/Exporter.h"
@@ -34,7 +35,7 @@ constexpr int slideOut = 40;
 QRect visibleScreen()
 {
     const auto* screen = screenUnderPointer();
-    return screen ? screen->availableGeometry() : QRect(0, 0, 1440, 900);
+    return screen ? visibleFrame(*screen) : QRect(0, 0, 1440, 900);
 }
 
 /// Glides the panel to a place and an opacity, then calls `then`; at once on desktops that want no motion.

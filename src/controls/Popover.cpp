@@ -4,6 +4,7 @@
 #include "controls/Elevation.h"
 #include "controls/FocusRing.h"
 #include "platform/Compositor.h"
+#include "platform/VisibleFrame.h"
 #include "render/Draw.h"
 
 #include <QAbstractButton>
@@ -129,8 +130,8 @@ void Popover::reposition()
         button.moveTop(clearOf->mapToGlobal(QPoint(0, 0)).y());
         button.setHeight(clearOf->height());
     }
-    const auto placed = place(
-        sheet().size(), button, screen->availableGeometry().adjusted(inside, inside, -inside, -inside));
+    const auto placed
+        = place(sheet().size(), button, visibleFrame(*screen).adjusted(inside, inside, -inside, -inside));
     home = placed.topLeft() - QPoint(margin(), margin());
     move(home);
 }

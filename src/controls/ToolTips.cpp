@@ -6,6 +6,7 @@
 #include "model/Geometry.h"
 #include "platform/Compositor.h"
 #include "platform/TextBlock.h"
+#include "platform/VisibleFrame.h"
 #include "render/Draw.h"
 
 #include <QApplication>
@@ -136,7 +137,7 @@ public:
         if (!screen)
             screen = QGuiApplication::primaryScreen();
         const int inside = int(Theme::screenMargin);
-        const auto visible = screen->availableGeometry().adjusted(inside, inside, -inside, -inside);
+        const auto visible = visibleFrame(*screen).adjusted(inside, inside, -inside, -inside);
         tip->move(Popover::place(tip->size(), screenRect, visible).topLeft());
         tip->show();
         tip->raise();

@@ -5,6 +5,7 @@
 #include "editor/CanvasView.h"
 #include "editor/EditorWindowLayout.h"
 #include "platform/PanelWindow.h"
+#include "platform/VisibleFrame.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -65,7 +66,7 @@ EditorWindowController::EditorWindowController(
     editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
-    const auto visible = screenUnderPointer()->availableGeometry();
+    const auto visible = visibleFrame(*screenUnderPointer());
     auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
     size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller
     editorWindow->resize(size);

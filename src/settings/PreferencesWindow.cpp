@@ -2,6 +2,7 @@
 
 #include "app/AppIcon.h"
 #include "platform/PanelWindow.h"
+#include "platform/VisibleFrame.h"
 #include "settings/PreferencesView.h"
 
 #include <QBoxLayout>
@@ -37,7 +38,7 @@ void PreferencesWindow::place()
 {
     if (std::exchange(placed, true))
         return;
-    const auto visible = screenUnderPointer()->availableGeometry();
+    const auto visible = visibleFrame(*screenUnderPointer());
     const auto wished = form->sizeHint();
     resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
     move(visible.center() - rect().center());

@@ -232,12 +232,15 @@ TEST(MixedScales, EveryScreenKeepsItsNativePixelsAndItsScale)
     const struct {
         int depth;
         const char* factors;
-        const char* screens; ///< name, frame in points, scale
+        const char* screens; ///< name, frame in points, scale, what a panel of 100 pixels leaves
         double rightScale;
     } table[] = {
-        {24, "IZQ=1;DER=2", "IZQ 0 0 801 602 1|DER 801 0 400 301 2", 2},
-        {24, "IZQ=1.25;DER=1.5", "IZQ 0 0 641 482 1.25|DER 801 0 533 401 1.5", 1.5},
-        {16, "IZQ=1;DER=1", "IZQ 0 0 801 602 1|DER 801 0 800 602 1", 1},
+        {24, "IZQ=1;DER=2", "IZQ 0 0 801 602 1 visible 0 0 801 602|DER 801 0 400 301 2 visible 801 0 400 251",
+            2},
+        {24, "IZQ=1.25;DER=1.5",
+            "IZQ 0 0 641 482 1.25 visible 0 0 641 482|DER 801 0 533 401 1.5 visible 801 0 533 334", 1.5},
+        {16, "IZQ=1;DER=1", "IZQ 0 0 801 602 1 visible 0 0 801 602|DER 801 0 800 602 1 visible 801 0 800 502",
+            1},
     };
     const QRect left(0, 0, 801, 602);
     const QRect right(801, 0, 800, 602);
@@ -249,6 +252,9 @@ TEST(MixedScales, EveryScreenKeepsItsNativePixelsAndItsScale)
                 {u"DER"_qs, u"800/200x602/150+801+0"_qs, u"none"_qs}},
             .scaleFactors = QLatin1String(row.factors)});
         const DemoWindow demo(u"Derecha"_qs, u"200x150+901+80"_qs, u"#D9480F"_qs, session);
+        session.run(u"xprop"_qs,
+            {u"-id"_qs, demo.id(), u"-f"_qs, u"_NET_WM_STRUT_PARTIAL"_qs, u"32c"_qs, u"-set"_qs,
+                u"_NET_WM_STRUT_PARTIAL"_qs, u"0,0,0,100,0,0,0,0,0,0,801,1600"_qs});
         QTemporaryDir folder;
         auto lines = QString::fromUtf8(session.run(QStringLiteral(PINTALUX_FREEZE_SCREENS), {folder.path()}))
                          .trimmed()

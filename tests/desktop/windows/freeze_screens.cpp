@@ -1,7 +1,10 @@
-// Freezes every screen into FOLDER/NAME.png and prints a line for each: name, frame in points, scale.
+// Freezes every screen into FOLDER/NAME.png and prints a line for each: name, frame in points, scale,
+// and the frame that panels leave.
 //   pintalux_freeze_screens FOLDER
 
 #include "capture/ScreenCapture.h"
+#include "platform/PanelWindow.h"
+#include "platform/VisibleFrame.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
@@ -20,7 +23,10 @@ int main(int argc, char** argv)
             image.save(QString::fromLocal8Bit(argv[1]) + u'/' + screen.name + QStringLiteral(".png"));
             const auto& frame = screen.frame;
             out << screen.name << ' ' << frame.x() << ' ' << frame.y() << ' ' << frame.width() << ' '
-                << frame.height() << ' ' << scale << '\n';
+                << frame.height() << ' ' << scale;
+            const auto visible = pintalux::visibleFrame(*pintalux::screenNamed(screen.name));
+            out << " visible " << visible.x() << ' ' << visible.y() << ' ' << visible.width() << ' '
+                << visible.height() << '\n';
         }
         for (const auto& candidate : frozen.windows)
             out << "window " << candidate.frame.x() << ' ' << candidate.frame.y() << ' '
