@@ -1,6 +1,6 @@
 #include "app/QuitSignals.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QSocketNotifier>
 
 #include <signal.h>
@@ -36,8 +36,11 @@ void quitOnSignals()
     auto* arrived = new QSocketNotifier(ends[1], QSocketNotifier::Read, QCoreApplication::instance());
     QObject::connect(arrived, &QSocketNotifier::activated, arrived, [] {
         unsigned char number = 0;
-        if (::read(ends[1], &number, 1) == 1)
-            QCoreApplication::exit(shellBase + number);
+        if (::read(ends[1], &number, 1) != 1)
+            return;
+        // As the menu does, for windows put things in order when they close; but for none that refuses.
+        QApplication::closeAllWindows();
+        QCoreApplication::exit(shellBase + number);
     });
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         struct sigaction former { };

@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QImageWriter>
 #include <QMimeData>
+#include <QPointer>
 
 namespace pintalux::Clipboard {
 
@@ -53,11 +54,14 @@ private:
     QFuture<QByteArray> png;
 };
 
-/// Of its own, so that nobody who pastes waits for other work.
+/// Of its own, so that nobody who pastes waits for other work. The end of the application waits for it: a
+/// program that keeps what is copied may still have asked.
 QThreadPool& encodingPool()
 {
-    static QThreadPool pool;
-    return pool;
+    static QPointer<QThreadPool> pool;
+    if (!pool)
+        pool = new QThreadPool(QCoreApplication::instance());
+    return *pool;
 }
 
 void offer(QFuture<QByteArray> png)

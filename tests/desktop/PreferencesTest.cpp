@@ -17,6 +17,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -71,6 +73,15 @@ public:
             XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
         publish(theme);
         xcb_set_selection_owner(display.get(), window, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
+        xcb_client_message_event_t announcement{};
+        announcement.response_type = XCB_CLIENT_MESSAGE;
+        announcement.format = 32;
+        announcement.window = display.root();
+        announcement.type = atom("MANAGER");
+        announcement.data.data32[1] = atom("_XSETTINGS_S0");
+        announcement.data.data32[2] = window;
+        xcb_send_event(display.get(), false, display.root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+            reinterpret_cast<const char*>(&announcement));
         xcb_flush(display.get());
     }
 
@@ -262,13 +273,18 @@ TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)
 
 TEST_F(PreferencesTest, WindowsAreDarkWhileTheThemeOfTheDesktopIsCalledDark)
 {
-    FakeSettingsDaemon daemon("Mint-Y-Dark-Aqua");
+    std::optional<FakeSettingsDaemon> daemon("Mint-Y-Dark-Aqua");
     openPreferences();
     const auto isGround
         = [&](const QColor& color) { return waitUntil([&] { return shownAt(8, 300) == color; }); };
     EXPECT_TRUE(isGround(Theme::darkTheme().form));
-    daemon.publish("Mint-Y-Aqua");
+    daemon->publish("Mint-Y-Aqua");
     EXPECT_TRUE(isGround(Theme::light().form));
-    daemon.publish("Mint-Y-Dark");
+    daemon->publish("Mint-Y-Dark");
+    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    // Desktops restart their daemon, and may start it after the programs of the session.
+    daemon.reset();
+    EXPECT_TRUE(isGround(Theme::light().form));
+    daemon.emplace("Mint-Y-Dark-Aqua");
     EXPECT_TRUE(isGround(Theme::darkTheme().form));
 }

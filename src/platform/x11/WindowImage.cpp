@@ -29,8 +29,8 @@ public:
         : connection(owner)
         , pixmap(xcb_generate_id(owner.get()))
     {
-        const auto request = xcb_composite_name_window_pixmap_checked(connection.get(), frame, pixmap);
-        isNamed = !Reply<xcb_generic_error_t>(xcb_request_check(connection.get(), request));
+        isNamed
+            = connection.isServed(xcb_composite_name_window_pixmap_checked(connection.get(), frame, pixmap));
     }
     ~WindowPixmap()
     {

@@ -88,18 +88,25 @@ ThemeNameWatch::ThemeNameWatch(std::function<void()> whenChanged)
         return;
     settings = atomNamed(connection, "_XSETTINGS_SETTINGS");
     // Desktops have one daemon, which serves the first screen.
-    const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection, xcb_get_selection_owner(connection, atomNamed(connection, "_XSETTINGS_S0")), nullptr));
-    if (!owner || owner->owner == XCB_WINDOW_NONE)
-        return;
-    daemon = owner->owner;
-    // The toolkit may listen to it as well, with the same mask.
-    const uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(connection, daemon, XCB_CW_EVENT_MASK, &events);
+    selection = atomNamed(connection, "_XSETTINGS_S0");
+    manager = atomNamed(connection, "MANAGER");
+    findDaemon(connection);
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 ThemeNameWatch::~ThemeNameWatch() = default;
+
+void ThemeNameWatch::findDaemon(xcb_connection_t* connection)
+{
+    const Reply<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection), nullptr));
+    daemon = owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
+    if (daemon == XCB_WINDOW_NONE)
+        return;
+    // The toolkit may listen to it as well, with the same mask.
+    const uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection, daemon, XCB_CW_EVENT_MASK, &events);
+}
 
 QString ThemeNameWatch::name() const
 {
@@ -120,13 +127,35 @@ bool ThemeNameWatch::nativeEventFilter(const QByteArray& eventType, void* messag
 {
     if (eventType != "xcb_generic_event_t")
         return false;
-    const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-    if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
-        return false;
-    const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-    if (change.window == daemon && change.atom == settings)
-        changed();
+    switch (static_cast<const xcb_generic_event_t*>(message)->response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& change = *static_cast<const xcb_property_notify_event_t*>(message);
+        if (change.window == daemon && change.atom == settings)
+            changed();
+        break;
+    }
+    case XCB_DESTROY_NOTIFY:
+        if (static_cast<const xcb_destroy_notify_event_t*>(message)->window == daemon)
+            follow();
+        break;
+    case XCB_CLIENT_MESSAGE: {
+        // The toolkit has the root window's events, among which is this one.
+        const auto& said = *static_cast<const xcb_client_message_event_t*>(message);
+        if (said.type == manager && said.format == 32 && said.data.data32[1] == selection)
+            follow();
+        break;
+    }
+    default:
+        break;
+    }
     return false;
+}
+
+void ThemeNameWatch::follow()
+{
+    if (auto* connection = toolkitConnection())
+        findDaemon(connection);
+    changed();
 }
 
 } // namespace pintalux::x11

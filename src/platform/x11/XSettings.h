@@ -18,7 +18,7 @@ std::optional<QString> textSetting(const QByteArray& published, const QByteArray
 /// The name of the widgets' theme that the desktop's settings daemon tells all programs (XSETTINGS).
 class ThemeNameWatch : private QAbstractNativeEventFilter {
 public:
-    /// `changed` is called when the daemon publishes anew.
+    /// `changed` is called when the daemon publishes anew, and when one comes or goes.
     explicit ThemeNameWatch(std::function<void()> changed);
     ~ThemeNameWatch() override;
 
@@ -28,9 +28,14 @@ public:
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
+    void findDaemon(xcb_connection_t* connection);
+    void follow();
+
     std::function<void()> changed;
     xcb_window_t daemon = XCB_WINDOW_NONE;
     xcb_atom_t settings = XCB_ATOM_NONE;
+    xcb_atom_t selection = XCB_ATOM_NONE; ///< which the daemon owns
+    xcb_atom_t manager = XCB_ATOM_NONE;   ///< announces a new owner
 };
 
 } // namespace pintalux::x11

@@ -132,6 +132,14 @@ void* XcbConnection::wait(unsigned sequence, int* errorCode) const
     return answer;
 }
 
+bool XcbConnection::isServed(xcb_void_cookie_t request) const
+{
+    // Requests are served in their order. Asking for the refusal alone would wait without a limit.
+    reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(get()).sequence);
+    const Reply<xcb_generic_error_t> refusal(xcb_request_check(get(), request));
+    return !refusal;
+}
+
 xcb_get_property_cookie_t XcbConnection::askProperty(xcb_window_t window, Atom name) const
 {
     return xcb_get_property(get(), 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);

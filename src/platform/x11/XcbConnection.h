@@ -84,6 +84,9 @@ public:
         return Reply<T>(static_cast<T*>(wait(sequence, errorCode)));
     }
 
+    /// Waits until the server has served a checked request that has no answer. False when it refused.
+    bool isServed(xcb_void_cookie_t request) const;
+
     /// Asks for a property; the answer is read with `property`.
     xcb_get_property_cookie_t askProperty(xcb_window_t window, Atom name) const;
     Property property(xcb_get_property_cookie_t cookie) const;
