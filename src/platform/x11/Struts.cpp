@@ -63,8 +63,8 @@ public:
         const auto areas
             = ofRoot("_GTK_WORKAREAS_D" + std::to_string(current.isEmpty() ? 0 : current.first()));
         for (qsizetype index = 0; index + 3 < areas.size(); index += 4) {
-            const QRect area(
-                int(areas[index]), int(areas[index + 1]), int(areas[index + 2]), int(areas[index + 3]));
+            const QRect area{
+                int(areas[index]), int(areas[index + 1]), int(areas[index + 2]), int(areas[index + 3])};
             if (monitor.contains(area.center()))
                 return area & monitor;
         }
