@@ -73,7 +73,7 @@ void pointerMoves(benchmark::State& state, OverlayMode mode, bool pressed)
     CaptureOverlayController overlay(mode, frozenScreens(), nullptr);
     overlay.show();
     QCoreApplication::processEvents();
-    auto& view = overlay.windows()[0]->view();
+    auto& view = *overlay.windows()[0];
     if (pressed)
         send(view, QEvent::MouseButtonPress, {30, 30}, Qt::LeftButton);
     int step = 0;

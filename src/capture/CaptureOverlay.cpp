@@ -84,7 +84,7 @@ void CaptureOverlayController::watchScreens()
 void CaptureOverlayController::refreshAll()
 {
     for (const auto& window : overlayWindows)
-        window->view().refresh();
+        window->refresh();
 }
 
 void CaptureOverlayController::toggleWindowMode()
@@ -130,7 +130,7 @@ const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint, c
 void CaptureOverlayController::debugSimulate(const std::optional<QRectF>& selection, QPointF mouse)
 {
     for (const auto& window : overlayWindows)
-        window->view().debugSimulate(selection, mouse);
+        window->debugSimulate(selection, mouse);
 }
 
 } // namespace pintalux

@@ -4,7 +4,6 @@
 #include "capture/PixelSampler.h"
 #include "model/Color.h"
 #include "model/Geometry.h"
-#include "platform/DirectSurface.h"
 #include "platform/LetterKey.h"
 #include "platform/PanelWindow.h"
 #include "platform/PointerPosition.h"
@@ -95,6 +94,14 @@ std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const
     return color ? std::optional(hexString(*color)) : std::nullopt;
 }
 
+void OverlayView::paintThrough(std::unique_ptr<DirectSurface> direct)
+{
+    surface = std::move(direct);
+    setAttribute(Qt::WA_PaintOnScreen, surface != nullptr);
+}
+
+QPaintEngine* OverlayView::paintEngine() const { return surface ? nullptr : QWidget::paintEngine(); }
+
 void OverlayView::paint(QPainter& painter, const QRectF& part)
 {
     GraphicsContext context(painter);
@@ -106,8 +113,8 @@ void OverlayView::paint(QPainter& painter, const QRectF& part)
 void OverlayView::paintEvent(QPaintEvent* event)
 {
     QPoint offset;
-    if (direct && !redirected(&offset)) {
-        direct->paint(
+    if (surface && !redirected(&offset)) {
+        surface->paint(
             event->region(), [this](QPainter& painter, const QRectF& part) { paint(painter, part); });
     } else {
         QPainter painter(this);

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "capture/OverlayLayout.h"
+#include "platform/DirectSurface.h"
 
 #include <QPointer>
 #include <QWidget>
 
 namespace pintalux {
-
-class DirectSurface;
 
 /// One screen of the overlay: turns the pointer and the keys into a selection and shows it.
 ///
@@ -20,14 +19,18 @@ public:
     /// Repaints what looks different from what was painted last.
     void refresh();
 
-    /// From now on paints through `surface` instead of the toolkit's window; null: through the toolkit.
-    void paintThrough(DirectSurface* surface) { direct = surface; }
+    /// The screen's name.
+    const QString& displayName() const { return display.screen.name; }
 
     /// For the self-test: see `CaptureOverlayController`.
     void debugSimulate(const std::optional<QRectF>& selection, QPointF pointer);
 
 protected:
+    /// From now on paints through this instead of the toolkit's picture of the window, if it is not null.
+    void paintThrough(std::unique_ptr<DirectSurface> direct);
+
     void paintEvent(QPaintEvent* event) override;
+    QPaintEngine* paintEngine() const override;
     void resizeEvent(QResizeEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
@@ -61,7 +64,7 @@ private:
     std::optional<QPointF> dragCurrent;
     std::optional<QPointF> mouse; ///< none when the pointer is outside
     OverlayLayout shown;
-    DirectSurface* direct = nullptr;
+    std::unique_ptr<DirectSurface> surface; ///< null where the toolkit paints
     bool isPainted = false;
 };
 

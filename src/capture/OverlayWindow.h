@@ -1,7 +1,6 @@
 #pragma once
 
 #include "capture/OverlayView.h"
-#include "platform/DirectSurface.h"
 
 namespace pintalux {
 
@@ -9,17 +8,6 @@ namespace pintalux {
 class OverlayWindow : public OverlayView {
 public:
     OverlayWindow(const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller);
-
-    OverlayView& view() { return *this; }
-    /// The screen's name.
-    const QString& displayName() const { return name; }
-
-protected:
-    QPaintEngine* paintEngine() const override;
-
-private:
-    QString name;
-    std::unique_ptr<DirectSurface> surface; ///< null where the toolkit paints
 };
 
 } // namespace pintalux

@@ -18,19 +18,16 @@ public:
     {
     }
 
-    bool paint(const QRegion& region, const Paint& paint) override
+    void paint(const QRegion& region, const Paint& paint) override
     {
         const double scale = window.devicePixelRatioF();
         for (const QRect& part : region)
-            if (!paintPart(
-                    QRectF(QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale).toAlignedRect(),
-                    paint))
-                return false;
-        return true;
+            paintPart(
+                QRectF(QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale).toAlignedRect(), paint);
     }
 
 private:
-    bool paintPart(const QRect& nativePart, const Paint& paint)
+    void paintPart(const QRect& nativePart, const Paint& paint)
     {
         const int rows = std::max(1, bands->pixels() / std::max(1, nativePart.width()));
         for (int top = 0; top < nativePart.height(); top += rows) {
@@ -38,11 +35,10 @@ private:
                 std::min(rows, nativePart.height() - top));
             auto image = bands->next(band.size());
             if (image.isNull())
-                return false;
+                return;
             paintBand(image, band, paint);
             bands->show(band.topLeft());
         }
-        return true;
     }
 
     void paintBand(QImage& image, const QRect& band, const Paint& paint) const

@@ -22,9 +22,9 @@ public:
 
     virtual ~DirectSurface() = default;
 
-    /// Paints `region`, in points of the window, from top to bottom. False when it could not, as when the
-    /// display server went away.
-    virtual bool paint(const QRegion& region, const Paint& paint) = 0;
+    /// Paints `region`, in points of the window, from top to bottom; what is left of it does not matter once
+    /// the display server is gone.
+    virtual void paint(const QRegion& region, const Paint& paint) = 0;
 };
 
 /// The surface of a window that has its native window already. Null where this way of painting does not exist

@@ -61,7 +61,7 @@ protected:
         overlay->show();
     }
 
-    OverlayView& view(std::size_t screen) const { return overlay->windows()[screen]->view(); }
+    OverlayView& view(std::size_t screen) const { return *overlay->windows()[screen]; }
 
     void mouse(QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held,
         Qt::KeyboardModifiers modifiers = {})
