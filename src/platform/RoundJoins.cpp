@@ -42,13 +42,12 @@ public:
         const auto isFree = [&](int degree) { return counts[std::size_t(degree % 360)] == fewest; };
         int best = 0;
         int widest = 0;
-        for (int from = 0; from < 360; ++from) {
-            int width = 0;
-            while (width < 360 && isFree(from + width))
-                ++width;
-            if (width > widest) {
-                best = from;
+        int width = 0;
+        for (int degree = 0; degree < 2 * 360; ++degree) { // twice round, for a range may lie across 0
+            width = isFree(degree) ? width + 1 : 0;
+            if (width > widest && width <= 360) {
                 widest = width;
+                best = degree - width + 1;
             }
         }
         return best + widest / 2.0;
