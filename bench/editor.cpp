@@ -21,6 +21,8 @@
 #include <numbers>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -45,7 +47,7 @@ Annotation mark(int i, const QImage& inserted)
         .color = Palette::annotation()[i % 8].color,
         .lineWidth = 8,
         .filled = i % 20 >= 10,
-        .text = u"Anotación número %1"_qs.arg(i),
+        .text = u"Anotación número %1"_s.arg(i),
         .fontSize = 56,
         .number = i,
         .blurStyle = BlurStyle(i % 20 >= 10),

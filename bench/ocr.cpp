@@ -14,6 +14,8 @@
 #include <functional>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -33,33 +35,33 @@ QFont font(const QString& family, double pixels, int weight = QFont::Normal)
 }
 
 const QStringList spanish{
-    u"El veloz murciélago hindú comía feliz cardillo y kiwi."_qs,
-    u"La cigüeña tocaba el saxofón detrás del palenque de paja."_qs,
-    u"¿Cuántos años tienes? ¡Qué sorpresa tan agradable!"_qs,
-    u"La reunión será el próximo miércoles a las 10:30 en la sala 4."_qs,
-    u"Configuración guardada correctamente en la carpeta Capturas"_qs,
-    u"El presupuesto de diseño para el año que viene está pendiente"_qs,
-    u"Por favor, revisa los últimos cambios antes de publicarlos."_qs,
-    u"Según el análisis, las ventas crecieron un 18 % este otoño."_qs,
+    u"El veloz murciélago hindú comía feliz cardillo y kiwi."_s,
+    u"La cigüeña tocaba el saxofón detrás del palenque de paja."_s,
+    u"¿Cuántos años tienes? ¡Qué sorpresa tan agradable!"_s,
+    u"La reunión será el próximo miércoles a las 10:30 en la sala 4."_s,
+    u"Configuración guardada correctamente en la carpeta Capturas"_s,
+    u"El presupuesto de diseño para el año que viene está pendiente"_s,
+    u"Por favor, revisa los últimos cambios antes de publicarlos."_s,
+    u"Según el análisis, las ventas crecieron un 18 % este otoño."_s,
 };
 const QStringList english{
-    u"The quick brown fox jumps over the lazy dog near the river."_qs,
-    u"Your changes have been saved to the server successfully."_qs,
-    u"Please restart the application to finish the update."_qs,
-    u"Error 404: the requested page could not be found."_qs,
-    u"Settings are stored in your home folder by default."_qs,
+    u"The quick brown fox jumps over the lazy dog near the river."_s,
+    u"Your changes have been saved to the server successfully."_s,
+    u"Please restart the application to finish the update."_s,
+    u"Error 404: the requested page could not be found."_s,
+    u"Settings are stored in your home folder by default."_s,
 };
 const QStringList code{
-    u"int main(int argc, char** argv)"_qs,
-    u"return window.show();"_qs,
-    u"git commit --message first"_qs,
-    u"sudo apt install cmake ninja-build"_qs,
-    u"const total = price + shipping;"_qs,
-    u"drwxr-xr-x 2 root root 4096 docs"_qs,
+    u"int main(int argc, char** argv)"_s,
+    u"return window.show();"_s,
+    u"git commit --message first"_s,
+    u"sudo apt install cmake ninja-build"_s,
+    u"const total = price + shipping;"_s,
+    u"drwxr-xr-x 2 root root 4096 docs"_s,
 };
 
 struct Look {
-    QString family = u"Inter"_qs;
+    QString family = u"Inter"_s;
     double pixels = 14;
     QColor ink{0x1F, 0x23, 0x28};
     QColor paper{Qt::white};
@@ -95,8 +97,8 @@ Scene buttons(double pixels)
         {QColor(0xD9, 0x30, 0x25), Qt::white}, {QColor(0x1E, 0x8E, 0x3E), Qt::white},
         {QColor(0xF9, 0xC2, 0x3C), Qt::black}, {QColor(0x20, 0x21, 0x24), Qt::white},
         {QColor(0x6E, 0x56, 0xF8), Qt::white}};
-    const QStringList labels{u"Guardar cambios"_qs, u"Eliminar cuenta"_qs, u"Enviar mensaje"_qs,
-        u"Advertencia importante"_qs, u"Iniciar sesión"_qs, u"Más información"_qs};
+    const QStringList labels{u"Guardar cambios"_s, u"Eliminar cuenta"_s, u"Enviar mensaje"_s,
+        u"Advertencia importante"_s, u"Iniciar sesión"_s, u"Más información"_s};
     QStringList said;
     for (int index = 0; index < 6; ++index) {
         const QRectF capsule(30 + (index % 2) * 300, 20 + (index / 2) * 60, 240, 36);
@@ -104,12 +106,12 @@ Scene buttons(double pixels)
         painter.setBrush(colors[std::size_t(index)].first);
         painter.drawRoundedRect(capsule, 10, 10);
         painter.setPen(colors[std::size_t(index)].second);
-        painter.setFont(font(u"Inter"_qs, pixels, QFont::Medium));
+        painter.setFont(font(u"Inter"_s, pixels, QFont::Medium));
         painter.drawText(capsule, Qt::AlignCenter, labels[index]);
         said << labels[index];
     }
     painter.setPen(QColor(0x1F, 0x23, 0x28));
-    painter.setFont(font(u"Inter"_qs, pixels));
+    painter.setFont(font(u"Inter"_s, pixels));
     painter.drawText(QPointF(30, 240), spanish[0]);
     painter.drawText(QPointF(30, 270), spanish[1]);
     return {image, (said << spanish[0] << spanish[1]).join(u'\n')};
@@ -127,17 +129,17 @@ Scene window()
     QStringList said;
     const auto say
         = [&](double x, double y, double pixels, int weight, const QColor& ink, const QString& text) {
-              painter.setFont(font(u"Inter"_qs, pixels, weight));
+              painter.setFont(font(u"Inter"_s, pixels, weight));
               painter.setPen(ink);
               painter.drawText(QPointF(x, y), text);
               said << text;
           };
-    say(24, 40, 18, QFont::DemiBold, Qt::white, u"Resumen de ventas"_qs);
-    const QStringList sections{u"Inicio"_qs, u"Pedidos"_qs, u"Productos"_qs, u"Clientes"_qs, u"Campañas"_qs};
-    const QStringList rows{u"Tienda de Sevilla"_qs, u"Almacén de Málaga"_qs, u"Oficina de Cádiz"_qs,
-        u"Taller de Córdoba"_qs, u"Sede de Jaén"_qs};
-    const QStringList states{u"Enviado ayer"_qs, u"Pendiente de pago"_qs, u"Cancelado"_qs, u"Enviado hoy"_qs,
-        u"En preparación"_qs};
+    say(24, 40, 18, QFont::DemiBold, Qt::white, u"Resumen de ventas"_s);
+    const QStringList sections{u"Inicio"_s, u"Pedidos"_s, u"Productos"_s, u"Clientes"_s, u"Campañas"_s};
+    const QStringList rows{u"Tienda de Sevilla"_s, u"Almacén de Málaga"_s, u"Oficina de Cádiz"_s,
+        u"Taller de Córdoba"_s, u"Sede de Jaén"_s};
+    const QStringList states{
+        u"Enviado ayer"_s, u"Pendiente de pago"_s, u"Cancelado"_s, u"Enviado hoy"_s, u"En preparación"_s};
     for (int row = 0; row < 5; ++row) {
         const double y = 110 + row * 56;
         say(28, y, 13, QFont::Medium, QColor(0xE6, 0xE5, 0xEE), sections[row]);
@@ -156,11 +158,11 @@ Scene gradient()
     colors.setColorAt(1, QColor(0xD9, 0x48, 0x8F));
     painter.fillRect(image.rect(), colors);
     painter.setPen(Qt::white);
-    painter.setFont(font(u"Inter"_qs, 30, QFont::Bold));
-    painter.drawText(QPointF(40, 80), u"Capturas que dan gusto"_qs);
-    painter.setFont(font(u"Inter"_qs, 15));
+    painter.setFont(font(u"Inter"_s, 30, QFont::Bold));
+    painter.drawText(QPointF(40, 80), u"Capturas que dan gusto"_s);
+    painter.setFont(font(u"Inter"_s, 15));
     painter.drawText(QPointF(40, 130), spanish[4]);
-    return {image, u"Capturas que dan gusto\n"_qs + spanish[4]};
+    return {image, u"Capturas que dan gusto\n"_s + spanish[4]};
 }
 
 Scene titles()
@@ -169,16 +171,16 @@ Scene titles()
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setPen(QColor(0x1F, 0x23, 0x28));
-    painter.setFont(font(u"Inter"_qs, 84, QFont::Bold));
-    painter.drawText(QPointF(40, 110), u"Hola a todos"_qs);
-    painter.setFont(font(u"Quicksand"_qs, 44, QFont::Bold));
-    painter.drawText(QPointF(40, 190), u"Capturas elegantes"_qs);
-    painter.setFont(font(u"Inter"_qs, 20));
+    painter.setFont(font(u"Inter"_s, 84, QFont::Bold));
+    painter.drawText(QPointF(40, 110), u"Hola a todos"_s);
+    painter.setFont(font(u"Quicksand"_s, 44, QFont::Bold));
+    painter.drawText(QPointF(40, 190), u"Capturas elegantes"_s);
+    painter.setFont(font(u"Inter"_s, 20));
     painter.drawText(QPointF(40, 240), spanish[3]);
-    painter.setFont(font(u"Inter"_qs, 12));
+    painter.setFont(font(u"Inter"_s, 12));
     painter.drawText(QPointF(40, 290), spanish[6]);
     return {
-        image, QStringList{u"Hola a todos"_qs, u"Capturas elegantes"_qs, spanish[3], spanish[6]}.join(u'\n')};
+        image, QStringList{u"Hola a todos"_s, u"Capturas elegantes"_s, spanish[3], spanish[6]}.join(u'\n')};
 }
 
 /// A screen full of text: about a thousand words in three columns.
@@ -188,7 +190,7 @@ Scene fullScreen()
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setPen(QColor(0x1F, 0x23, 0x28));
-    painter.setFont(font(u"Inter"_qs, 13));
+    painter.setFont(font(u"Inter"_s, 13));
     QStringList said;
     for (int row = 0; row < 46; ++row)
         for (int column = 0; column < 3; ++column) {
@@ -213,7 +215,7 @@ const std::vector<Sample>& samples()
         {"castellano_negrita_15", true,
             [] { return paragraph(spanish, {.pixels = 15, .weight = QFont::DemiBold}); }},
         {"castellano_dejavu_13", true,
-            [] { return paragraph(spanish, {.family = u"DejaVu Sans"_qs, .pixels = 13}); }},
+            [] { return paragraph(spanish, {.family = u"DejaVu Sans"_s, .pixels = 13}); }},
         {"ingles_13", true, [] { return paragraph(english, {.pixels = 13}); }},
         {"titulos", true, titles},
         {"pequeno_11", false, [] { return paragraph(spanish, {.pixels = 11}); }},
@@ -232,7 +234,7 @@ const std::vector<Sample>& samples()
         {"terminal_14", false,
             [] {
                 return paragraph(code,
-                    {.family = u"DejaVu Sans Mono"_qs, .ink = QColor(0x33, 0xDD, 0x55), .paper = Qt::black});
+                    {.family = u"DejaVu Sans Mono"_s, .ink = QColor(0x33, 0xDD, 0x55), .paper = Qt::black});
             }},
         {"rojo_sobre_azul_16", false,
             [] {

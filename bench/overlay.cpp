@@ -14,6 +14,8 @@
 #include <cstring>
 #include <fstream>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -33,7 +35,7 @@ FrozenScreens frozenScreens()
     frozen.displays = {{{screen->name(), points, {{0, 0}, frame}, scale, true}, image, scale}};
     WindowInfo info;
     info.frame = points.adjusted(100, 100, -100, -100);
-    frozen.windows = {{info, info.frame, u"Navegador — Página de inicio"_qs}};
+    frozen.windows = {{info, info.frame, u"Navegador — Página de inicio"_s}};
     return frozen;
 }
 
@@ -96,7 +98,7 @@ BENCHMARK_CAPTURE(pointerMoves, window, OverlayMode::window, false)->Unit(benchm
 int main(int argc, char** argv)
 {
     QTemporaryDir folder;
-    const auto file = folder.filePath(u"screens.json"_qs);
+    const auto file = folder.filePath(u"screens.json"_s);
     std::ofstream(file.toStdString()) << R"({"screens": [{"name": "4K", "x": 0, "y": 0, "width": 3840,
         "height": 2160, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})";
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))

@@ -14,6 +14,8 @@
 #include <numbers>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -43,7 +45,7 @@ Document document60()
             .lineWidth = 8};
         mark.kind = AnnotationKind(i % 10);
         mark.fontSize = 56;
-        mark.text = u"Anotación número %1"_qs.arg(i);
+        mark.text = u"Anotación número %1"_s.arg(i);
         mark.boxWidth = 330;
         mark.filled = i % 20 >= 10;
         mark.number = i;
@@ -96,13 +98,13 @@ void layOutText(benchmark::State& state)
     int number = 0;
     for (auto _ : state)
         benchmark::DoNotOptimize(
-            TextBlock(u"Una anotación de dos líneas, la %1.ª"_qs.arg(++number), attributes, 300).size());
+            TextBlock(u"Una anotación de dos líneas, la %1.ª"_s.arg(++number), attributes, 300).size());
 }
 
 void measureTextAgain(benchmark::State& state)
 {
     Annotation mark{.kind = AnnotationKind::text, .color = Qt::red};
-    mark.text = u"Una anotación de dos líneas"_qs;
+    mark.text = u"Una anotación de dos líneas"_s;
     for (auto _ : state)
         benchmark::DoNotOptimize(mark.bounds());
 }

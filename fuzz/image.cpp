@@ -10,6 +10,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -33,7 +35,7 @@ extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
 {
     static const int descriptor = memfd_create("picture", MFD_CLOEXEC);
-    static const auto path = u"/proc/self/fd/%1"_qs.arg(descriptor);
+    static const auto path = u"/proc/self/fd/%1"_s.arg(descriptor);
     require(ftruncate(descriptor, 0) == 0 && pwrite(descriptor, data, size, 0) == ssize_t(size));
     try {
         const auto file = readImageFile(path);

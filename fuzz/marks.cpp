@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -38,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     const auto json = QByteArray(reinterpret_cast<const char*>(data), qsizetype(size));
     const auto loadImage = [](const QString& path) {
         if (path.contains(u'x'))
-            throw Error(Error::ownDomain, 1, u"No es una imagen."_qs);
+            throw Error(Error::ownDomain, 1, u"No es una imagen."_s);
         return QImage(4, 4, QImage::Format_RGB32);
     };
     try {

@@ -12,6 +12,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -44,7 +46,7 @@ void setTextColor(QWidget& widget, const QColor& color)
 About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     : QWidget(parent, Qt::Tool | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
 {
-    setWindowTitle(u"Acerca de Pintalux"_qs);
+    setWindowTitle(u"Acerca de Pintalux"_s);
     setWindowIcon(AppIcon::windowIcon());
     setAttribute(Qt::WA_DeleteOnClose);
 
@@ -53,7 +55,7 @@ About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     picture.setDevicePixelRatio(devicePixelRatioF());
     icon->setPixmap(picture);
     icon->setAlignment(Qt::AlignHCenter);
-    auto* website = label({}, 11, FontWeight::medium, u"link"_qs);
+    auto* website = label({}, 11, FontWeight::medium, u"link"_s);
     website->setTextFormat(Qt::RichText);
     website->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     connect(website, &QLabel::linkActivated, this,
@@ -64,11 +66,11 @@ About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     column->setSpacing(0);
     column->addWidget(icon);
     column->addSpacing(10 - iconTrim / 2);
-    column->addWidget(label(u"Pintalux"_qs, 20, FontWeight::bold, u"text"_qs));
+    column->addWidget(label(u"Pintalux"_s, 20, FontWeight::bold, u"text"_s));
     column->addSpacing(3);
-    column->addWidget(label(u"Versión "_qs + CommandLine::version(), 12, FontWeight::regular, u"text2"_qs));
+    column->addWidget(label(u"Versión "_s + CommandLine::version(), 12, FontWeight::regular, u"text2"_s));
     column->addSpacing(18);
-    column->addWidget(label(Author::credit.toString(), 11, FontWeight::medium, u"text"_qs));
+    column->addWidget(label(Author::credit.toString(), 11, FontWeight::medium, u"text"_s));
     column->addSpacing(4);
     column->addWidget(website);
     applyTheme();
@@ -82,7 +84,7 @@ void About::applyTheme()
     for (auto* part : findChildren<QLabel*>()) {
         if (part->objectName() == u"link") {
             setTextColor(*part, theme.onSelected);
-            part->setText(u"<a href=\"%1\" style=\"text-decoration:none;color:%2\">%3</a>"_qs.arg(
+            part->setText(u"<a href=\"%1\" style=\"text-decoration:none;color:%2\">%3</a>"_s.arg(
                 Author::url.toString(), theme.onSelected.name(), Author::website.toString()));
         } else {
             setTextColor(*part, part->objectName() == u"text2" ? theme.text2 : theme.text);

@@ -14,6 +14,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::AnnotateCommand {
 
 namespace {
@@ -31,7 +33,7 @@ QByteArray readMarksText(const QString& path)
     auto bytes = file.read(mostBytes + 1);
     if (bytes.size() > mostBytes)
         throw Error(
-            Error::fileDomain, 0, u"«%1» es demasiado grande para ser un archivo de marcas."_qs.arg(path));
+            Error::fileDomain, 0, u"«%1» es demasiado grande para ser un archivo de marcas."_s.arg(path));
     return bytes;
 }
 
@@ -44,7 +46,7 @@ MarksFile readMarks(const QString& path)
     try {
         return MarksFile::parse(json, load);
     } catch (const Error& error) {
-        throw Error(error.domain, error.code, u"«%1»: %2"_qs.arg(path, error.localizedDescription));
+        throw Error(error.domain, error.code, u"«%1»: %2"_s.arg(path, error.localizedDescription));
     }
 }
 
@@ -54,8 +56,7 @@ void annotate(const CommandLine& commandLine)
     const auto marks = readMarks(commandLine.marksFile);
     if (commandLine.checkOnly) {
         const auto count = marks.annotations.size();
-        const auto sentence
-            = count == 1 ? u"Correcto: 1 marca.\n"_qs : u"Correcto: %1 marcas.\n"_qs.arg(count);
+        const auto sentence = count == 1 ? u"Correcto: 1 marca.\n"_s : u"Correcto: %1 marcas.\n"_s.arg(count);
         std::fputs(sentence.toUtf8().constData(), stdout);
         return;
     }
@@ -64,7 +65,7 @@ void annotate(const CommandLine& commandLine)
     EffectCache cache;
     const auto image = Exporter::render(document, marks.beautify, cache);
     if (image.isNull())
-        throw Error(Error::ownDomain, 3, u"No se pudo crear la imagen: es demasiado grande."_qs);
+        throw Error(Error::ownDomain, 3, u"No se pudo crear la imagen: es demasiado grande."_s);
     Exporter::write(image, document.pixelScale, commandLine.outputFile);
 }
 

@@ -20,6 +20,8 @@
 #include <QDir>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -76,7 +78,7 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     connect(statusItem.get(), &StatusItem::actionChosen, this, &AppDelegate::runAction);
     connect(statusItem.get(), &StatusItem::trayMissing, this, [] {
         HUD::show(
-            u"Este escritorio no tiene bandeja: usa los atajos o abre Pintalux otra vez"_qs, u"sparkles"_qs);
+            u"Este escritorio no tiene bandeja: usa los atajos o abre Pintalux otra vez"_s, u"sparkles"_s);
     });
     statusItem->show();
     registerShortcuts();
@@ -88,7 +90,7 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     if (!settings.hasLaunchedBefore()) {
         settings.setHasLaunchedBefore(true);
         if (!statusItem->isTrayMissing()) // of which there is a message already
-            HUD::show(u"Pintalux está en la barra de menús"_qs, u"sparkles"_qs);
+            HUD::show(u"Pintalux está en la barra de menús"_s, u"sparkles"_s);
     }
     Trace::begin(u"en marcha");
 }

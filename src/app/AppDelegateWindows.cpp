@@ -27,6 +27,8 @@
 #include <QScreen>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -118,7 +120,7 @@ void AppDelegate::openImage()
 {
     if (openPanel)
         return bringToFront(*openPanel);
-    openPanel = showOpenPanel({.message = u"Abrir imagen"_qs}, nullptr, [this](const QStringList& paths) {
+    openPanel = showOpenPanel({.message = u"Abrir imagen"_s}, nullptr, [this](const QStringList& paths) {
         for (const auto& path : paths)
             openImageFile(path);
     });
@@ -135,7 +137,7 @@ void AppDelegate::openImageFile(const QString& path)
             Trace::mark(u"imagen leída");
             openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()});
         } catch (const Error&) {
-            HUD::show(u"No se pudo abrir la imagen"_qs, u"xmark.octagon"_qs);
+            HUD::show(u"No se pudo abrir la imagen"_s, u"xmark.octagon"_s);
         }
     });
 }

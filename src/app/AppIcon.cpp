@@ -18,6 +18,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::AppIcon {
 
 namespace {
@@ -160,7 +162,7 @@ void writeIconset(const QString& directory)
     for (const auto& row : iconset) {
         try {
             Exporter::write(
-                render(row.pixels), 1, QDir(directory).filePath(row.fileName.toString() + u".png"_qs));
+                render(row.pixels), 1, QDir(directory).filePath(row.fileName.toString() + u".png"_s));
         } catch (const Error&) {
             continue; // a set with a gap is still of use
         }

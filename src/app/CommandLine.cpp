@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -70,13 +72,13 @@ CommandLine annotate(const QStringList& arguments)
 {
     CommandLine line;
     line.mode = CommandLine::Mode::annotate;
-    line.checkOnly = arguments.contains(u"--check"_qs);
-    for (const auto& [option, target] : {std::pair(u"--annotate"_qs, &line.picture),
-             std::pair(u"--marks"_qs, &line.marksFile), std::pair(u"--output"_qs, &line.outputFile)}) {
+    line.checkOnly = arguments.contains(u"--check"_s);
+    for (const auto& [option, target] : {std::pair(u"--annotate"_s, &line.picture),
+             std::pair(u"--marks"_s, &line.marksFile), std::pair(u"--output"_s, &line.outputFile)}) {
         const auto value = valueOf(arguments, option).value_or(QString());
         const bool isNeeded = target != &line.outputFile || !line.checkOnly;
         if (value.isEmpty() && isNeeded)
-            return misuse(u"Falta el valor de %1."_qs.arg(option));
+            return misuse(u"Falta el valor de %1."_s.arg(option));
         *target = value;
     }
     return line;
@@ -86,17 +88,17 @@ CommandLine annotate(const QStringList& arguments)
 CommandLine capture(const QStringList& arguments)
 {
     CommandLine line;
-    const auto name = valueOf(arguments, u"--capture"_qs);
+    const auto name = valueOf(arguments, u"--capture"_s);
     line.capture = fromRawValue<CaptureAction>(name.value_or(QString()));
     if (!line.capture)
-        return misuse(u"--capture necesita una acción: area, window, fullScreen, text o color."_qs);
-    if (!arguments.contains(u"--output"_qs))
+        return misuse(u"--capture necesita una acción: area, window, fullScreen, text o color."_s);
+    if (!arguments.contains(u"--output"_s))
         return line;
-    line.outputFile = valueOf(arguments, u"--output"_qs).value_or(QString());
+    line.outputFile = valueOf(arguments, u"--output"_s).value_or(QString());
     if (line.outputFile.isEmpty())
-        return misuse(u"Falta el valor de --output."_qs);
+        return misuse(u"Falta el valor de --output."_s);
     if (*line.capture != CaptureAction::fullScreen)
-        return misuse(u"--output solo sirve con --capture fullScreen."_qs);
+        return misuse(u"--output solo sirve con --capture fullScreen."_s);
     line.mode = CommandLine::Mode::captureToFile;
     return line;
 }
@@ -105,9 +107,9 @@ CommandLine completion(const QStringList& arguments)
 {
     CommandLine line;
     line.mode = CommandLine::Mode::completion;
-    line.shell = valueOf(arguments, u"--completion"_qs).value_or(QString());
-    if (!QStringList{u"bash"_qs, u"zsh"_qs, u"fish"_qs}.contains(line.shell))
-        return misuse(u"--completion necesita un intérprete de órdenes: bash, zsh o fish."_qs);
+    line.shell = valueOf(arguments, u"--completion"_s).value_or(QString());
+    if (!QStringList{u"bash"_s, u"zsh"_s, u"fish"_s}.contains(line.shell))
+        return misuse(u"--completion necesita un intérprete de órdenes: bash, zsh o fish."_s);
     return line;
 }
 
@@ -115,16 +117,16 @@ CommandLine completion(const QStringList& arguments)
 CommandLine normal(const QStringList& arguments)
 {
     CommandLine line;
-    if (const auto directory = valueOf(arguments, u"--selftest"_qs)) {
+    if (const auto directory = valueOf(arguments, u"--selftest"_s)) {
         line.mode = CommandLine::Mode::selfTest;
         line.directory = *directory;
-        line.overlay = arguments.contains(u"--overlay"_qs);
-        line.keepOpen = arguments.contains(u"--keep-open"_qs);
+        line.overlay = arguments.contains(u"--overlay"_s);
+        line.keepOpen = arguments.contains(u"--keep-open"_s);
         return line;
     }
-    if (arguments.contains(u"--capture"_qs))
+    if (arguments.contains(u"--capture"_s))
         line = capture(arguments);
-    line.openFile = valueOf(arguments, u"--open"_qs).value_or(QString());
+    line.openFile = valueOf(arguments, u"--open"_s).value_or(QString());
     return line;
 }
 
@@ -135,42 +137,42 @@ std::span<const Option> CommandLine::options() { return optionTable; }
 CommandLine CommandLine::parse(const QStringList& arguments)
 {
     CommandLine line;
-    if (const auto directory = valueOf(arguments, u"--render-icon"_qs)) {
+    if (const auto directory = valueOf(arguments, u"--render-icon"_s)) {
         line.mode = Mode::renderIcon;
         line.directory = *directory;
         return line;
     }
     if (const auto stranger = firstStranger(arguments))
         return misuse(
-            (stranger->startsWith(u'-') ? u"Opción desconocida: %1"_qs : u"Argumento inesperado: %1"_qs)
+            (stranger->startsWith(u'-') ? u"Opción desconocida: %1"_s : u"Argumento inesperado: %1"_s)
                 .arg(*stranger));
-    if (arguments.contains(u"--help"_qs)) {
+    if (arguments.contains(u"--help"_s)) {
         line.mode = Mode::help;
         return line;
     }
-    if (arguments.contains(u"--version"_qs)) {
+    if (arguments.contains(u"--version"_s)) {
         line.mode = Mode::version;
         return line;
     }
-    if (arguments.contains(u"--completion"_qs))
+    if (arguments.contains(u"--completion"_s))
         return completion(arguments);
-    if (arguments.contains(u"--annotate"_qs))
+    if (arguments.contains(u"--annotate"_s))
         return annotate(arguments);
 
     line = normal(arguments);
-    line.trace = arguments.contains(u"--trace"_qs);
+    line.trace = arguments.contains(u"--trace"_s);
     return line;
 }
 
 QString CommandLine::help()
 {
-    auto text = u"Pintalux: capturas de pantalla con anotaciones.\n\nUso: pintalux [OPCIÓN]…\n\n"_qs;
+    auto text = u"Pintalux: capturas de pantalla con anotaciones.\n\nUso: pintalux [OPCIÓN]…\n\n"_s;
     constexpr qsizetype column = 26;
     for (const auto& option : optionTable) {
-        auto left = u"  "_qs + option.name.toString();
+        auto left = u"  "_s + option.name.toString();
         if (!option.value.isEmpty())
-            left += u" "_qs + option.value.toString();
-        text += left.leftJustified(column) + option.help.toString() + u"\n"_qs;
+            left += u" "_s + option.value.toString();
+        text += left.leftJustified(column) + option.help.toString() + u"\n"_s;
     }
     return text;
 }

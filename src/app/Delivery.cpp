@@ -6,6 +6,8 @@
 #include "render/Exporter.h"
 #include "settings/Settings.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 Delivery::Delivery(const Settings& of, Routes to)
@@ -36,8 +38,8 @@ void Delivery::deliver(const CaptureResult& result)
         break;
     case AfterCapture::copyOnly:
         routes.reactivatePrevious();
-        routes.showMessage(settings.autoCopy() ? u"Captura copiada"_qs : u"Captura guardada"_qs,
-            u"checkmark.circle.fill"_qs, {});
+        routes.showMessage(settings.autoCopy() ? u"Captura copiada"_s : u"Captura guardada"_s,
+            u"checkmark.circle.fill"_s, {});
         break;
     }
 }
@@ -64,22 +66,21 @@ void Delivery::deliverText(const CaptureResult& result)
 void Delivery::copyText(const QString& text)
 {
     if (text.isEmpty()) {
-        routes.showMessage(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs, {});
+        routes.showMessage(u"No se encontró texto"_s, u"text.magnifyingglass"_s, {});
         return;
     }
     Clipboard::copy(text);
     const auto lines = text.split(u'\n', Qt::SkipEmptyParts).size();
     routes.showMessage(
-        lines == 1 ? u"Texto copiado"_qs : QString::number(lines) + u" líneas de texto copiadas"_qs,
-        u"text.viewfinder"_qs, {});
+        lines == 1 ? u"Texto copiado"_s : QString::number(lines) + u" líneas de texto copiadas"_s,
+        u"text.viewfinder"_s, {});
 }
 
 void Delivery::deliverColor(const QString& hex)
 {
     routes.reactivatePrevious();
     Clipboard::copy(hex);
-    routes.showMessage(
-        u"Color %1 copiado"_qs.arg(hex), u"eyedropper"_qs, colorFromHex(hex).value_or(QColor()));
+    routes.showMessage(u"Color %1 copiado"_s.arg(hex), u"eyedropper"_s, colorFromHex(hex).value_or(QColor()));
 }
 
 } // namespace pintalux

@@ -18,6 +18,8 @@
 
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::HUD {
 
 namespace {
@@ -91,7 +93,7 @@ public:
         setAttribute(Qt::WA_TransparentForMouseEvents);
         setAttribute(Qt::WA_TranslucentBackground, translucent);
         setFocusPolicy(Qt::NoFocus);
-        setWindowTitle(u"Pintalux"_qs);
+        setWindowTitle(u"Pintalux"_s);
         setAccessibleName(text);
 
         const QSizeF content(markWidth() + gap + std::ceil(block.size().width()),

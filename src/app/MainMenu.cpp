@@ -13,6 +13,8 @@
 #include <QProxyStyle>
 #include <QStyleOptionMenuItem>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::MainMenu {
 
 namespace {
@@ -35,7 +37,7 @@ TextBlock titleOf(const QStyleOptionMenuItem& item, const QColor& color)
 class BarStyle : public QProxyStyle {
 public:
     BarStyle()
-        : QProxyStyle(u"fusion"_qs)
+        : QProxyStyle(u"fusion"_s)
     {
     }
 

@@ -15,6 +15,8 @@
 #include <QScreen>
 #include <QStyleOptionMenuItem>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -89,7 +91,7 @@ TextBlock textOf(const QString& text, Menu::Look look, const QColor& color)
 QString withoutMnemonic(const QString& text)
 {
     auto plain = text;
-    return plain.replace(u"&&"_qs, u"\x01"_qs).remove(u'&').replace(u'\x01', u'&');
+    return plain.replace(u"&&"_s, u"\x01"_s).remove(u'&').replace(u'\x01', u'&');
 }
 
 struct Texts {
@@ -136,7 +138,7 @@ std::optional<QPoint> titleInBar(const QMenu& menu)
 class Menu::Style : public QProxyStyle {
 public:
     explicit Style(int around)
-        : QProxyStyle(u"fusion"_qs)
+        : QProxyStyle(u"fusion"_s)
         , margin(around)
     {
     }

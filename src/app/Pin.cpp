@@ -17,6 +17,8 @@
 #include <QScreen>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -56,7 +58,7 @@ void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* ne
     pin->QWidget::show();
     pin->raise();
     pin->activateWindow();
-    HUD::show(u"Fijada en pantalla · doble clic para cerrar"_qs, u"pin.fill"_qs);
+    HUD::show(u"Fijada en pantalla · doble clic para cerrar"_s, u"pin.fill"_s);
 }
 
 const QList<PinnedImage*>& PinnedImage::open() { return openPins; }
@@ -66,7 +68,7 @@ PinnedImage::PinnedImage(const QImage& picture, QSize size)
     , proportions(size)
     , translucent(hasCompositor())
 {
-    setWindowTitle(u"Imagen fijada"_qs);
+    setWindowTitle(u"Imagen fijada"_s);
     setAccessibleName(windowTitle());
     setAttribute(Qt::WA_TranslucentBackground, translucent);
     setAttribute(Qt::WA_OpaquePaintEvent, !translucent);
@@ -87,7 +89,7 @@ void PinnedImage::copyImage() const
 {
     const double scale = image.width() / std::max(1.0, double(sheet().width()));
     Clipboard::copy(image, std::max(1.0, scale));
-    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+    HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
 }
 
 // Room for the shadow, where there can be one.
@@ -217,8 +219,8 @@ void PinnedImage::contextMenuEvent(QContextMenuEvent* event)
     auto* menu = new Menu(this);
     menu->setCardWidth(menuWidth);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    connect(menu->addAction(u"Copiar"_qs), &QAction::triggered, this, &PinnedImage::copyImage);
-    connect(menu->addAction(u"Cerrar"_qs), &QAction::triggered, this, &PinnedImage::dismiss);
+    connect(menu->addAction(u"Copiar"_s), &QAction::triggered, this, &PinnedImage::copyImage);
+    connect(menu->addAction(u"Cerrar"_s), &QAction::triggered, this, &PinnedImage::dismiss);
     menu->popUpAt(event->globalPos());
 }
 

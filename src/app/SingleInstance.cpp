@@ -15,7 +15,7 @@ namespace pintalux {
 
 namespace {
 
-const QString interfaceName = u"org.freedesktop.Application"_qs;
+const QString interfaceName = u"org.freedesktop.Application"_s;
 
 // The place of the object follows from the name.
 QString objectPath(const QString& id) { return u'/' + QString(id).replace(u'.', u'/').replace(u'-', u'_'); }
@@ -24,8 +24,8 @@ QString objectPath(const QString& id) { return u'/' + QString(id).replace(u'.', 
 QVariantMap platformData()
 {
     QVariantMap data;
-    for (const auto& [variable, key] : {std::pair("DESKTOP_STARTUP_ID", u"desktop-startup-id"_qs),
-             std::pair("XDG_ACTIVATION_TOKEN", u"activation-token"_qs)})
+    for (const auto& [variable, key] : {std::pair("DESKTOP_STARTUP_ID", u"desktop-startup-id"_s),
+             std::pair("XDG_ACTIVATION_TOKEN", u"activation-token"_s)})
         if (const auto value = qEnvironmentVariable(variable); !value.isEmpty())
             data.insert(key, value);
     return data;
@@ -125,19 +125,19 @@ void SingleInstance::claim()
     ownRole = answer.isValid() ? Role::second : Role::alone;
 }
 
-bool SingleInstance::forwardActivation() { return forward(u"Activate"_qs, {}); }
+bool SingleInstance::forwardActivation() { return forward(u"Activate"_s, {}); }
 
 bool SingleInstance::forwardOpen(const QStringList& paths)
 {
     QStringList addresses;
     for (const auto& path : paths)
         addresses.append(addressOf(path));
-    return forward(u"Open"_qs, {addresses});
+    return forward(u"Open"_s, {addresses});
 }
 
 bool SingleInstance::forwardAction(const QString& name, const QVariantList& parameters)
 {
-    return forward(u"ActivateAction"_qs, {name, QVariant(parameters)});
+    return forward(u"ActivateAction"_s, {name, QVariant(parameters)});
 }
 
 bool SingleInstance::forward(const QString& method, const QVariantList& arguments)
@@ -158,3 +158,5 @@ bool SingleInstance::forward(const QString& method, const QVariantList& argument
 } // namespace pintalux
 
 #include "SingleInstance.moc"
+
+using namespace Qt::StringLiterals;

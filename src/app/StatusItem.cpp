@@ -11,6 +11,8 @@
 #include <QGuiApplication>
 #include <QSystemTrayIcon>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -70,7 +72,7 @@ void StatusItem::lookForTray()
 void StatusItem::createIcon()
 {
     icon = std::make_unique<QSystemTrayIcon>();
-    icon->setToolTip(u"Pintalux"_qs);
+    icon->setToolTip(u"Pintalux"_s);
     icon->setContextMenu(statusMenu.get());
     connect(icon.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
@@ -87,7 +89,7 @@ bool StatusItem::wantsLightImage() const
     if (const auto panel = icon ? panelColorAround(icon->geometry()) : std::nullopt)
         return panel->lightness() < 128;
     // This desktop's panel is dark whatever its windows are.
-    if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME"_qs))
+    if (qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME"_s))
         return true;
     return appearance->wishesDark().value_or(Theme::current().dark);
 }

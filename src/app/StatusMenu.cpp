@@ -10,6 +10,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -71,7 +73,7 @@ QList<StatusMenuRow> statusMenuRows(const StatusMenuState& state)
               return StatusMenuRow{
                   Kind::action, title.toString(), id.toString(), key.toString(), symbol.toString(), {}};
           };
-    QList<StatusMenuRow> rows{{Kind::header, u"Pintalux"_qs}, {}};
+    QList<StatusMenuRow> rows{{Kind::header, u"Pintalux"_s}, {}};
     const auto modifiers = enumRow(state.preset).symbols.toString();
     for (const auto& capture : captureActionTable) {
         auto row = action(

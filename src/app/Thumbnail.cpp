@@ -19,6 +19,8 @@
 #include <QPropertyAnimation>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -147,7 +149,7 @@ void ThumbnailController::edit()
 void ThumbnailController::copy()
 {
     Clipboard::copy(shot.image, shot.pixelScale);
-    HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+    HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
     close(true);
 }
 
@@ -175,7 +177,7 @@ void ThumbnailController::save()
                 card->close(true);
             }
         } catch (const Error& error) {
-            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+            HUD::show(u"No se pudo guardar: "_s + error.localizedDescription, u"xmark.octagon"_s);
         }
     };
     whenFinished(runOn(Exporter::savingThread(), write), QCoreApplication::instance(), tell);

@@ -18,6 +18,8 @@
 #include <QPainter>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -91,7 +93,7 @@ public:
         : QAbstractButton(parent)
     {
         setFocusPolicy(Qt::NoFocus);
-        setAccessibleName(u"Cerrar"_qs);
+        setAccessibleName(u"Cerrar"_s);
     }
 
 protected:
@@ -120,9 +122,9 @@ public:
     {
         if (shownSize.width() > pictureSize.width() || shownSize.height() > pictureSize.height())
             shownSize.scale(pictureSize, Qt::KeepAspectRatio);
-        setToolTip(u"Clic para anotar · Arrastra para soltar en otra app"_qs);
+        setToolTip(u"Clic para anotar · Arrastra para soltar en otra app"_s);
         setAttribute(Qt::WA_AlwaysShowToolTips);
-        setAccessibleName(u"Captura"_qs);
+        setAccessibleName(u"Captura"_s);
     }
 
     std::function<void()> clicked;
@@ -232,8 +234,8 @@ ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSa
 {
     makeUnfocusablePanel(*this);
     setAttribute(Qt::WA_TranslucentBackground, translucent);
-    setWindowTitle(u"Pintalux"_qs);
-    setAccessibleName(u"Captura"_qs);
+    setWindowTitle(u"Pintalux"_s);
+    setAccessibleName(u"Captura"_s);
     const QSize card(pictureSize.width() + 2 * padding,
         padding + pictureSize.height() + pictureGap + actionHeight + padding);
     const int margin = translucent ? int(Theme::shadowMargin) : 0;
@@ -261,10 +263,10 @@ void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
         Clicked clicked;
     };
     const std::array<Row, 3> rows{{
-        {isSaved ? u"folder"_qs : u"square.and.arrow.down"_qs, isSaved ? u"Mostrar"_qs : u"Guardar"_qs,
+        {isSaved ? u"folder"_s : u"square.and.arrow.down"_s, isSaved ? u"Mostrar"_s : u"Guardar"_s,
             &ThumbnailPanel::saveClicked},
-        {u"pencil.tip"_qs, u"Anotar"_qs, &ThumbnailPanel::editClicked},
-        {u"doc.on.doc"_qs, u"Copiar"_qs, &ThumbnailPanel::copyClicked},
+        {u"pencil.tip"_s, u"Anotar"_s, &ThumbnailPanel::editClicked},
+        {u"doc.on.doc"_s, u"Copiar"_s, &ThumbnailPanel::copyClicked},
     }};
     const int count = int(rows.size());
     const int room = picture.width() - (count - 1) * actionGap;

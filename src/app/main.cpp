@@ -26,6 +26,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -40,7 +42,7 @@ int print(FILE* stream, const QString& text)
 
 int complain(const QString& sentence, int status)
 {
-    print(stderr, u"pintalux: "_qs + sentence + u"\n"_qs);
+    print(stderr, u"pintalux: "_s + sentence + u"\n"_s);
     return status;
 }
 
@@ -69,8 +71,8 @@ int runWithoutDisplay(int argc, char** argv, const CommandLine& commandLine)
 /// What every run with windows has in common.
 void prepare(QApplication& application)
 {
-    QApplication::setApplicationName(u"pintalux"_qs);
-    QApplication::setApplicationDisplayName(u"Pintalux"_qs);
+    QApplication::setApplicationName(u"pintalux"_s);
+    QApplication::setApplicationDisplayName(u"Pintalux"_s);
     QApplication::setDesktopFileName(applicationId.toString());
     QApplication::setQuitOnLastWindowClosed(false);
     translateToolkit(application);
@@ -100,10 +102,10 @@ int captureToFile(int argc, char** argv, const CommandLine& commandLine)
     QGuiApplication application(argc, argv);
     int status = EXIT_FAILURE;
     whenFinished(ScreenCapture::captureDisplayUnderMouse(), &application, [&](QFuture<CaptureResult> shot) {
-        auto failure = u"No se pudo capturar: "_qs;
+        auto failure = u"No se pudo capturar: "_s;
         try {
             const auto result = shot.takeResult();
-            failure = u"No se pudo guardar: "_qs;
+            failure = u"No se pudo guardar: "_s;
             Exporter::write(result.image, result.pixelScale, commandLine.outputFile);
             status = EXIT_SUCCESS;
         } catch (const Error& error) {
@@ -130,7 +132,7 @@ std::optional<int> handOver(SingleInstance& instance, const CommandLine& command
         return EXIT_SUCCESS;
     if (instance.role() != SingleInstance::Role::second)
         return std::nullopt;
-    return complain(u"Pintalux ya está en marcha, pero no responde."_qs, EXIT_FAILURE);
+    return complain(u"Pintalux ya está en marcha, pero no responde."_s, EXIT_FAILURE);
 }
 
 int runProgram(int argc, char** argv, const CommandLine& commandLine)
@@ -165,11 +167,11 @@ int run(int argc, char** argv)
     const auto commandLine = CommandLine::parse(arguments);
     switch (commandLine.mode) {
     case CommandLine::Mode::misuse:
-        return complain(commandLine.problem + u"\nPrueba «pintalux --help»."_qs, wrongUse);
+        return complain(commandLine.problem + u"\nPrueba «pintalux --help»."_s, wrongUse);
     case CommandLine::Mode::help:
         return print(stdout, CommandLine::help());
     case CommandLine::Mode::version:
-        return print(stdout, u"Pintalux "_qs + CommandLine::version() + u"\n"_qs);
+        return print(stdout, u"Pintalux "_s + CommandLine::version() + u"\n"_s);
     case CommandLine::Mode::completion:
         return print(stdout, completionScript(commandLine.shell));
     case CommandLine::Mode::renderIcon:

@@ -11,6 +11,8 @@
 
 #include <mutex>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::OCR {
 
 namespace {
@@ -126,7 +128,7 @@ private:
             timer = new QTimer(QCoreApplication::instance());
             timer->setSingleShot(true);
             QObject::connect(
-                timer, &QTimer::timeout, [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_qs); });
+                timer, &QTimer::timeout, [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_s); });
         }
         timer->start(milliseconds);
     }
@@ -164,7 +166,7 @@ void recognize(const QImage& image, std::function<void(const std::optional<QStri
                 completion(read.result());
             } catch (const Error& error) {
                 completion(std::nullopt);
-                HUD::show(error.localizedDescription, u"exclamationmark.triangle"_qs);
+                HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s);
             }
         });
 }

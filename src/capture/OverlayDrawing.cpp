@@ -6,6 +6,8 @@
 #include "model/Palette.h"
 #include "render/Draw.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::OverlayDrawing {
 
 namespace {
@@ -121,7 +123,7 @@ void drawReadout(const OverlayLayout::Loupe& loupe, const QImage& image, Graphic
         const QRectF swatch(pill.left() + 7, pill.center().y() - 6, 12, 12);
         context.fillAndStroke(Draw::ellipse(swatch), *color, {white(0.8), 1});
     }
-    const TextBlock text(readoutText(color ? hexString(*color) : u"—"_qs, loupe.pixel), readoutAttributes());
+    const TextBlock text(readoutText(color ? hexString(*color) : u"—"_s, loupe.pixel), readoutAttributes());
     context.draw(text, {pill.left() + 24, pill.center().y() - text.size().height() / 2});
 }
 

@@ -5,6 +5,8 @@
 
 #include <span>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -54,7 +56,7 @@ QString sizeText(const OverlayScene& scene)
         ? QSize(roundedDown(selection.width() * scene.pixelScale),
             roundedDown(selection.height() * scene.pixelScale))
         : pixelsOf(selection, scene.pixelScale, scene.imageSize).size();
-    return u"%1 × %2"_qs.arg(std::max(0, size.width())).arg(std::max(0, size.height()));
+    return u"%1 × %2"_s.arg(std::max(0, size.width())).arg(std::max(0, size.height()));
 }
 
 OverlayLayout::Label labelOf(const OverlayScene& scene, const QRectF& bounds)
@@ -66,7 +68,7 @@ OverlayLayout::Label labelOf(const OverlayScene& scene, const QRectF& bounds)
 
     OverlayLayout::Label label;
     TextLine numbers;
-    const auto separator = u"   "_qs;
+    const auto separator = u"   "_s;
     numbers.appendWithEvenDigits(separator + size, attributes);
     if (scene.mode == OverlayMode::window && !scene.windowTitle.isEmpty()) {
         const double room = bounds.width() - besideText - labelMargin - numbers.size().width();
@@ -99,9 +101,9 @@ OverlayLayout::Bar barOf(OverlayMode mode, const QRectF& bounds)
     OverlayLayout::Bar bar;
     for (const auto& [key, text] : instructions[std::size_t(mode)]) {
         if (bar.text.size().width() > 0)
-            bar.text.append(u"     "_qs, plain);
+            bar.text.append(u"     "_s, plain);
         if (!key.isEmpty())
-            bar.text.append(key.toString() + u"  "_qs, keys);
+            bar.text.append(key.toString() + u"  "_s, keys);
         bar.text.append(text.toString(), plain);
     }
     const auto size = bar.text.size();
@@ -130,7 +132,7 @@ OverlayLayout::Loupe loupeOf(const OverlayScene& scene, const QRectF& bounds)
         = {kept(x, bounds.right() - loupeSide), kept(y, bounds.bottom() - height), loupeSide, loupeSide};
 
     // All characters are equally wide, so any colour gives the width.
-    const auto text = TextBlock(readoutText(u"#000000"_qs, loupe.pixel), readoutAttributes()).size();
+    const auto text = TextBlock(readoutText(u"#000000"_s, loupe.pixel), readoutAttributes()).size();
     const double width = std::max(loupeSide, text.width() + 34);
     loupe.readout = {kept(loupe.frame.left(), bounds.right() - width), loupe.frame.bottom() + readoutGap,
         width, readoutHeight};
@@ -188,7 +190,7 @@ TextAttributes readoutAttributes() { return {Draw::monospacedFont(11, FontWeight
 
 QString readoutText(const QString& hex, QPoint pixel)
 {
-    return u"%1   %2, %3"_qs.arg(hex).arg(pixel.x()).arg(pixel.y());
+    return u"%1   %2, %3"_s.arg(hex).arg(pixel.x()).arg(pixel.y());
 }
 
 OverlayLayout layOut(const OverlayScene& scene)

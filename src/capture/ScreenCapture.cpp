@@ -7,6 +7,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -103,7 +105,7 @@ QString candidateTitle(const WindowInfo& window)
 {
     QStringList parts{window.applicationName, window.title};
     parts.removeAll(QString());
-    return beginning(parts.join(u" — "_qs));
+    return beginning(parts.join(u" — "_s));
 }
 
 } // namespace

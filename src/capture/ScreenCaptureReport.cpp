@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 void ScreenCapture::requestPermissionInteractive()
@@ -21,7 +23,7 @@ void ScreenCapture::requestPermissionInteractive()
         return shown->activateWindow();
     }
     const auto help = from->permissionHelp();
-    auto* alert = new QMessageBox(QMessageBox::Information, u"Pintalux"_qs, help.message);
+    auto* alert = new QMessageBox(QMessageBox::Information, u"Pintalux"_s, help.message);
     shown = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setInformativeText(help.details);
@@ -42,7 +44,7 @@ void ScreenCapture::report(const Error& error)
         = error.domain == ScreenSource::errorDomain && error.code == ScreenSource::userDeclined;
     if (declined || (asCaptureError(error) && !hasPermission()))
         return requestPermissionInteractive();
-    HUD::show(u"No se pudo capturar: "_qs + error.localizedDescription, u"exclamationmark.triangle"_qs);
+    HUD::show(u"No se pudo capturar: "_s + error.localizedDescription, u"exclamationmark.triangle"_s);
 }
 
 } // namespace pintalux

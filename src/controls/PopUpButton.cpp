@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -71,7 +73,7 @@ void PopUpButton::setCurrentIndex(int index)
 {
     current = index >= 0 && index < choices.size() ? index : -1;
     setText(currentTitle());
-    setAccessibleName(currentTitle().isEmpty() ? name : name + u": "_qs + currentTitle());
+    setAccessibleName(currentTitle().isEmpty() ? name : name + u": "_s + currentTitle());
     update();
 }
 

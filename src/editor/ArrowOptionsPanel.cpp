@@ -12,6 +12,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -37,8 +39,8 @@ ArrowOptionsPanel::ArrowOptionsPanel(EditorModel& edited, QWidget* parent)
     makeStyles();
     makeWidth();
     makeColor();
-    auto* close = new BarButton(
-        u"chevron.left"_qs, u"Cerrar opciones de flecha"_qs, this, {.size = closePlace.size()});
+    auto* close
+        = new BarButton(u"chevron.left"_s, u"Cerrar opciones de flecha"_s, this, {.size = closePlace.size()});
     close->move(closePlace.topLeft());
     connect(close, &QAbstractButton::clicked, this, [this] { model.setShowArrowOptions(false); });
 
@@ -65,7 +67,7 @@ void ArrowOptionsPanel::makeStyles()
 
 void ArrowOptionsPanel::makeWidth()
 {
-    wedge = new WedgeSlider(u"Grosor"_qs, EditorModel::strokeRange, this);
+    wedge = new WedgeSlider(u"Grosor"_s, EditorModel::strokeRange, this);
     wedge->move(wedgeCorner);
     connect(wedge, &QAbstractSlider::sliderPressed, this, [this] { gesture.begin(); });
     connect(wedge, &QAbstractSlider::sliderReleased, this, [this] { gesture.end(); });
@@ -79,7 +81,7 @@ void ArrowOptionsPanel::makeWidth()
 
 void ArrowOptionsPanel::makeColor()
 {
-    color = new DropColorButton(u"Color de la flecha"_qs, this);
+    color = new DropColorButton(u"Color de la flecha"_s, this);
     color->setGeometry(colorPlace);
     connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color, this); });
 }
@@ -103,7 +105,7 @@ void ArrowOptionsPanel::paintEvent(QPaintEvent* event)
     const auto& theme = Theme::of(palette());
     for (const int x : rules)
         painter.fillRect(QRectF(x, (height() - ruleLength) / 2.0, 1, ruleLength), theme.hair);
-    ControlPainting::text(u"Grosor"_qs, Draw::systemFont(12, FontWeight::medium), theme.text2, widthLabel,
+    ControlPainting::text(u"Grosor"_s, Draw::systemFont(12, FontWeight::medium), theme.text2, widthLabel,
         Qt::AlignLeft, painter);
 }
 

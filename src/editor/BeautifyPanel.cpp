@@ -9,6 +9,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -53,15 +55,15 @@ public:
         , model(edited)
     {
         addGradients();
-        addSlider(0, u"Margen"_qs, mostPadding, &BeautifySettings::padding);
-        addSlider(1, u"Esquinas"_qs, mostRadius, &BeautifySettings::cornerRadius);
-        auto* shadow = addSwitch(0, u"Sombra suave"_qs);
+        addSlider(0, u"Margen"_s, mostPadding, &BeautifySettings::padding);
+        addSlider(1, u"Esquinas"_s, mostRadius, &BeautifySettings::cornerRadius);
+        auto* shadow = addSwitch(0, u"Sombra suave"_s);
         connect(shadow, &QAbstractButton::clicked, this,
             [this](bool on) { change([on](BeautifySettings& frame) { frame.shadow = on; }); });
-        auto* border = addSwitch(1, u"Borde de luz"_qs);
+        auto* border = addSwitch(1, u"Borde de luz"_s);
         connect(border, &QAbstractButton::clicked, this,
             [this](bool on) { change([on](BeautifySettings& frame) { frame.border = on; }); });
-        auto* always = addSwitch(2, u"Embellecer siempre las capturas nuevas"_qs);
+        auto* always = addSwitch(2, u"Embellecer siempre las capturas nuevas"_s);
         connect(always, &QAbstractButton::clicked, this,
             [this](bool on) { model.preferences().setBeautifyByDefault(on); });
         connect(&model.preferences(), &Settings::changed, this, [this](Setting setting) {
@@ -95,7 +97,7 @@ protected:
         const auto& theme = Theme::of(palette());
         for (const int y : lines)
             painter.fillRect(QRectF(side, y, inner, 1), theme.hair);
-        ControlPainting::text(u"Fondo"_qs, Draw::systemFont(12, FontWeight::medium), theme.text2, groundLabel,
+        ControlPainting::text(u"Fondo"_s, Draw::systemFont(12, FontWeight::medium), theme.text2, groundLabel,
             Qt::AlignLeft, painter);
         for (std::size_t i = 0; i < sliders.size(); ++i) {
             const QRectF row(side, sliderTops[i], inner, sliderRow);
@@ -121,7 +123,7 @@ private:
     {
         for (const auto& gradient : Palette::gradients())
             swatches << new GradientSwatch(gradient, gradient.name, this);
-        swatches << new GradientSwatch({}, u"Sin fondo (transparente)"_qs, this);
+        swatches << new GradientSwatch({}, u"Sin fondo (transparente)"_s, this);
         for (int i = 0; i < int(swatches.size()); ++i) {
             const QPoint corner(side + i % columns * (swatchSize.width() + swatchGap),
                 swatchTop + i / columns * (swatchSize.height() + swatchGap));
@@ -168,7 +170,7 @@ BeautifyPanel::BeautifyPanel(EditorModel& edited, QWidget* parent)
     , model(edited)
 {
     setFixedSize(whole);
-    enabled = new Switch(u"Embellecer captura"_qs, this);
+    enabled = new Switch(u"Embellecer captura"_s, this);
     enabled->setGeometry(
         QRect(QPoint(side + inner - switchSize.width(), headerMiddle - switchSize.height() / 2), switchSize));
     connect(enabled, &QAbstractButton::clicked, this, [this](bool on) {
@@ -197,9 +199,9 @@ void BeautifyPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const auto& theme = Theme::of(palette());
-    ControlPainting::text(u"Embellecer captura"_qs, Draw::systemFont(14, FontWeight::semibold), theme.text,
+    ControlPainting::text(u"Embellecer captura"_s, Draw::systemFont(14, FontWeight::semibold), theme.text,
         titlePlace, Qt::AlignLeft, painter);
-    ControlPainting::text(u"Fondo, margen, esquinas y sombra"_qs, bodyFont(12), theme.text2, subtitlePlace,
+    ControlPainting::text(u"Fondo, margen, esquinas y sombra"_s, bodyFont(12), theme.text2, subtitlePlace,
         Qt::AlignLeft, painter);
 }
 

@@ -12,6 +12,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -64,7 +66,7 @@ protected:
 BlurPicker::BlurPicker(EditorModel& model, QWidget* parent)
     : QWidget(parent)
 {
-    setToolTip(u"Difuminar / pixelar"_qs);
+    setToolTip(u"Difuminar / pixelar"_s);
     setAccessibleName(toolTip());
     for (const auto& row : blurStyleTable) {
         auto* segment = segments[std::size_t(row.value)] = new Segment(row.value, this);

@@ -6,6 +6,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -20,7 +22,7 @@ BrandMarkView::BrandMarkView(std::function<void(QWidget&)> takeAlong, QWidget* p
 {
     setFixedSize(side, side);
     setCursor(Qt::OpenHandCursor);
-    const auto help = u"Arrastra para llevarte la imagen"_qs;
+    const auto help = u"Arrastra para llevarte la imagen"_s;
     setToolTip(help);
     setAccessibleName(help);
 }

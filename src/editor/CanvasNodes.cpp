@@ -6,6 +6,8 @@
 #include <limits>
 #include <numbers>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 using Kind = CanvasNode::Kind;
@@ -14,19 +16,19 @@ QString CanvasNode::name() const
 {
     switch (kind) {
     case Kind::corner:
-        return u"corner(%1)"_qs.arg(index);
+        return u"corner(%1)"_s.arg(index);
     case Kind::start:
-        return u"start"_qs;
+        return u"start"_s;
     case Kind::end:
-        return u"end"_qs;
+        return u"end"_s;
     case Kind::curve:
-        return u"curve"_qs;
+        return u"curve"_s;
     case Kind::pointer:
-        return u"pointer"_qs;
+        return u"pointer"_s;
     case Kind::left:
-        return u"left"_qs;
+        return u"left"_s;
     case Kind::right:
-        return u"right"_qs;
+        return u"right"_s;
     }
     return {};
 }

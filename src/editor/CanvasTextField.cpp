@@ -27,6 +27,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 /// The text and its selection alone. The toolkit would add a dashed frame and its own caret, which inverts
@@ -79,7 +81,7 @@ CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     , attributes(mark.textAttributes())
     , caretRim(mark.filled ? Qt::transparent : withAlpha(contrasting(mark.color), 0.5))
 {
-    setAccessibleName(u"Texto de la anotación"_qs);
+    setAccessibleName(u"Texto de la anotación"_s);
     setFrameShape(NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -264,7 +266,7 @@ void CanvasTextField::pastePlainText(const QString& text)
     // What nobody writes on a picture, and the toolkit may never finish laying out.
     constexpr qsizetype longestText = 20'000;
     if (item->document()->characterCount() + text.size() > longestText)
-        return HUD::show(u"El texto es demasiado largo para una marca"_qs, u"exclamationmark.triangle"_qs);
+        return HUD::show(u"El texto es demasiado largo para una marca"_s, u"exclamationmark.triangle"_s);
     auto caret = item->textCursor();
     caret.insertText(text);
     item->setTextCursor(caret);
@@ -309,11 +311,11 @@ void CanvasTextField::contextMenuEvent(QContextMenuEvent* event)
         action->setEnabled(isPossible);
         connect(action, &QAction::triggered, this, run);
     };
-    add(u"Cortar"_qs, isSelected, &CanvasTextField::cut);
-    add(u"Copiar"_qs, isSelected, &CanvasTextField::copy);
-    add(u"Pegar"_qs, CanvasPasteboard::offersText(), &CanvasTextField::paste);
+    add(u"Cortar"_s, isSelected, &CanvasTextField::cut);
+    add(u"Copiar"_s, isSelected, &CanvasTextField::copy);
+    add(u"Pegar"_s, CanvasPasteboard::offersText(), &CanvasTextField::paste);
     menu->addSeparator();
-    add(u"Seleccionar todo"_qs, !item->document()->isEmpty(), &CanvasTextField::selectAll);
+    add(u"Seleccionar todo"_s, !item->document()->isEmpty(), &CanvasTextField::selectAll);
     menu->popUpAt(event->globalPos());
     event->accept();
 }

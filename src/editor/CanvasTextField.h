@@ -31,7 +31,7 @@ public:
     /// Whether all of the text shows.
     bool fits() const;
 
-    static QString placeholder() { return u"Escribe…"_qs; }
+    static QString placeholder() { return QStringLiteral("Escribe…"); }
 
 Q_SIGNALS:
     void textChanged();

@@ -15,6 +15,8 @@
 #include <cmath>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -39,7 +41,7 @@ CanvasView::CanvasView(EditorModel& edited, QWidget* parent)
         return true;
     }();
     Q_UNUSED(installed)
-    setAccessibleName(u"Lienzo de la captura"_qs);
+    setAccessibleName(u"Lienzo de la captura"_s);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -190,17 +192,17 @@ void CanvasView::copyHoverColor()
     if (hex.isEmpty())
         return;
     Clipboard::copy(hex);
-    HUD::show(u"Color %1 copiado"_qs.arg(hex), u"eyedropper"_qs, hoverInfo.color());
+    HUD::show(u"Color %1 copiado"_s.arg(hex), u"eyedropper"_s, hoverInfo.color());
 }
 
 // ---- For the self-test
 
 QString CanvasView::debugState() const
 {
-    const auto truth = [](bool value) { return value ? u"true"_qs : u"false"_qs; };
+    const auto truth = [](bool value) { return value ? u"true"_s : u"false"_s; };
     const auto node = gesture ? gesture->node() : std::nullopt;
-    return u"draft=%1 nodeDrag=%2 body=%3 editing=%4"_qs.arg(truth(gesture && gesture->draft()),
-        node ? node->name() : u"nil"_qs, truth(gesture && gesture->movesBody()), truth(textField));
+    return u"draft=%1 nodeDrag=%2 body=%3 editing=%4"_s.arg(truth(gesture && gesture->draft()),
+        node ? node->name() : u"nil"_s, truth(gesture && gesture->movesBody()), truth(textField));
 }
 
 void CanvasView::debugDrag(QPointF from, QPointF to)

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 void CanvasView::beginNewText(QPointF at)
@@ -125,11 +127,11 @@ QString CanvasView::debugType(QPointF at, const QString& text)
     textField->insert(text);
     const auto size = textPreview()->textSize();
     const auto frame = textField->geometry();
-    return u"campo=%1×%2 texto=%3×%4 cabe=%5"_qs.arg(frame.width())
+    return u"campo=%1×%2 texto=%3×%4 cabe=%5"_s.arg(frame.width())
         .arg(frame.height())
         .arg(size.width())
         .arg(size.height())
-        .arg(textField->fits() ? u"true"_qs : u"false"_qs);
+        .arg(textField->fits() ? u"true"_s : u"false"_s);
 }
 
 } // namespace pintalux

@@ -15,6 +15,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -44,14 +46,14 @@ ColorChooser::ColorChooser(EditorModel& edited, std::function<void()> close, QWi
     , dismiss(std::move(close))
 {
     setFixedSize(whole);
-    setAccessibleName(u"Color"_qs);
+    setAccessibleName(u"Color"_s);
     QList<std::pair<QColor, QString>> colors;
     for (const auto& swatch : Palette::annotation())
         colors << std::pair(swatch.color, swatch.name);
     addRow(0, colors);
     colors.clear();
     for (const auto grey : greys)
-        colors << std::pair(QColor(grey), u"Gris"_qs);
+        colors << std::pair(QColor(grey), u"Gris"_s);
     addRow(1, colors);
     addTextRow();
     new KeyboardGroup(*this, 0);
@@ -100,15 +102,15 @@ void ColorChooser::addTextRow()
     hex = new TextField(this);
     hex->setGeometry(fieldPlace);
     hex->setFont(toolkitFont(Draw::monospacedFont(12, FontWeight::medium)));
-    hex->setPlaceholderText(u"#RRGGBB"_qs);
-    hex->setAccessibleName(u"Color en hexadecimal"_qs);
+    hex->setPlaceholderText(u"#RRGGBB"_s);
+    hex->setAccessibleName(u"Color en hexadecimal"_s);
     connect(hex, &QLineEdit::returnPressed, this, &ColorChooser::submit);
 
     auto* panel = new PushButton({}, PushButton::Kind::bordered, this);
-    panel->setSymbol(u"paintpalette.fill"_qs);
+    panel->setSymbol(u"paintpalette.fill"_s);
     panel->setGeometry(panelPlace);
-    panel->setToolTip(u"Otro color"_qs);
-    panel->setAccessibleName(u"Otro color"_qs);
+    panel->setToolTip(u"Otro color"_s);
+    panel->setAccessibleName(u"Otro color"_s);
     connect(panel, &QAbstractButton::clicked, this, [this] {
         auto& edited = model;
         dismiss();
@@ -144,7 +146,7 @@ void ColorChooser::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto& theme = Theme::of(palette());
-    ControlPainting::text(u"Color"_qs, Draw::systemFont(13, FontWeight::semibold), theme.text, titlePlace,
+    ControlPainting::text(u"Color"_s, Draw::systemFont(13, FontWeight::semibold), theme.text, titlePlace,
         Qt::AlignLeft, painter);
     painter.fillRect(QRectF(side, lineY, width() - 2 * side, 1), theme.hair);
     ControlPainting::box(chip, Theme::controlRadius, model.color(), theme.swatchEdge(), 1, painter);

@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 ColorPanelBridge& ColorPanelBridge::shared()
@@ -55,7 +57,7 @@ void ColorPanelBridge::open(EditorModel& opened)
 void ColorPanelBridge::makePanel()
 {
     dialog = std::make_unique<QColorDialog>();
-    dialog->setWindowTitle(u"Color"_qs);
+    dialog->setWindowTitle(u"Color"_s);
     dialog->setWindowIcon(AppIcon::windowIcon());
     // A desktop's own dialog tells its colour only when it closes.
     dialog->setOptions(QColorDialog::NoButtons | QColorDialog::DontUseNativeDialog);

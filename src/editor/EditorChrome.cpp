@@ -17,6 +17,8 @@
 #include <QPainter>
 #include <QShortcut>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -30,9 +32,9 @@ constexpr int infoGap = 12; ///< between texts and a divider
 constexpr int betweenValues = 16;
 constexpr int menuGap = 6;
 
-QString sizeText(const QSize& pixels) { return u"%1 × %2"_qs.arg(pixels.width()).arg(pixels.height()); }
+QString sizeText(const QSize& pixels) { return u"%1 × %2"_s.arg(pixels.width()).arg(pixels.height()); }
 
-QString zoomText(int percent) { return u"%1\u00a0%"_qs.arg(percent); }
+QString zoomText(int percent) { return u"%1\u00a0%"_s.arg(percent); }
 
 } // namespace
 
@@ -56,8 +58,8 @@ EditorChrome::EditorChrome(EditorModel& edited, HoverInfo& hovered, EditorComman
     layout->addWidget(new BarDivider(groupGap, groupGap, this));
     addActions(*layout);
     layout->addSpacing(beforeSave);
-    auto* save = new PushButton(u"Guardar PNG"_qs, PushButton::Kind::gradient, this);
-    save->setToolTip(KeyLabel::text(u"Guardar como… (⌘S)"_qs));
+    auto* save = new PushButton(u"Guardar PNG"_s, PushButton::Kind::gradient, this);
+    save->setToolTip(KeyLabel::text(u"Guardar como… (⌘S)"_s));
     save->setFocusPolicy(Qt::TabFocus);
     connect(save, &QAbstractButton::clicked, this, [this] { commands.saveAs(); });
     layout->addWidget(save);
@@ -85,18 +87,18 @@ void EditorChrome::addHistory(QBoxLayout& layout)
         layout.addWidget(button);
         return button;
     };
-    undo = add(u"arrow.uturn.backward"_qs, u"Deshacer (⌘Z)"_qs, [this] {
+    undo = add(u"arrow.uturn.backward"_s, u"Deshacer (⌘Z)"_s, [this] {
         commands.commitText();
         commands.undo();
     });
-    redo = add(u"arrow.uturn.forward"_qs, u"Rehacer (⇧⌘Z)"_qs, [this] { commands.redo(); });
-    clear = add(u"trash"_qs, u"Borrar todas las anotaciones"_qs, [this] { model.clearAnnotations(); });
+    redo = add(u"arrow.uturn.forward"_s, u"Rehacer (⇧⌘Z)"_s, [this] { commands.redo(); });
+    clear = add(u"trash"_s, u"Borrar todas las anotaciones"_s, [this] { model.clearAnnotations(); });
 }
 
 void EditorChrome::addInformation(QBoxLayout& layout)
 {
-    pixels = new InfoText(u"píxeles"_qs, sizeText(model.doc().image.size()), this);
-    zoom = new InfoText(u"zoom"_qs, zoomText(100), this);
+    pixels = new InfoText(u"píxeles"_s, sizeText(model.doc().image.size()), this);
+    zoom = new InfoText(u"zoom"_s, zoomText(100), this);
     color = new HoverColorButton(this);
     connect(color, &QAbstractButton::clicked, this, [this] { commands.copyHoverColor(); });
     layout.addWidget(pixels);
@@ -110,7 +112,7 @@ void EditorChrome::addToolsToggle(QBoxLayout& layout)
 {
     const int height = BarButton::barHeight;
     tools = new BarButton({}, {}, this, {.size = {30, height}, .part = BarButton::Part::leading});
-    edges = new BarButton(u"chevron"_qs, u"Posición de la paleta"_qs, this,
+    edges = new BarButton(u"chevron"_s, u"Posición de la paleta"_s, this,
         {.size = {20, height}, .symbolSize = 14, .part = BarButton::Part::trailing});
     connect(
         tools, &QAbstractButton::clicked, this, [this] { model.setToolbarHidden(!model.toolbarHidden()); });
@@ -135,7 +137,7 @@ void EditorChrome::addActions(QBoxLayout& layout)
         Row{u"pin", u"Fijar en pantalla, siempre visible", &EditorCommands::pin},
         Row{u"text.viewfinder", u"Copiar el texto de la imagen (OCR)", &EditorCommands::extractText},
     };
-    beautify = new BarButton(u"sparkles"_qs, u"Embellecer: fondo con degradado, esquinas y sombra"_qs, this);
+    beautify = new BarButton(u"sparkles"_s, u"Embellecer: fondo con degradado, esquinas y sombra"_s, this);
     connect(beautify, &QAbstractButton::clicked, this, &EditorChrome::toggleBeautify);
     layout.addWidget(beautify);
     for (const auto& [symbol, help, action] : table) {
@@ -183,8 +185,8 @@ void EditorChrome::refresh(EditorModel::Field field)
         break;
     case Field::toolbarHidden: {
         const bool shown = !model.toolbarHidden();
-        tools->setSymbol(shown ? u"paintpalette.fill"_qs : u"paintpalette"_qs);
-        tools->setHelp(shown ? u"Ocultar herramientas (Tab)"_qs : u"Mostrar herramientas (Tab)"_qs);
+        tools->setSymbol(shown ? u"paintpalette.fill"_s : u"paintpalette"_s);
+        tools->setHelp(shown ? u"Ocultar herramientas (Tab)"_s : u"Mostrar herramientas (Tab)"_s);
         tools->setMarked(shown);
         edges->setMarked(shown);
         break;

@@ -17,6 +17,8 @@
 #include <QShortcut>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -48,7 +50,7 @@ EditorWindow::EditorWindow(EditorModel& edited, EditorCommands& commands)
     arrowOptions = new ArrowOptionsPanel(model, this);
     chrome->raise(); // the panels' shadows end at it
 
-    setWindowTitle(u"Pintalux"_qs);
+    setWindowTitle(u"Pintalux"_s);
     setMinimumSize(EditorWindowLayout::minimumSize);
     // Every pixel is a child's; painting beneath them would be for nothing.
     setAttribute(Qt::WA_OpaquePaintEvent);

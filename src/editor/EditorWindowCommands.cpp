@@ -18,6 +18,8 @@
 #include <QFileInfo>
 #include <QPointer>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -67,7 +69,7 @@ void EditorWindowController::redo() { editorModel.redo(); }
 void EditorWindowController::copy()
 {
     if (copyFinished())
-        HUD::show(u"Copiado al portapapeles"_qs, u"doc.on.clipboard"_qs);
+        HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
 }
 
 void EditorWindowController::saveAs()
@@ -87,10 +89,10 @@ void EditorWindowController::quickSave()
               name = editorModel.suggestedName()] { return Exporter::quickSave(image, scale, folder, name); };
     const auto tell = [](const QFuture<QString>& path) {
         try {
-            HUD::show(u"Guardado en "_qs + QFileInfo(QFileInfo(path.result()).path()).fileName(),
-                u"checkmark.circle.fill"_qs);
+            HUD::show(u"Guardado en "_s + QFileInfo(QFileInfo(path.result()).path()).fileName(),
+                u"checkmark.circle.fill"_s);
         } catch (const Error& error) {
-            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+            HUD::show(u"No se pudo guardar: "_s + error.localizedDescription, u"xmark.octagon"_s);
         }
     };
     // Told also when this window has gone by then.
@@ -99,8 +101,8 @@ void EditorWindowController::quickSave()
 
 void EditorWindowController::insertImage()
 {
-    const OpenPanel panel{.message = u"Elige una o varias imágenes para agregarlas sobre la captura"_qs,
-        .prompt = u"Agregar"_qs};
+    const OpenPanel panel{
+        .message = u"Elige una o varias imágenes para agregarlas sobre la captura"_s, .prompt = u"Agregar"_s};
     showOpenPanel(panel, editorWindow.get(), [guard = QPointer(this)](const QStringList& paths) {
         if (guard)
             guard->insertFiles(paths);
@@ -130,9 +132,9 @@ void EditorWindowController::extractText()
 {
     OCR::recognize(editorModel.doc().image, [](const std::optional<QString>& text) {
         if (!text || text->isEmpty())
-            return HUD::show(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs);
+            return HUD::show(u"No se encontró texto"_s, u"text.magnifyingglass"_s);
         Clipboard::copy(*text);
-        HUD::show(u"Texto copiado al portapapeles"_qs, u"text.viewfinder"_qs);
+        HUD::show(u"Texto copiado al portapapeles"_s, u"text.viewfinder"_s);
     });
 }
 

@@ -12,6 +12,8 @@
 #include <QMenu>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -128,7 +130,7 @@ void EditorWindowController::runMenuAction(const QString& actionId)
         {u"performClose", [this] { editorWindow->close(); }},
         {u"performMiniaturize", [this] { editorWindow->showMinimized(); }},
         {u"hide", [] { hideAll(); }},
-        {u"terminate", [this] { delegateAction ? delegateAction(u"terminate"_qs) : QApplication::quit(); }},
+        {u"terminate", [this] { delegateAction ? delegateAction(u"terminate"_s) : QApplication::quit(); }},
     }};
     if (runInText(actionId, *editorWindow))
         return;
@@ -142,7 +144,7 @@ void EditorWindowController::windowWillClose()
     // First, so that a text that was being typed counts as the edit that it is.
     commitText();
     if (settings.autoCopy() && editorModel.undoCount() >= 1 && copyFinished())
-        HUD::show(u"Copiada con tus anotaciones"_qs, u"doc.on.clipboard.fill"_qs);
+        HUD::show(u"Copiada con tus anotaciones"_s, u"doc.on.clipboard.fill"_s);
     if (onClose)
         onClose();
 }

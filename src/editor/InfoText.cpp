@@ -7,6 +7,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -28,7 +30,7 @@ Font captionFont() { return Draw::systemFont(captionSize, FontWeight::medium); }
 
 const QString& colorCaption()
 {
-    static const auto text = u"color"_qs;
+    static const auto text = u"color"_s;
     return text;
 }
 
@@ -77,9 +79,9 @@ void InfoText::paintEvent(QPaintEvent*)
 }
 
 HoverColorButton::HoverColorButton(QWidget* parent)
-    : ChromeButton(u"Color bajo el cursor. ⇧C o clic para copiarlo"_qs, Theme::controlRadius, parent)
+    : ChromeButton(u"Color bajo el cursor. ⇧C o clic para copiarlo"_s, Theme::controlRadius, parent)
 {
-    const double text = std::max(widthOf(u"#DDDDDD"_qs, hexFont()), widthOf(colorCaption(), captionFont()));
+    const double text = std::max(widthOf(u"#DDDDDD"_s, hexFont()), widthOf(colorCaption(), captionFont()));
     setFixedSize(int(std::ceil(chipInset + chipSize + chipGap + text + colorPadding)), infoHeight);
 }
 
@@ -103,7 +105,7 @@ void HoverColorButton::paintEvent(QPaintEvent*)
     painter.setPen(QPen(theme().swatchEdge(), 1));
     painter.drawPath(Draw::roundedRect(expanded(chip, -0.5), chipRadius - 0.5));
     const double left = chip.right() + chipGap;
-    drawOnBaseline(color ? hex : u"—"_qs, {hexFont(), theme().text}, {left, valueBaseline}, painter);
+    drawOnBaseline(color ? hex : u"—"_s, {hexFont(), theme().text}, {left, valueBaseline}, painter);
     drawOnBaseline(colorCaption(), {captionFont(), theme().text2}, {left, captionBaseline}, painter);
 }
 

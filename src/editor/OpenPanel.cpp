@@ -4,6 +4,8 @@
 
 #include <QFileDialog>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 QFileDialog* showOpenPanel(
@@ -14,8 +16,8 @@ QFileDialog* showOpenPanel(
     dialog->setFileMode(QFileDialog::ExistingFiles);
     dialog->setOption(QFileDialog::HideNameFilterDetails); // eleven endings do not fit
     dialog->setNameFilters(
-        {u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif)"_qs,
-            u"Todos los archivos (*)"_qs});
+        {u"Imágenes (*.png *.jpg *.jpeg *.tif *.tiff *.heic *.heif *.gif *.webp *.bmp *.avif)"_s,
+            u"Todos los archivos (*)"_s});
     if (!panel.prompt.isEmpty())
         dialog->setLabelText(QFileDialog::Accept, panel.prompt);
     QObject::connect(dialog, &QFileDialog::filesSelected, dialog,

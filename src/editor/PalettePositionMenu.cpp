@@ -3,6 +3,8 @@
 #include "app/Theme.h"
 #include "platform/Symbol.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -25,7 +27,7 @@ PalettePositionMenu::PalettePositionMenu(EditorModel& edited, QWidget* parent)
 void PalettePositionMenu::fill()
 {
     clear();
-    auto* header = addAction(u"Posición de la paleta"_qs);
+    auto* header = addAction(u"Posición de la paleta"_s);
     header->setEnabled(false);
     setLook(*header, Look::section);
 
@@ -35,13 +37,13 @@ void PalettePositionMenu::fill()
         action->setCheckable(true);
         action->setChecked(model.paletteEdge() == row.value);
         setPicture(*action,
-            Symbol::icon(u"dock."_qs + row.rawValue.toString(), {.normal = theme.icon, .active = Qt::white}),
+            Symbol::icon(u"dock."_s + row.rawValue.toString(), {.normal = theme.icon, .active = Qt::white}),
             glyphSize);
         connect(action, &QAction::triggered, this, [this, edge = row.value] { model.setPaletteEdge(edge); });
     }
     addSeparator();
     const bool hidden = model.toolbarHidden();
-    connect(addAction(hidden ? u"Mostrar herramientas"_qs : u"Ocultar herramientas"_qs), &QAction::triggered,
+    connect(addAction(hidden ? u"Mostrar herramientas"_s : u"Ocultar herramientas"_s), &QAction::triggered,
         this, [this, hidden] { model.setToolbarHidden(!hidden); });
 }
 

@@ -9,6 +9,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -63,7 +65,7 @@ StrokeSample::StrokeSample(EditorModel& shown, QWidget* parent)
     , model(shown)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAccessibleName(u"Muestra del trazo"_qs);
+    setAccessibleName(u"Muestra del trazo"_s);
     connect(&model, &EditorModel::changed, this, [this](EditorModel::Field field) {
         using Field = EditorModel::Field;
         if (field == Field::tool || field == Field::color || field == Field::strokeWidth

@@ -8,6 +8,8 @@
 
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -24,7 +26,7 @@ ToolButton::ToolButton(Tool tool, QWidget* parent)
 
 QString ToolButton::helpOf(Tool tool)
 {
-    return u"%1 (%2)"_qs.arg(title(tool), QChar(pintalux::shortcut(tool)).toUpper());
+    return u"%1 (%2)"_s.arg(title(tool), QChar(pintalux::shortcut(tool)).toUpper());
 }
 
 void ToolButton::paintEvent(QPaintEvent*)

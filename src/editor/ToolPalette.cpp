@@ -17,6 +17,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -57,7 +59,7 @@ class ToolPalette::Grip : public ChromeButton {
 public:
     explicit Grip(ToolPalette* moved)
         : ChromeButton(
-            u"Arrastra para mover la paleta (abajo, arriba o a los lados)"_qs, Theme::chipRadius, moved)
+            u"Arrastra para mover la paleta (abajo, arriba o a los lados)"_s, Theme::chipRadius, moved)
         , card(*moved)
     {
         setCursor(Qt::OpenHandCursor);

@@ -10,6 +10,8 @@
 #include "editor/StyleButtons.h"
 #include "model/Palette.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -79,7 +81,7 @@ void ToolSections::makeStyleControls()
             [this, color = swatch.color] { StyleActions::chooseColor(model, color); });
         swatches << button;
     }
-    chooser = new ColorChooserButton(u"Más colores"_qs, this);
+    chooser = new ColorChooserButton(u"Más colores"_s, this);
     connect(chooser, &QAbstractButton::clicked, this, &ToolSections::openColorChooser);
     for (std::size_t i = 0; i < widths.size(); ++i) {
         widths[i] = new WidthButton(widthTable[i].barHeight, widthTable[i].title.toString(), this);
@@ -96,10 +98,10 @@ void ToolSections::makeExtras()
         connect(button, &QAbstractButton::clicked, this, [this, action] { action(model); });
         return button;
     };
-    fill = toggle(u"square"_qs, u"Relleno (F)"_qs, &StyleActions::toggleFilled);
-    handwriting = toggle(u"signature"_qs, u"Letra manuscrita"_qs, &StyleActions::toggleHandwritten);
-    callout = toggle(u"bubble.left.fill"_qs,
-        u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_qs,
+    fill = toggle(u"square"_s, u"Relleno (F)"_s, &StyleActions::toggleFilled);
+    handwriting = toggle(u"signature"_s, u"Letra manuscrita"_s, &StyleActions::toggleHandwritten);
+    callout = toggle(u"bubble.left.fill"_s,
+        u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_s,
         &StyleActions::toggleCallout);
     blurPicker = new BlurPicker(model, this);
     sample = new StrokeSample(model, this);
@@ -107,9 +109,9 @@ void ToolSections::makeExtras()
 
 void ToolSections::makeCropButtons()
 {
-    applyCrop = new PushButton(u"Recortar"_qs, PushButton::Kind::solid, this);
-    applyCrop->setSymbol(u"crop"_qs);
-    cancelCrop = new PushButton(u"Cancelar"_qs, PushButton::Kind::bordered, this);
+    applyCrop = new PushButton(u"Recortar"_s, PushButton::Kind::solid, this);
+    applyCrop->setSymbol(u"crop"_s);
+    cancelCrop = new PushButton(u"Cancelar"_s, PushButton::Kind::bordered, this);
     for (auto* button : {applyCrop, cancelCrop}) {
         button->setButtonHeight(cropHeight);
         button->setRadius(Theme::toolRadius);
@@ -192,7 +194,7 @@ void ToolSections::refresh(EditorModel::Field field)
             widths[i]->setMarked(model.strokeWidth() == EditorModel::widths[i]);
         break;
     case Field::filled:
-        fill->setSymbol(model.filled() ? u"square.fill"_qs : u"square"_qs);
+        fill->setSymbol(model.filled() ? u"square.fill"_s : u"square"_s);
         fill->setMarked(model.filled());
         break;
     case Field::handwritten:

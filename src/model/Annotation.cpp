@@ -3,6 +3,8 @@
 #include "model/Color.h"
 #include "model/Geometry.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -90,7 +92,7 @@ std::optional<double> Annotation::wrapWidth() const
 
 TextBlock Annotation::textBlock() const
 {
-    return {text.isEmpty() ? u" "_qs : text, textAttributes(), wrapWidth()};
+    return {text.isEmpty() ? u" "_s : text, textAttributes(), wrapWidth()};
 }
 
 QSizeF Annotation::textSize() const

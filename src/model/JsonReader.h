@@ -22,7 +22,7 @@ struct JsonPlace {
 
     [[noreturn]] void fail(const QString& reason) const
     {
-        throw Error(Error::ownDomain, 2, path + u": "_qs + reason);
+        throw Error(Error::ownDomain, 2, path + QStringLiteral(": ") + reason);
     }
 
     bool boolean() const;
@@ -42,8 +42,9 @@ struct JsonPlace {
             return *known;
         QStringList names;
         for (const auto known : allCases<E>())
-            names << u"«"_qs + rawValue(known) + u"»"_qs;
-        fail(u"valor desconocido; se admite "_qs + names.join(u", "_qs) + u"."_qs);
+            names << QStringLiteral("«") + rawValue(known) + QStringLiteral("»");
+        fail(QStringLiteral("valor desconocido; se admite ") + names.join(QStringLiteral(", "))
+            + QStringLiteral("."));
     }
 };
 

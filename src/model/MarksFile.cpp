@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -69,34 +71,34 @@ Annotation annotation(const JsonPlace& place, const MarksFile::ImageLoader& load
 {
     JsonFields fields(place);
     Annotation mark;
-    mark.kind = fields.require(u"kind"_qs).enumeration<AnnotationKind>();
+    mark.kind = fields.require(u"kind"_s).enumeration<AnnotationKind>();
     const auto& needs = needsTable[std::size_t(mark.kind)];
 
-    assign(fields, u"id"_qs, mark.id, std::mem_fn(&JsonPlace::uuid));
-    assign(fields, u"start"_qs, mark.start, std::mem_fn(&JsonPlace::point), needs.start);
+    assign(fields, u"id"_s, mark.id, std::mem_fn(&JsonPlace::uuid));
+    assign(fields, u"start"_s, mark.start, std::mem_fn(&JsonPlace::point), needs.start);
     mark.end = mark.start;
-    assign(fields, u"end"_qs, mark.end, std::mem_fn(&JsonPlace::point), needs.end);
-    assign(fields, u"points"_qs, mark.points, points, needs.points);
-    assign(fields, u"color"_qs, mark.color, std::mem_fn(&JsonPlace::color), needs.color);
-    assign(fields, u"lineWidth"_qs, mark.lineWidth, lineWidth, needs.lineWidth);
-    assign(fields, u"filled"_qs, mark.filled, std::mem_fn(&JsonPlace::boolean));
-    assign(fields, u"text"_qs, mark.text, std::mem_fn(&JsonPlace::string));
-    assign(fields, u"fontSize"_qs, mark.fontSize, fontSize);
-    assign(fields, u"number"_qs, mark.number, std::mem_fn(&JsonPlace::integer));
-    assign(fields, u"blurStyle"_qs, mark.blurStyle, std::mem_fn(&JsonPlace::enumeration<BlurStyle>));
-    assign(fields, u"arrowStyle"_qs, mark.arrowStyle, std::mem_fn(&JsonPlace::enumeration<ArrowStyle>));
-    assign(fields, u"handwritten"_qs, mark.handwritten, std::mem_fn(&JsonPlace::boolean));
-    assign(fields, u"control"_qs, mark.control, std::mem_fn(&JsonPlace::point));
-    assign(fields, u"pointer"_qs, mark.pointer, std::mem_fn(&JsonPlace::point));
-    assign(fields, u"boxWidth"_qs, mark.boxWidth, length);
+    assign(fields, u"end"_s, mark.end, std::mem_fn(&JsonPlace::point), needs.end);
+    assign(fields, u"points"_s, mark.points, points, needs.points);
+    assign(fields, u"color"_s, mark.color, std::mem_fn(&JsonPlace::color), needs.color);
+    assign(fields, u"lineWidth"_s, mark.lineWidth, lineWidth, needs.lineWidth);
+    assign(fields, u"filled"_s, mark.filled, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"text"_s, mark.text, std::mem_fn(&JsonPlace::string));
+    assign(fields, u"fontSize"_s, mark.fontSize, fontSize);
+    assign(fields, u"number"_s, mark.number, std::mem_fn(&JsonPlace::integer));
+    assign(fields, u"blurStyle"_s, mark.blurStyle, std::mem_fn(&JsonPlace::enumeration<BlurStyle>));
+    assign(fields, u"arrowStyle"_s, mark.arrowStyle, std::mem_fn(&JsonPlace::enumeration<ArrowStyle>));
+    assign(fields, u"handwritten"_s, mark.handwritten, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"control"_s, mark.control, std::mem_fn(&JsonPlace::point));
+    assign(fields, u"pointer"_s, mark.pointer, std::mem_fn(&JsonPlace::point));
+    assign(fields, u"boxWidth"_s, mark.boxWidth, length);
     const auto load = [&](const JsonPlace& image) {
         try {
             return loadImage(image.string());
         } catch (const Error& error) {
-            throw Error(error.domain, error.code, image.path + u": "_qs + error.localizedDescription);
+            throw Error(error.domain, error.code, image.path + u": "_s + error.localizedDescription);
         }
     };
-    assign(fields, u"image"_qs, mark.image, load, mark.kind == AnnotationKind::image);
+    assign(fields, u"image"_s, mark.image, load, mark.kind == AnnotationKind::image);
     fields.finish();
     return mark;
 }
@@ -107,12 +109,12 @@ BeautifySettings beautifySettings(const JsonPlace& place)
     const auto points = [](const JsonPlace& field) { return field.number(0, mostPoints); };
     JsonFields fields(place);
     BeautifySettings settings;
-    assign(fields, u"enabled"_qs, settings.enabled, std::mem_fn(&JsonPlace::boolean));
-    assign(fields, u"gradient"_qs, settings.gradient, std::mem_fn(&JsonPlace::integer));
-    assign(fields, u"padding"_qs, settings.padding, points);
-    assign(fields, u"cornerRadius"_qs, settings.cornerRadius, points);
-    assign(fields, u"shadow"_qs, settings.shadow, std::mem_fn(&JsonPlace::boolean));
-    assign(fields, u"border"_qs, settings.border, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"enabled"_s, settings.enabled, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"gradient"_s, settings.gradient, std::mem_fn(&JsonPlace::integer));
+    assign(fields, u"padding"_s, settings.padding, points);
+    assign(fields, u"cornerRadius"_s, settings.cornerRadius, points);
+    assign(fields, u"shadow"_s, settings.shadow, std::mem_fn(&JsonPlace::boolean));
+    assign(fields, u"border"_s, settings.border, std::mem_fn(&JsonPlace::boolean));
     fields.finish();
     return settings;
 }
@@ -125,17 +127,17 @@ MarksFile MarksFile::parse(const QByteArray& json, const ImageLoader& loadImage)
     const auto document = QJsonDocument::fromJson(json, &problem);
     if (document.isNull())
         throw Error(
-            Error::ownDomain, 2, u"no es JSON válido (línea %1)."_qs.arg(lineAt(json, problem.offset)));
+            Error::ownDomain, 2, u"no es JSON válido (línea %1)."_s.arg(lineAt(json, problem.offset)));
 
     JsonFields fields(
-        {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_qs});
+        {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_s});
     MarksFile marks;
-    assign(fields, u"pixelScale"_qs, marks.pixelScale,
+    assign(fields, u"pixelScale"_s, marks.pixelScale,
         [](const JsonPlace& place) { return place.number(0.1, 16); });
-    if (const auto list = fields.take(u"annotations"_qs))
+    if (const auto list = fields.take(u"annotations"_s))
         for (const auto& element : list->elements())
             marks.annotations << annotation(element, loadImage);
-    assign(fields, u"beautify"_qs, marks.beautify, beautifySettings);
+    assign(fields, u"beautify"_s, marks.beautify, beautifySettings);
     fields.finish();
     return marks;
 }

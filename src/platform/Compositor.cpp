@@ -11,11 +11,13 @@
 #include <QStyle>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
 
-bool onX11() { return QGuiApplication::platformName() == u"xcb"_qs; }
+bool onX11() { return QGuiApplication::platformName() == u"xcb"_s; }
 
 } // namespace
 

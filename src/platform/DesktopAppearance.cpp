@@ -11,17 +11,19 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
 
-const auto service = u"org.freedesktop.portal.Desktop"_qs;
-const auto path = u"/org/freedesktop/portal/desktop"_qs;
-const auto interface = u"org.freedesktop.portal.Settings"_qs;
-const auto appearance = u"org.freedesktop.appearance"_qs;
-const auto colorScheme = u"color-scheme"_qs;
-const auto widgets = u"org.gnome.desktop.interface"_qs;
-const auto theme = u"gtk-theme"_qs;
+const auto service = u"org.freedesktop.portal.Desktop"_s;
+const auto path = u"/org/freedesktop/portal/desktop"_s;
+const auto interface = u"org.freedesktop.portal.Settings"_s;
+const auto appearance = u"org.freedesktop.appearance"_s;
+const auto colorScheme = u"color-scheme"_s;
+const auto widgets = u"org.gnome.desktop.interface"_s;
+const auto theme = u"gtk-theme"_s;
 
 /// The value within as many variants as the portal has put around it.
 QVariant opened(QVariant value)
@@ -35,13 +37,13 @@ QVariant opened(QVariant value)
 QString themeOfSettingsFile()
 {
     const auto path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-        + u"/gtk-3.0/settings.ini"_qs;
+        + u"/gtk-3.0/settings.ini"_s;
     if (!QFileInfo::exists(path))
         return {};
     const QSettings file(path, QSettings::IniFormat);
-    if (file.value(u"Settings/gtk-application-prefer-dark-theme"_qs).toBool())
-        return u"dark"_qs;
-    return file.value(u"Settings/gtk-theme-name"_qs).toString();
+    if (file.value(u"Settings/gtk-application-prefer-dark-theme"_s).toBool())
+        return u"dark"_s;
+    return file.value(u"Settings/gtk-theme-name"_s).toString();
 }
 
 } // namespace
@@ -53,7 +55,7 @@ DesktopAppearance::DesktopAppearance(QObject* parent)
     auto bus = sessionBus();
     if (!bus)
         return;
-    bus->connect(service, path, interface, u"SettingChanged"_qs, this, SLOT(settingChanged(QDBusMessage)));
+    bus->connect(service, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
     ask(appearance, colorScheme);
     ask(widgets, theme);
 }
@@ -74,7 +76,7 @@ std::optional<bool> DesktopAppearance::wishesDark() const
 
 void DesktopAppearance::ask(const QString& space, const QString& key)
 {
-    auto question = QDBusMessage::createMethodCall(service, path, interface, u"Read"_qs);
+    auto question = QDBusMessage::createMethodCall(service, path, interface, u"Read"_s);
     question.setArguments({space, key});
     auto* answer = new QDBusPendingCallWatcher(sessionBus()->asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, space, key] {

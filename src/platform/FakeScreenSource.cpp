@@ -2,6 +2,8 @@
 
 #include <QColorSpace>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -23,9 +25,9 @@ public:
     explicit Hidden(QStringList& log)
         : log(log)
     {
-        log.append(u"hide"_qs);
+        log.append(u"hide"_s);
     }
-    ~Hidden() override { log.append(u"show"_qs); }
+    ~Hidden() override { log.append(u"show"_s); }
 
 private:
     QStringList& log;
@@ -36,13 +38,13 @@ private:
 FakeScreenSource::FakeScreenSource()
 {
     content.screens = {
-        {u"LEFT"_qs, {0, 0, 400, 300}, {0, 0, 400, 300}, 1, true},
-        {u"RIGHT"_qs, {400, 0, 200, 150}, {400, 0, 400, 300}, 2, true},
+        {u"LEFT"_s, {0, 0, 400, 300}, {0, 0, 400, 300}, 1, true},
+        {u"RIGHT"_s, {400, 0, 200, 150}, {400, 0, 400, 300}, 2, true},
     };
     content.windows = {
-        {1, {20, 20, 200, 120}, 0, 11, u"Notas"_qs, u"Lista de la compra"_qs, true, 1},
-        {2, {60, 40, 300, 200}, 0, 12, u"Navegador"_qs, u"Página de inicio"_qs, true, 1},
-        {3, {410, 10, 120, 100}, 0, 11, u"Notas"_qs, u""_qs, true, 2},
+        {1, {20, 20, 200, 120}, 0, 11, u"Notas"_s, u"Lista de la compra"_s, true, 1},
+        {2, {60, 40, 300, 200}, 0, 12, u"Navegador"_s, u"Página de inicio"_s, true, 1},
+        {3, {410, 10, 120, 100}, 0, 11, u"Notas"_s, u""_s, true, 2},
     };
 }
 
@@ -60,7 +62,7 @@ bool FakeScreenSource::requestPermission()
 
 ShareableContent FakeScreenSource::shareableContent(const QList<ToolkitScreen>&)
 {
-    log.append(u"content"_qs);
+    log.append(u"content"_s);
     failAsScripted(listFailures);
     return content;
 }
@@ -72,7 +74,7 @@ std::unique_ptr<ScreenSource::OwnWindowsHidden> FakeScreenSource::hideOwnWindows
 
 Screenshot FakeScreenSource::screenshot(const ScreenInfo& screen)
 {
-    log.append(u"screen "_qs + screen.name);
+    log.append(u"screen "_s + screen.name);
     failAsScripted(failures);
     const auto index = std::ranges::find(content.screens, screen.name, &ScreenInfo::name);
     return {picture(screen.nativeRect.size(), int(index - content.screens.begin())), screen.pixelScale};
@@ -80,7 +82,7 @@ Screenshot FakeScreenSource::screenshot(const ScreenInfo& screen)
 
 Screenshot FakeScreenSource::screenshot(const WindowInfo& window)
 {
-    log.append(u"window "_qs + QString::number(window.id));
+    log.append(u"window "_s + QString::number(window.id));
     failAsScripted(failures);
     const QSize size = (window.frame.size() * window.pixelScale).toSize();
     return {picture(size, 100 + int(window.id)), window.pixelScale};

@@ -15,6 +15,8 @@
 #include <cstdio>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -77,7 +79,7 @@ public:
         const auto folder = folderOf(target);
         int descriptor = -1;
         do {
-            path = folder + u"/.pintalux-"_qs + QString::number(QRandomGenerator::system()->generate64(), 36);
+            path = folder + u"/.pintalux-"_s + QString::number(QRandomGenerator::system()->generate64(), 36);
             descriptor = uninterrupted([&] {
                 return ::open(
                     QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);

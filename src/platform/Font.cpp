@@ -1,5 +1,7 @@
 #include "platform/Font.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 QFont toolkitFont(const Font& font)
@@ -19,7 +21,7 @@ namespace {
 // black and white drawings of them.
 const QStringList& fallbacks()
 {
-    static const QStringList families{u"Inter"_qs, u"Noto Color Emoji"_qs, u"DejaVu Sans"_qs};
+    static const QStringList families{u"Inter"_s, u"Noto Color Emoji"_s, u"DejaVu Sans"_s};
     return families;
 }
 
@@ -29,21 +31,20 @@ Font systemFont(double size, FontWeight weight) { return {fallbacks(), size, wei
 
 Font roundedFont(double size, FontWeight weight)
 {
-    static const QStringList families = QStringList{u"Quicksand"_qs, u"Varela Round"_qs} + fallbacks();
+    static const QStringList families = QStringList{u"Quicksand"_s, u"Varela Round"_s} + fallbacks();
     return {families, size, weight};
 }
 
 Font handwrittenFont(double size)
 {
     static const QStringList families
-        = QStringList{u"Comic Neue"_qs, u"Comic Relief"_qs, u"Quicksand"_qs} + fallbacks();
+        = QStringList{u"Comic Neue"_s, u"Comic Relief"_s, u"Quicksand"_s} + fallbacks();
     return {families, size, FontWeight::bold};
 }
 
 Font monospacedFont(double size, FontWeight weight)
 {
-    static const QStringList families
-        = QStringList{u"JetBrains Mono"_qs, u"DejaVu Sans Mono"_qs} + fallbacks();
+    static const QStringList families = QStringList{u"JetBrains Mono"_s, u"DejaVu Sans Mono"_s} + fallbacks();
     return {families, size, weight};
 }
 

@@ -16,6 +16,8 @@
 #include <array>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -43,20 +45,20 @@ QByteArray readBytes(const QString& path)
     const QFileInfo info(path);
     const QString name = info.fileName();
     if (!info.exists())
-        fail(QFileDevice::OpenError, u"No existe el archivo «%1»."_qs.arg(name));
+        fail(QFileDevice::OpenError, u"No existe el archivo «%1»."_s.arg(name));
     // Nothing that could make the program wait, or never ends.
     if (!info.isFile())
-        fail(QFileDevice::OpenError, u"«%1» no es un archivo."_qs.arg(name));
+        fail(QFileDevice::OpenError, u"«%1» no es un archivo."_s.arg(name));
     QFile file;
     if (openFile(path, file) != 0)
-        fail(QFileDevice::OpenError, u"No se pudo leer el archivo «%1»."_qs.arg(name));
+        fail(QFileDevice::OpenError, u"No se pudo leer el archivo «%1»."_s.arg(name));
     if (!beginsLikeAnImage(file) && file.error() == QFileDevice::NoError)
-        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_qs.arg(name));
+        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_s.arg(name));
     if (file.size() > memoryLimit)
-        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
+        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_s.arg(name));
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        fail(file.error(), u"No se pudo leer el archivo «%1»."_qs.arg(name));
+        fail(file.error(), u"No se pudo leer el archivo «%1»."_s.arg(name));
     return bytes;
 }
 
@@ -165,10 +167,10 @@ ImageFile readImageFile(const QString& path)
     Decoded decoded = decode(readBytes(path));
     const QString name = QFileInfo(path).fileName();
     if (decoded.tooLarge)
-        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_qs.arg(name));
+        fail(QFileDevice::ResourceError, u"La imagen «%1» es demasiado grande."_s.arg(name));
     ImageFile file{workingImage(std::move(decoded.image)), decoded.dotsPerInch};
     if (file.image.isNull())
-        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_qs.arg(name));
+        fail(QFileDevice::ReadError, u"«%1» no es una imagen que se pueda abrir."_s.arg(name));
     return file;
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::KeyLabel {
 
 namespace {
@@ -163,7 +165,7 @@ QString text(const QKeySequence& sequence)
     QStringList names;
     for (int index = 0; index < sequence.count(); ++index)
         names.append(nameOf(sequence[uint(index)]));
-    return names.join(u", "_qs);
+    return names.join(u", "_s);
 }
 
 QString hotKey(KeyModifiers modifiers, const QString& key) { return joined(modifiers, key); }

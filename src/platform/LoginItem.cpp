@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -22,10 +24,10 @@ constexpr qint64 largestEntry = 1 << 16;
 /// A text as the value of a key in a desktop entry.
 QString escapedValue(QString text)
 {
-    return text.replace(u'\\', u"\\\\"_qs)
-        .replace(u'\n', u"\\n"_qs)
-        .replace(u'\r', u"\\r"_qs)
-        .replace(u'\t', u"\\t"_qs);
+    return text.replace(u'\\', u"\\\\"_s)
+        .replace(u'\n', u"\\n"_s)
+        .replace(u'\r', u"\\r"_s)
+        .replace(u'\t', u"\\t"_s);
 }
 
 QString unescapedValue(QStringView value)
@@ -102,9 +104,9 @@ public:
             return false;
         const auto keys = readEntry(bytes);
         const auto is = [&keys](const QString& key, QStringView value) { return keys.value(key) == value; };
-        const auto needed = keys.value(u"TryExec"_qs);
-        return !keys.value(u"Exec"_qs).isEmpty() && !is(u"Hidden"_qs, u"true")
-            && !is(u"X-GNOME-Autostart-enabled"_qs, u"false")
+        const auto needed = keys.value(u"TryExec"_s);
+        return !keys.value(u"Exec"_s).isEmpty() && !is(u"Hidden"_s, u"true")
+            && !is(u"X-GNOME-Autostart-enabled"_s, u"false")
             && (needed.isEmpty() || !QStandardPaths::findExecutable(needed).isEmpty());
     }
 
@@ -124,7 +126,7 @@ private:
     static QString path()
     {
         return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-            + u"/autostart/pintalux.desktop"_qs;
+            + u"/autostart/pintalux.desktop"_s;
     }
 
     /// `TryExec` keeps a session from complaining when the program has been uninstalled.
@@ -139,7 +141,7 @@ private:
                "Exec=%3\n"
                "Terminal=false\n"
                "StartupNotify=false\n"
-               "X-GNOME-Autostart-enabled=true\n"_qs.arg(
+               "X-GNOME-Autostart-enabled=true\n"_s.arg(
                    applicationId.toString(), escapedValue(program), escapedValue(quotedWord(program)));
     }
 

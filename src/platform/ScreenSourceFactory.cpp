@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -15,12 +17,12 @@ public:
     bool requestPermission() override { return false; }
     PermissionHelp permissionHelp() const override
     {
-        return {u"Esta sesión no deja capturar la pantalla"_qs,
+        return {u"Esta sesión no deja capturar la pantalla"_s,
             u"Pintalux captura en sesiones X11, y las sesiones Wayland aún no son compatibles.\n\n"
             "Cierra la sesión y elige «Xorg» o «X11» al volver a entrar. Abrir imágenes, los ajustes y los "
             "menús "
-            "funcionan también aquí."_qs,
-            {}, {}, u"Entendido"_qs};
+            "funcionan también aquí."_s,
+            {}, {}, u"Entendido"_s};
     }
     QPointF pointerLocation() const override { return {}; }
     qint64 ownProcessId() const override { return QCoreApplication::applicationPid(); }
@@ -33,7 +35,7 @@ public:
 private:
     static Error unsupported()
     {
-        return {errorDomain, 5, u"Este escritorio no permite capturar la pantalla."_qs};
+        return {errorDomain, 5, u"Este escritorio no permite capturar la pantalla."_s};
     }
 };
 

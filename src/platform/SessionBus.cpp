@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -13,7 +15,7 @@ bool hasAddress()
     if (!address.isEmpty())
         return !address.startsWith(u"autolaunch:");
     const auto runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtime.isEmpty() && QFileInfo::exists(runtime + u"/bus"_qs);
+    return !runtime.isEmpty() && QFileInfo::exists(runtime + u"/bus"_s);
 }
 
 } // namespace

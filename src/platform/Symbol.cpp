@@ -14,6 +14,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Symbol {
 
 namespace {
@@ -131,7 +133,7 @@ QPainterPath outlined(const QPainterPath& lines, double width)
 QFont iconFont()
 {
     static const QString family = [] {
-        const int id = QFontDatabase::addApplicationFont(u":/fonts/MaterialIcons-Regular.ttf"_qs);
+        const int id = QFontDatabase::addApplicationFont(u":/fonts/MaterialIcons-Regular.ttf"_s);
         return QFontDatabase::applicationFontFamilies(id).value(0);
     }();
     QFont font(family);

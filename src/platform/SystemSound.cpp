@@ -21,6 +21,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::SystemSound {
 
 namespace {
@@ -73,8 +75,8 @@ QByteArray samples()
 std::optional<QByteArray> soundFile()
 {
     const auto folder
-        = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/pintalux"_qs;
-    const auto path = folder + u"/tink.wav"_qs;
+        = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/pintalux"_s;
+    const auto path = folder + u"/tink.wav"_s;
     try {
         makeFolders(folder, Audience::onlyOwner);
         const auto bytes = wave();

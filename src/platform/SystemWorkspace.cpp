@@ -8,6 +8,8 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -35,8 +37,8 @@ void SystemWorkspace::revealFile(const QString& path)
         showFolder(folder);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_qs,
-        u"/org/freedesktop/FileManager1"_qs, u"org.freedesktop.FileManager1"_qs, u"ShowItems"_qs);
+    auto message = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s,
+        u"/org/freedesktop/FileManager1"_s, u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
     const auto address = QUrl::fromLocalFile(file.absoluteFilePath()).toString(QUrl::FullyEncoded);
     message << QStringList{address} << QString();
     // Ends itself with the answer, which comes within the limit at the latest.

@@ -12,6 +12,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -22,7 +24,7 @@ constexpr const char* languages = "spa+eng+por+fra";
 Error notInstalled()
 {
     return {Error::ownDomain, 2,
-        u"Para leer texto hay que instalar el paquete tesseract-ocr-spa y los que lo acompañan."_qs};
+        u"Para leer texto hay que instalar el paquete tesseract-ocr-spa y los que lo acompañan."_s};
 }
 
 /// The library's functions that are used here, by their own names.
@@ -79,7 +81,7 @@ public:
 private:
     static std::unique_ptr<QLibrary> opened()
     {
-        auto result = std::make_unique<QLibrary>(u"tesseract"_qs, 5);
+        auto result = std::make_unique<QLibrary>(u"tesseract"_s, 5);
         result->setLoadHints(QLibrary::PreventUnloadHint);
         if (!result->load())
             throw notInstalled();

@@ -2,12 +2,14 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 bool isDarkTheme(const QString& name)
 {
     static const QRegularExpression dark(
-        u"(^|[-_: ])dark($|[-_: ])"_qs, QRegularExpression::CaseInsensitiveOption);
+        u"(^|[-_: ])dark($|[-_: ])"_s, QRegularExpression::CaseInsensitiveOption);
     return dark.match(name).hasMatch();
 }
 

@@ -11,6 +11,8 @@
 #include <QPixmap>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -36,15 +38,15 @@ QVariant ask(const QString& service, const QString& path, const QString& interfa
 
 bool hasStatusNotifierHost()
 {
-    const auto watcher = u"org.kde.StatusNotifierWatcher"_qs;
-    return ask(watcher, u"/StatusNotifierWatcher"_qs, u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs,
-        {watcher, u"IsStatusNotifierHostRegistered"_qs})
+    const auto watcher = u"org.kde.StatusNotifierWatcher"_s;
+    return ask(watcher, u"/StatusNotifierWatcher"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
+        {watcher, u"IsStatusNotifierHostRegistered"_s})
         .toBool();
 }
 
 bool hasEmbeddingPanel()
 {
-    if (QGuiApplication::platformName() != u"xcb"_qs)
+    if (QGuiApplication::platformName() != u"xcb"_s)
         return false;
     try {
         return x11::XcbConnection().hasManager("_NET_SYSTEM_TRAY_S");
@@ -57,7 +59,7 @@ bool hasEmbeddingPanel()
 
 TrayHost findTrayHost()
 {
-    if (QGuiApplication::platformName() == u"offscreen"_qs)
+    if (QGuiApplication::platformName() == u"offscreen"_s)
         return TrayHost::none;
     if (hasStatusNotifierHost())
         return TrayHost::statusNotifier;

@@ -17,6 +17,8 @@
 #include <cmath>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -84,15 +86,15 @@ private:
 /// Moves a damaged file to the first free name beside it.
 void keepAside(const QString& path)
 {
-    const auto stem = QFileInfo(path).path() + u"/defaults.damaged"_qs;
-    auto aside = stem + u".json"_qs;
+    const auto stem = QFileInfo(path).path() + u"/defaults.damaged"_s;
+    auto aside = stem + u".json"_s;
     for (int n = 2;; ++n) {
         const int problem = moveToFreeName(path, aside);
         if (problem == 0)
             return;
         if (problem != EEXIST)
             throw fileError(problem, path);
-        aside = u"%1-%2.json"_qs.arg(stem, QString::number(n));
+        aside = u"%1-%2.json"_s.arg(stem, QString::number(n));
     }
 }
 
@@ -102,7 +104,7 @@ bool isStorable(const QJsonValue& value) { return !value.isDouble() || std::isfi
 
 UserDefaults& UserDefaults::standard()
 {
-    static UserDefaults defaults(u"pintalux"_qs);
+    static UserDefaults defaults(u"pintalux"_s);
     return defaults;
 }
 
@@ -216,7 +218,7 @@ QString UserDefaults::defaultFolder()
 
 QString UserDefaults::fileOf(const QString& domain) const
 {
-    return u"%1/%2/defaults.json"_qs.arg(folder, domain);
+    return u"%1/%2/defaults.json"_s.arg(folder, domain);
 }
 
 void UserDefaults::mergeIntoFile()
@@ -224,7 +226,7 @@ void UserDefaults::mergeIntoFile()
     const auto path = fileOf(*ownDomain);
     const auto ownFolder = QFileInfo(path).path();
     makeFolders(ownFolder, Audience::onlyOwner);
-    const DomainLock lock(ownFolder + u"/defaults.lock"_qs);
+    const DomainLock lock(ownFolder + u"/defaults.lock"_s);
 
     const auto stored = readStored(path);
     if (stored.state == Stored::State::unreadable)

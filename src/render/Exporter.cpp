@@ -22,6 +22,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Exporter {
 
 namespace {
@@ -87,7 +89,7 @@ QString cut(const QString& title, int characterLimit, qsizetype byteLimit)
 void requireEncoded(const QByteArray& png)
 {
     if (png.isEmpty())
-        throw Error(Error::ownDomain, 1, u"No se pudo codificar el PNG."_qs);
+        throw Error(Error::ownDomain, 1, u"No se pudo codificar el PNG."_s);
 }
 
 /// Makes the folder unless it exists, and makes sure that it is the person's own and closed to others.
@@ -121,7 +123,7 @@ std::optional<QString> temporaryFolder()
 {
     auto parent = runtimeFolder();
     if (!parent) {
-        parent = u"%1/pintalux-%2"_qs.arg(QDir::tempPath(), QString::number(::geteuid()));
+        parent = u"%1/pintalux-%2"_s.arg(QDir::tempPath(), QString::number(::geteuid()));
         makeFolders(QDir::tempPath());
         if (!ownPrivately(*parent))
             return std::nullopt;
@@ -147,7 +149,7 @@ QString saveInto(const QDir& folder, const QByteArray& png, const std::optional<
     for (int n = 2; QFileInfo::exists(candidate) || !writeNewFile(candidate, png); ++n) {
         auto fileName = defaultFileName(name, clock());
         fileName.chop(ending.size());
-        candidate = folder.filePath(u"%1 (%2)%3"_qs.arg(fileName, QString::number(n), ending));
+        candidate = folder.filePath(u"%1 (%2)%3"_s.arg(fileName, QString::number(n), ending));
     }
     return candidate;
 }

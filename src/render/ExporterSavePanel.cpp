@@ -14,6 +14,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Exporter {
 
 namespace {
@@ -32,7 +34,7 @@ public:
 protected:
     void accept() override
     {
-        const auto* field = findChild<QLineEdit*>(u"fileNameEdit"_qs);
+        const auto* field = findChild<QLineEdit*>(u"fileNameEdit"_s);
         const auto name = field ? field->text() : QString();
         const bool isWholeInQuotes = name.startsWith(u'"') && name.indexOf(u'"', 1) == name.size() - 1;
         if (!name.contains(u'"') || isWholeInQuotes)
@@ -50,9 +52,9 @@ void save(const QImage& image, double pixelScale, const QString& path)
     };
     const auto tell = [](const QFuture<QString>& written) {
         try {
-            HUD::show(u"Guardado como "_qs + written.result(), u"checkmark.circle.fill"_qs);
+            HUD::show(u"Guardado como "_s + written.result(), u"checkmark.circle.fill"_s);
         } catch (const Error& error) {
-            HUD::show(u"No se pudo guardar: "_qs + error.localizedDescription, u"xmark.octagon"_qs);
+            HUD::show(u"No se pudo guardar: "_s + error.localizedDescription, u"xmark.octagon"_s);
         }
     };
     whenFinished(runOn(savingThread(), work), QCoreApplication::instance(), tell);
@@ -68,11 +70,11 @@ void showModal(QDialog& dialog, const QWidget* window)
 /// The dialog has asked for the name that was chosen, not for the one with the ending that it lacked.
 void askToReplace(const QString& path, QWidget* window, const std::function<void()>& replace)
 {
-    auto* question = new QMessageBox(QMessageBox::Warning, u"Guardar como PNG"_qs,
-        u"«%1» ya existe. ¿Quieres reemplazarlo?"_qs.arg(QFileInfo(path).fileName()), QMessageBox::NoButton,
+    auto* question = new QMessageBox(QMessageBox::Warning, u"Guardar como PNG"_s,
+        u"«%1» ya existe. ¿Quieres reemplazarlo?"_s.arg(QFileInfo(path).fileName()), QMessageBox::NoButton,
         window);
-    const QAbstractButton* accept = question->addButton(u"Reemplazar"_qs, QMessageBox::AcceptRole);
-    question->setDefaultButton(question->addButton(u"Cancelar"_qs, QMessageBox::RejectRole));
+    const QAbstractButton* accept = question->addButton(u"Reemplazar"_s, QMessageBox::AcceptRole);
+    question->setDefaultButton(question->addButton(u"Cancelar"_s, QMessageBox::RejectRole));
     QObject::connect(
         question, &QMessageBox::buttonClicked, question, [accept, replace](const QAbstractButton* button) {
             if (button == accept)
@@ -91,10 +93,10 @@ void savePanel(const QImage& image, double pixelScale, const QString& folder,
     } catch (const Error&) {
         // The dialog opens elsewhere.
     }
-    auto* panel = new SavePanel(window, u"Guardar como PNG"_qs, folder);
+    auto* panel = new SavePanel(window, u"Guardar como PNG"_s, folder);
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setFileMode(QFileDialog::AnyFile);
-    panel->setNameFilter(u"Imagen PNG (*.png)"_qs);
+    panel->setNameFilter(u"Imagen PNG (*.png)"_s);
     panel->selectFile(defaultFileName(name));
     const auto saveAs = [image, pixelScale, over = QPointer(window)](const QString& chosen, bool hasAsked) {
         const bool isComplete = chosen.endsWith(ending, Qt::CaseInsensitive);

@@ -8,6 +8,8 @@
 #include <QColorSpace>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::SelfTest {
 
 namespace {
@@ -113,8 +115,8 @@ QImage sampleImage()
         = [&graphics](const QString& words, double size, FontWeight weight, QStringView color, double y) {
               graphics.draw(TextBlock(words, {Draw::systemFont(size, weight), hex(color)}), {120, y});
           };
-    line(u"Hola desde Pintalux"_qs, 72, FontWeight::bold, u"#1F2328", 168);
-    line(u"Capturas elegantes con anotaciones en español"_qs, 34, FontWeight::regular, u"#57606A", 272);
+    line(u"Hola desde Pintalux"_s, 72, FontWeight::bold, u"#1F2328", 168);
+    line(u"Capturas elegantes con anotaciones en español"_s, 34, FontWeight::regular, u"#57606A", 272);
     return image;
 }
 
@@ -123,10 +125,10 @@ QList<Annotation> sampleAnnotations()
     QList<Annotation> marks;
     marks << stroke(AnnotationKind::highlighter, {{128, 294}, {420, 294}}, swatch(lemon));
     marks << stroke(AnnotationKind::pen, wave({124, 352}, 300, 9, 60), swatch(lavender));
-    marks << text(u"ESTA ES UNA PRUEBA"_qs, {120, 420}, swatch(red), 52);
+    marks << text(u"ESTA ES UNA PRUEBA"_s, {120, 420}, swatch(red), 52);
     marks << shape(AnnotationKind::rectangle, {520, 560}, {900, 860}, swatch(red));
     marks << arrow(ArrowStyle::filled, {1090, 470}, {720, 548}, swatch(red), QPointF(880, 470));
-    marks << callout(u"¡Todo en un clic!"_qs, {1004, 330}, swatch(lavender), QPointF(930, 240));
+    marks << callout(u"¡Todo en un clic!"_s, {1004, 330}, swatch(lavender), QPointF(930, 240));
     marks << shape(AnnotationKind::ellipse, {1150, 590}, {1290, 730}, swatch(snow));
     marks << arrow(ArrowStyle::outline, {960, 820}, {1140, 700}, swatch(sky));
     auto redaction = shape(AnnotationKind::blur, {640, 268}, {906, 326}, swatch(graphite));
@@ -145,16 +147,16 @@ QList<Annotation> sampleAnnotations()
 
 Document calloutScene(const QImage& capture)
 {
-    auto wide = callout(u"Un globo con ancho fijo reparte el texto en varias líneas"_qs, {1010, 400},
+    auto wide = callout(u"Un globo con ancho fijo reparte el texto en varias líneas"_s, {1010, 400},
         swatch(snow), QPointF(1230, 640), 30);
     wide.boxWidth = 330;
-    auto handwritten = callout(u"escrito a mano"_qs, {170, 620}, swatch(lemon), QPointF(250, 790), 40);
+    auto handwritten = callout(u"escrito a mano"_s, {170, 620}, swatch(lemon), QPointF(250, 790), 40);
     handwritten.handwritten = true;
     return scene(capture,
-        {callout(u"Arriba"_qs, {180, 410}, swatch(red), QPointF(290, 330)), handwritten,
-            callout(u"A la derecha"_qs, {550, 430}, swatch(sky), QPointF(900, 462)),
-            callout(u"Sin punta"_qs, {610, 690}, swatch(graphite), std::nullopt), wide,
-            callout(u"Menta"_qs, {980, 196}, swatch(mint), QPointF(850, 220))});
+        {callout(u"Arriba"_s, {180, 410}, swatch(red), QPointF(290, 330)), handwritten,
+            callout(u"A la derecha"_s, {550, 430}, swatch(sky), QPointF(900, 462)),
+            callout(u"Sin punta"_s, {610, 690}, swatch(graphite), std::nullopt), wide,
+            callout(u"Menta"_s, {980, 196}, swatch(mint), QPointF(850, 220))});
 }
 
 Document stepScene(const QImage& capture)
@@ -170,7 +172,7 @@ Document stepScene(const QImage& capture)
 
 Document sketchScene(const QImage& capture)
 {
-    auto note = text(u"nota a mano"_qs, {850, 470}, swatch(red), 56);
+    auto note = text(u"nota a mano"_s, {850, 470}, swatch(red), 56);
     note.handwritten = true;
     return scene(capture,
         {arrow(ArrowStyle::sketch, {200, 560}, {950, 860}, swatch(red), QPointF(520, 820)),

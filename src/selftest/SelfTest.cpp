@@ -13,11 +13,13 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::SelfTest {
 
-QString text(const QSize& size) { return u"%1x%2"_qs.arg(size.width()).arg(size.height()); }
-QString text(bool value) { return value ? u"true"_qs : u"false"_qs; }
-QString text(QPointF point) { return u"(%1, %2)"_qs.arg(qRound(point.x())).arg(qRound(point.y())); }
+QString text(const QSize& size) { return u"%1x%2"_s.arg(size.width()).arg(size.height()); }
+QString text(bool value) { return value ? u"true"_s : u"false"_s; }
+QString text(QPointF point) { return u"(%1, %2)"_s.arg(qRound(point.x())).arg(qRound(point.y())); }
 
 Run::Run(Options runOptions, AppDelegate& appDelegate, Settings& appSettings)
     : options(std::move(runOptions))
@@ -40,7 +42,7 @@ void Run::writePicture(const QImage& image, const QString& fileName, double pixe
     try {
         Exporter::write(image, pixelScale, QDir(options.directory).filePath(fileName));
     } catch (const Error& error) {
-        note(u"FALLO %1: "_qs.arg(fileName) + error.localizedDescription);
+        note(u"FALLO %1: "_s.arg(fileName) + error.localizedDescription);
     }
 }
 
@@ -49,7 +51,7 @@ void Run::writeWidget(QWidget& widget, const QString& fileName)
     widget.adjustSize();
     const auto picture = widget.grab().toImage();
     if (picture.isNull())
-        return note(u"FALLO: "_qs + fileName);
+        return note(u"FALLO: "_s + fileName);
     writePicture(picture, fileName, picture.devicePixelRatio());
 }
 
@@ -58,17 +60,17 @@ bool Run::start()
     QDir().mkpath(options.directory);
     sample = sampleImage();
     if (sample.isNull()) {
-        note(u"FALLO: imagen de muestra"_qs);
+        note(u"FALLO: imagen de muestra"_s);
         return false;
     }
-    writePicture(sample, u"sample.png"_qs, sampleScale);
+    writePicture(sample, u"sample.png"_s, sampleScale);
     readSampleText();
     const Document annotated{sample, sampleAnnotations(), sampleScale};
-    exportScene(annotated, false, u"export-plain.png"_qs, u"simple"_qs);
-    exportScene(annotated, true, u"export-beautify.png"_qs, u"embellecida"_qs);
-    writeSceneWithUndo(calloutScene(sample), u"callouts.png"_qs, u"Llamadas"_qs);
-    writeSceneWithUndo(stepScene(sample), u"steps.png"_qs, u"Pasos"_qs);
-    writeSceneWithUndo(sketchScene(sample), u"sketch.png"_qs, u"A mano"_qs);
+    exportScene(annotated, false, u"export-plain.png"_s, u"simple"_s);
+    exportScene(annotated, true, u"export-beautify.png"_s, u"embellecida"_s);
+    writeSceneWithUndo(calloutScene(sample), u"callouts.png"_s, u"Llamadas"_s);
+    writeSceneWithUndo(stepScene(sample), u"steps.png"_s, u"Pasos"_s);
+    writeSceneWithUndo(sketchScene(sample), u"sketch.png"_s, u"A mano"_s);
     checkModel();
     checkClipboard();
     renderColorChooser();
@@ -85,7 +87,7 @@ bool Run::start()
 void Run::finish()
 {
     try {
-        Exporter::write(log.join(u'\n').toUtf8(), QDir(options.directory).filePath(u"selftest.log"_qs));
+        Exporter::write(log.join(u'\n').toUtf8(), QDir(options.directory).filePath(u"selftest.log"_s));
     } catch (const Error&) {
         // Standard output has every line already.
     }

@@ -8,6 +8,8 @@
 
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::SelfTest {
 
 namespace {
@@ -68,7 +70,7 @@ void Run::whenDone(QFuture<Result> future, const QString& complaint,
 void Run::runCapturePhase()
 {
     const bool permitted = ScreenCapture::hasPermission();
-    note(u"Permiso de Grabación de pantalla: "_qs + text(permitted));
+    note(u"Permiso de Grabación de pantalla: "_s + text(permitted));
     if (permitted)
         captureOwnWindow();
     else
@@ -81,10 +83,10 @@ void Run::captureOwnWindow()
         return captureFullScreen();
     whenDone<CaptureResult>(
         ScreenCapture::capture(ownWindow(delegate.editors().back()->window())),
-        u"FALLO capturando ventanas propias: "_qs,
+        u"FALLO capturando ventanas propias: "_s,
         [this](const CaptureResult& shot) {
-            writePicture(shot.image, u"window-editor.png"_qs, shot.pixelScale);
-            note(u"Ventana propia "_qs + text(shot.image.size()));
+            writePicture(shot.image, u"window-editor.png"_s, shot.pixelScale);
+            note(u"Ventana propia "_s + text(shot.image.size()));
         },
         [this] { captureFullScreen(); });
 }
@@ -92,10 +94,10 @@ void Run::captureOwnWindow()
 void Run::captureFullScreen()
 {
     whenDone<CaptureResult>(
-        ScreenCapture::captureDisplayUnderMouse(), u"FALLO captura: "_qs,
+        ScreenCapture::captureDisplayUnderMouse(), u"FALLO captura: "_s,
         [this](const CaptureResult& shot) {
-            writePicture(shot.image, u"capture-full.png"_qs, shot.pixelScale);
-            note(u"Captura de pantalla completa: "_qs + text(shot.image.size()));
+            writePicture(shot.image, u"capture-full.png"_s, shot.pixelScale);
+            note(u"Captura de pantalla completa: "_s + text(shot.image.size()));
         },
         [this] { freezeScreens(); });
 }
@@ -104,10 +106,10 @@ void Run::freezeScreens()
 {
     auto frozen = std::make_shared<FrozenScreens>();
     whenDone<FrozenScreens>(
-        ScreenCapture::freezeAllDisplays(), u"FALLO captura: "_qs,
+        ScreenCapture::freezeAllDisplays(), u"FALLO captura: "_s,
         [this, frozen](const FrozenScreens& screens) {
             *frozen = screens;
-            note(u"Pantallas congeladas: %1; ventanas detectadas: %2"_qs.arg(screens.displays.size())
+            note(u"Pantallas congeladas: %1; ventanas detectadas: %2"_s.arg(screens.displays.size())
                      .arg(screens.windows.size()));
         },
         [this, frozen] { captureWindow(*frozen); });
@@ -116,15 +118,15 @@ void Run::freezeScreens()
 void Run::captureWindow(const FrozenScreens& frozen)
 {
     if (frozen.windows.isEmpty()) {
-        note(u"No hay ninguna ventana que capturar"_qs);
+        note(u"No hay ninguna ventana que capturar"_s);
         return runOverlayPhase();
     }
     const auto candidate = frozen.windows.constFirst();
     whenDone<CaptureResult>(
-        ScreenCapture::capture(candidate.window), u"FALLO captura: "_qs,
+        ScreenCapture::capture(candidate.window), u"FALLO captura: "_s,
         [this, candidate](const CaptureResult& shot) {
-            writePicture(shot.image, u"capture-window.png"_qs, shot.pixelScale);
-            note(u"Captura de ventana «%1» "_qs.arg(candidate.title) + text(shot.image.size()));
+            writePicture(shot.image, u"capture-window.png"_s, shot.pixelScale);
+            note(u"Captura de ventana «%1» "_s.arg(candidate.title) + text(shot.image.size()));
         },
         [this] { runOverlayPhase(); });
 }
@@ -135,7 +137,7 @@ void Run::runOverlayPhase()
         return finish();
     auto frozen = std::make_shared<FrozenScreens>();
     whenDone<FrozenScreens>(
-        ScreenCapture::freezeAllDisplays(), u"FALLO superposición: "_qs,
+        ScreenCapture::freezeAllDisplays(), u"FALLO superposición: "_s,
         [frozen](const FrozenScreens& screens) { *frozen = screens; },
         [this, frozen] { showOverlay(0, *frozen); });
 }
@@ -148,7 +150,7 @@ void Run::showOverlay(std::size_t index, const FrozenScreens& frozen)
     overlay = std::make_unique<CaptureOverlayController>(look.mode, frozen, [](const OverlayOutcome&) {});
     overlay->show();
     if (overlay->windows().empty()) {
-        note(u"No se encontró la ventana de superposición: "_qs + rawValue(look.mode));
+        note(u"No se encontró la ventana de superposición: "_s + rawValue(look.mode));
         return showOverlay(index + 1, frozen);
     }
     QTimer::singleShot(paintMilliseconds, this, [this, index, frozen] { simulateOverlay(index, frozen); });
@@ -175,14 +177,14 @@ void Run::captureOverlay(std::size_t index, const FrozenScreens& frozen)
     };
     const auto name = rawValue(overlayLooks[index].mode);
     if (overlay->windows().empty()) {
-        note(u"No se encontró la ventana de superposición: "_qs + name);
+        note(u"No se encontró la ventana de superposición: "_s + name);
         return next();
     }
     whenDone<CaptureResult>(
-        ScreenCapture::capture(ownWindow(*overlay->windows().front())), u"FALLO superposición: "_qs,
+        ScreenCapture::capture(ownWindow(*overlay->windows().front())), u"FALLO superposición: "_s,
         [this, name](const CaptureResult& shot) {
-            writePicture(shot.image, u"overlay-%1.png"_qs.arg(name), shot.pixelScale);
-            note(u"Superposición de %1, %2, capturada"_qs.arg(name, text(shot.image.size())));
+            writePicture(shot.image, u"overlay-%1.png"_s.arg(name), shot.pixelScale);
+            note(u"Superposición de %1, %2, capturada"_s.arg(name, text(shot.image.size())));
         },
         next);
 }

@@ -22,11 +22,13 @@
 #include <QFileInfo>
 #include <QMimeData>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::SelfTest {
 
 void Run::readSampleText()
 {
-    note(u"OCR: "_qs + OCR::recognizeSync(sample).value_or(QString()).replace(u"\n"_qs, u" | "_qs));
+    note(u"OCR: "_s + OCR::recognizeSync(sample).value_or(QString()).replace(u"\n"_s, u" | "_s));
 }
 
 void Run::exportScene(const Document& document, bool framed, const QString& fileName, const QString& label)
@@ -34,11 +36,11 @@ void Run::exportScene(const Document& document, bool framed, const QString& file
     EffectCache cache;
     const auto image = Exporter::render(document, {.enabled = framed}, cache);
     if (image.isNull()) {
-        note(u"FALLO: exportación "_qs + label);
+        note(u"FALLO: exportación "_s + label);
         return;
     }
     writePicture(image, fileName, document.pixelScale);
-    note(u"Exportación %1: "_qs.arg(label) + text(image.size()));
+    note(u"Exportación %1: "_s.arg(label) + text(image.size()));
 }
 
 void Run::writeSceneWithUndo(const Document& scene, const QString& fileName, const QString& label)
@@ -50,9 +52,9 @@ void Run::writeSceneWithUndo(const Document& scene, const QString& fileName, con
     const auto complete = model.doc().annotations.size();
     model.undo();
     if (image.isNull())
-        return note(u"FALLO: "_qs + fileName);
+        return note(u"FALLO: "_s + fileName);
     writePicture(image, fileName, scene.pixelScale);
-    note(u"%1: %2 anotaciones; tras deshacer → %3"_qs.arg(label).arg(complete).arg(
+    note(u"%1: %2 anotaciones; tras deshacer → %3"_s.arg(label).arg(complete).arg(
         model.doc().annotations.size()));
 }
 
@@ -68,7 +70,7 @@ void Run::checkModel()
     model.applyCrop();
     const auto cropped = model.doc().image.size();
     model.undo();
-    note(u"Deshacer: %1 anotaciones, recorte %2; tras deshacer → %3"_qs.arg(model.doc().annotations.size())
+    note(u"Deshacer: %1 anotaciones, recorte %2; tras deshacer → %3"_s.arg(model.doc().annotations.size())
              .arg(text(cropped), text(model.doc().image.size())));
 }
 
@@ -76,11 +78,11 @@ void Run::checkClipboard()
 {
     Clipboard::copy(sample, sampleScale);
     const auto* offered = QApplication::clipboard()->mimeData();
-    const auto png = offered ? offered->data(u"image/png"_qs) : QByteArray();
+    const auto png = offered ? offered->data(u"image/png"_s) : QByteArray();
     const auto image = QImage::fromData(png, "PNG");
     note(image.size() == sample.size()
-            ? u"Portapapeles PNG: %1, %2 bytes"_qs.arg(text(image.size())).arg(png.size())
-            : u"FALLO: portapapeles PNG"_qs);
+            ? u"Portapapeles PNG: %1, %2 bytes"_s.arg(text(image.size())).arg(png.size())
+            : u"FALLO: portapapeles PNG"_s);
 }
 
 void Run::renderColorChooser()
@@ -90,21 +92,21 @@ void Run::renderColorChooser()
     auto colors = chooser.palette();
     colors.setColor(QPalette::Window, Theme::of(colors).card); // as in its popover
     chooser.setPalette(colors);
-    writeWidget(chooser, u"color-chooser.png"_qs);
-    note(u"Color inicial: "_qs + hexString(model.color()));
+    writeWidget(chooser, u"color-chooser.png"_s);
+    note(u"Color inicial: "_s + hexString(model.color()));
 }
 
 void Run::noteFileNames()
 {
-    note(u"Nombres:"_qs);
+    note(u"Nombres:"_s);
     for (const auto& name :
-        {std::optional<QString>(), std::optional(u"Safari — Inicio"_qs), std::optional(u"Pintalux 2026"_qs)})
-        note(u"  "_qs + Exporter::defaultFileName(name));
+        {std::optional<QString>(), std::optional(u"Safari — Inicio"_s), std::optional(u"Pintalux 2026"_s)})
+        note(u"  "_s + Exporter::defaultFileName(name));
 }
 
 void Run::checkSettingsFile()
 {
-    const auto file = QDir(options.directory).filePath(u"configuracion.json"_qs);
+    const auto file = QDir(options.directory).filePath(u"configuracion.json"_s);
     const auto kept = settings.snapshot();
     const double keptWidth = settings.strokeWidth();
     try {
@@ -113,13 +115,12 @@ void Run::checkSettingsFile()
         settings.setArrowStyle(allCases<ArrowStyle>().back());
         settings.read(file);
     } catch (const Error& error) {
-        note(u"FALLO configuración: "_qs + error.localizedDescription);
+        note(u"FALLO configuración: "_s + error.localizedDescription);
     }
-    note(
-        u"Configuración: exportada=%1 grosor=%2 (guardado %3) flecha=%4"_qs.arg(text(QFileInfo::exists(file)))
-            .arg(settings.strokeWidth())
-            .arg(keptWidth)
-            .arg(rawValue(settings.arrowStyle())));
+    note(u"Configuración: exportada=%1 grosor=%2 (guardado %3) flecha=%4"_s.arg(text(QFileInfo::exists(file)))
+             .arg(settings.strokeWidth())
+             .arg(keptWidth)
+             .arg(rawValue(settings.arrowStyle())));
     settings.apply(kept);
 }
 
@@ -133,7 +134,7 @@ void Run::renderPreferences()
     host.failedShortcuts = [this] { return delegate.failedShortcuts(); };
     PreferencesView preferences(settings, host);
     preferences.resize(preferences.sizeHint());
-    writeWidget(*preferences.widget(), u"ajustes.png"_qs);
+    writeWidget(*preferences.widget(), u"ajustes.png"_s);
 }
 
 } // namespace pintalux::SelfTest

@@ -14,6 +14,8 @@
 #include <QBoxLayout>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -189,7 +191,7 @@ private:
 AfterCaptureTiles::AfterCaptureTiles(QWidget* parent)
     : QWidget(parent)
 {
-    setAccessibleName(u"Después de capturar"_qs);
+    setAccessibleName(u"Después de capturar"_s);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(sideMargin, sideMargin, sideMargin, 14);
     row->setSpacing(tileGap);

@@ -11,6 +11,8 @@
 #include <QColorDialog>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -76,9 +78,9 @@ protected:
 
 ColorPicker::ColorPicker(QWidget* parent)
     : QWidget(parent)
-    , other(new PushButton(u"Otro color"_qs, PushButton::Kind::bordered, this))
+    , other(new PushButton(u"Otro color"_s, PushButton::Kind::bordered, this))
 {
-    setAccessibleName(u"Color"_qs);
+    setAccessibleName(u"Color"_s);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(cellGap);
@@ -121,7 +123,7 @@ void ColorPicker::askForColor()
 {
     auto* dialog = new QColorDialog(current, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(u"Otro color"_qs);
+    dialog->setWindowTitle(u"Otro color"_s);
     const auto before = current;
     connect(dialog, &QColorDialog::currentColorChanged, this, &ColorPicker::chosen);
     connect(dialog, &QDialog::rejected, this, [this, before] { Q_EMIT chosen(before); });

@@ -12,6 +12,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Preferences {
 
 namespace {
@@ -43,7 +45,7 @@ QString abbreviated(const QString& path)
 {
     const auto home = QDir::homePath();
     if (path == home)
-        return u"~"_qs;
+        return u"~"_s;
     return path.startsWith(home + u'/') ? u'~' + path.mid(home.size()) : path;
 }
 
@@ -58,11 +60,11 @@ QString existing(const QString& folder)
 
 void chooseFolder(Settings& settings, QWidget* window)
 {
-    auto* panel = new QFileDialog(window, u"Carpeta"_qs, existing(settings.saveFolder()));
+    auto* panel = new QFileDialog(window, u"Carpeta"_s, existing(settings.saveFolder()));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);
-    panel->setLabelText(QFileDialog::Accept, u"Elegir"_qs);
+    panel->setLabelText(QFileDialog::Accept, u"Elegir"_s);
     QObject::connect(panel, &QFileDialog::fileSelected, panel,
         [&settings](const QString& path) { settings.setSaveFolder(path); });
     panel->open();
@@ -70,10 +72,10 @@ void chooseFolder(Settings& settings, QWidget* window)
 
 void addFolderRow(Form::Group& group, Binding& binding)
 {
-    auto& row = group.addRow(u"Carpeta"_qs);
+    auto& row = group.addRow(u"Carpeta"_s);
     auto* path = new Form::Label({}, Form::folder, Form::Label::Fit::shortened);
-    auto* choose = new PushButton(u"Elegir…"_qs, PushButton::Kind::bordered);
-    choose->setAccessibleName(u"Elegir la carpeta"_qs);
+    auto* choose = new PushButton(u"Elegir…"_s, PushButton::Kind::bordered);
+    choose->setAccessibleName(u"Elegir la carpeta"_s);
     row.add(path, 24);
     row.add(choose);
     auto& settings = binding.settings;
@@ -88,7 +90,7 @@ void addShortcutRow(Form::Group& group, CaptureAction action, Binding& binding)
     const auto& info = enumRow(action);
     auto& row = group.addRow(info.title.toString(), Form::shortcutRowHeight);
     row.setSymbol(new Form::SymbolView(info.symbol.toString(), &Theme::icon), 9);
-    auto* taken = new Form::SymbolView(u"exclamationmark.triangle"_qs, &Theme::warn);
+    auto* taken = new Form::SymbolView(u"exclamationmark.triangle"_s, &Theme::warn);
     taken->setToolTip(takenShortcutText.toString());
     taken->setAccessibleName(takenShortcutText.toString());
     auto* cap = new Form::KeyCap;
@@ -116,10 +118,10 @@ QWidget* makeHeader(const Binding& binding)
     auto* texts = new QVBoxLayout;
     texts->setSpacing(0);
     texts->addStretch();
-    texts->addWidget(new Form::Label(u"Pintalux"_qs, Form::applicationName));
+    texts->addWidget(new Form::Label(u"Pintalux"_s, Form::applicationName));
     const auto& version = binding.host.version;
     texts->addWidget(
-        new Form::Label(u"Capturas y anotaciones · versión "_qs + (version.isEmpty() ? u"1.0"_qs : version),
+        new Form::Label(u"Capturas y anotaciones · versión "_s + (version.isEmpty() ? u"1.0"_s : version),
             Form::explanation));
     texts->addStretch();
     line->addLayout(texts);

@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Preferences {
 
 namespace {
@@ -35,7 +37,7 @@ PopUpButton::Preview arrowPreview(ArrowStyle style)
 
 PopUpButton::Preview dockPreview(PaletteEdge edge)
 {
-    return [name = u"dock."_qs + rawValue(edge)](QPainter& painter, const QRectF& rect, const QColor& ink) {
+    return [name = u"dock."_s + rawValue(edge)](QPainter& painter, const QRectF& rect, const QColor& ink) {
         Symbol::draw(name, rect, ink, painter);
     };
 }
@@ -68,7 +70,7 @@ void writeOnce(Settings& settings, Control* control, Begin begin, End end)
 void addColorRow(Form::Group& group, Binding& binding)
 {
     auto* picker = new ColorPicker;
-    group.addRow(u"Color"_qs).add(picker);
+    group.addRow(u"Color"_s).add(picker);
     auto& settings = binding.settings;
     QObject::connect(picker, &ColorPicker::chosen, picker,
         [&settings](const QColor& color) { settings.setLastColor(color); });
@@ -78,11 +80,11 @@ void addColorRow(Form::Group& group, Binding& binding)
 
 void addStrokeRow(Form::Group& group, Binding& binding)
 {
-    auto* slider = new Slider(u"Grosor"_qs, thinnestStroke, thickestStroke);
+    auto* slider = new Slider(u"Grosor"_s, thinnestStroke, thickestStroke);
     slider->setFixedWidth(strokeSliderWidth);
     auto* value = new Form::Label({}, Form::value, Form::Label::Fit::shortened);
     value->setFixedWidth(strokeValueWidth);
-    auto& row = group.addRow(u"Grosor"_qs);
+    auto& row = group.addRow(u"Grosor"_s);
     row.add(slider);
     row.add(value, 0);
     auto& settings = binding.settings;
@@ -94,19 +96,19 @@ void addStrokeRow(Form::Group& group, Binding& binding)
         const QSignalBlocker quiet(slider); // a width between two steps stays as it is stored
         slider->setValue(int(std::lround(std::clamp<double>(width, thinnestStroke, thickestStroke))));
         slider->update();
-        value->show(QString::number(width, 'f', 0) + u" pt"_qs);
+        value->show(QString::number(width, 'f', 0) + u" pt"_s);
     });
 }
 
 void addGradientRow(Form::Group& group, Binding& binding)
 {
-    auto* list = new PopUpButton(u"Fondo"_qs);
+    auto* list = new PopUpButton(u"Fondo"_s);
     QList<PopUpButton::Choice> choices;
     for (const auto& gradient : Palette::gradients())
         choices << PopUpButton::Choice{gradient.name, gradientPreview(gradient.id)};
-    choices << PopUpButton::Choice{u"Sin fondo"_qs, gradientPreview(-1)};
+    choices << PopUpButton::Choice{u"Sin fondo"_s, gradientPreview(-1)};
     list->setChoices(choices, chipSize);
-    group.addRow(u"Fondo"_qs).add(list);
+    group.addRow(u"Fondo"_s).add(list);
     const int none = list->count() - 1;
     auto& settings = binding.settings;
     QObject::connect(list, &PopUpButton::chosen, list,

@@ -8,6 +8,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::Preferences {
 
 namespace {
@@ -17,16 +19,16 @@ void addPermissionRow(Form::Group& group, Binding& binding)
     auto& row = group.addRow({});
     auto* symbol = new Form::SymbolView({}, &Theme::ok);
     row.setSymbol(symbol, 12);
-    auto* grant = new PushButton(u"Conceder…"_qs, PushButton::Kind::bordered);
+    auto* grant = new PushButton(u"Conceder…"_s, PushButton::Kind::bordered);
     row.add(grant);
     binding.onRefresh([&row, symbol, grant, &binding] {
         const bool granted = ask(binding.host.hasPermission);
         if (granted)
-            symbol->setSymbol(u"checkmark.seal.fill"_qs, &Theme::ok);
+            symbol->setSymbol(u"checkmark.seal.fill"_s, &Theme::ok);
         else
-            symbol->setSymbol(u"exclamationmark.triangle.fill"_qs, &Theme::warn);
-        row.title().show(granted ? u"Permiso de Grabación de pantalla concedido"_qs
-                                 : u"Falta el permiso de Grabación de pantalla"_qs);
+            symbol->setSymbol(u"exclamationmark.triangle.fill"_s, &Theme::warn);
+        row.title().show(granted ? u"Permiso de Grabación de pantalla concedido"_s
+                                 : u"Falta el permiso de Grabación de pantalla"_s);
         grant->setVisible(!granted);
     });
     QObject::connect(grant, &QAbstractButton::clicked, &binding, [&binding] {
@@ -37,7 +39,7 @@ void addPermissionRow(Form::Group& group, Binding& binding)
 
 void addLoginRow(Form::Group& group, Binding& binding)
 {
-    const auto name = u"Abrir al iniciar sesión"_qs;
+    const auto name = u"Abrir al iniciar sesión"_s;
     auto& row = group.addRow(name);
     auto* toggle = new Switch(name);
     auto* failure = new Form::Label({}, Form::failure, Form::Label::Fit::wrapped);
@@ -53,7 +55,7 @@ void addLoginRow(Form::Group& group, Binding& binding)
         try {
             item->setEnabled(on);
         } catch (const Error& error) {
-            problem = u"No se pudo cambiar: "_qs + error.localizedDescription;
+            problem = u"No se pudo cambiar: "_s + error.localizedDescription;
         }
         failure->show(problem);
         failure->setVisible(!problem.isEmpty());
@@ -107,13 +109,13 @@ QWidget* makeFileGroup(Binding& binding)
     column->setSpacing(Form::groupPadding);
     column->addWidget(new Form::Label(
         u"Los cambios se aplican al momento. «Guardar» crea una copia de tu configuración a la que puedes "
-        "volver cuando quieras; «Exportar» la lleva a un archivo para otra Mac."_qs,
+        "volver cuando quieras; «Exportar» la lleva a un archivo para otra Mac."_s,
         Form::explanation, Form::Label::Fit::wrapped));
 
-    auto* save = new PushButton(u"Guardar"_qs, PushButton::Kind::solid);
-    save->setSymbol(u"square.and.arrow.down"_qs);
-    auto* restore = new PushButton(u"Volver a la guardada"_qs, PushButton::Kind::bordered);
-    auto* more = new PushButton(u"Más"_qs, PushButton::Kind::bordered);
+    auto* save = new PushButton(u"Guardar"_s, PushButton::Kind::solid);
+    save->setSymbol(u"square.and.arrow.down"_s);
+    auto* restore = new PushButton(u"Volver a la guardada"_s, PushButton::Kind::bordered);
+    auto* more = new PushButton(u"Más"_s, PushButton::Kind::bordered);
     more->setMenu(makeMoreMenu(binding.host));
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(8);

@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QScrollBar>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -108,12 +110,12 @@ PreferencesView::PreferencesView(Settings& settings, PreferencesHost host, QWidg
     column->setContentsMargins(sides, aboveHeader, sides, belowLast);
     column->setSpacing(0);
     column->addWidget(Preferences::makeHeader(*binding));
-    addSection(u"Al capturar"_qs, Preferences::makeCaptureGroup(*binding));
-    addSection(u"Después de capturar"_qs, Preferences::makeAfterCaptureGroup(*binding));
-    addSection(u"Atajos de teclado"_qs, Preferences::makeShortcutGroup(*binding));
-    addSection(u"Editor (cómo empieza cada captura)"_qs, Preferences::makeEditorGroup(*binding));
+    addSection(u"Al capturar"_s, Preferences::makeCaptureGroup(*binding));
+    addSection(u"Después de capturar"_s, Preferences::makeAfterCaptureGroup(*binding));
+    addSection(u"Atajos de teclado"_s, Preferences::makeShortcutGroup(*binding));
+    addSection(u"Editor (cómo empieza cada captura)"_s, Preferences::makeEditorGroup(*binding));
     addSection({}, Preferences::makeSystemGroup(*binding));
-    addSection(u"Configuración"_qs, Preferences::makeFileGroup(*binding));
+    addSection(u"Configuración"_s, Preferences::makeFileGroup(*binding));
     column->addStretch();
     setWidget(form);
 

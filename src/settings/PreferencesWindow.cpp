@@ -9,6 +9,8 @@
 #include <QKeyEvent>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -25,7 +27,7 @@ PreferencesWindow::PreferencesWindow(Settings& settings, PreferencesHost host)
             | Qt::WindowCloseButtonHint)
     , form(new PreferencesView(settings, std::move(host), this))
 {
-    setWindowTitle(u"Ajustes de Pintalux"_qs);
+    setWindowTitle(u"Ajustes de Pintalux"_s);
     setWindowIcon(AppIcon::windowIcon());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

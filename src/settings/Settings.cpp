@@ -13,6 +13,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -81,7 +83,7 @@ const QString& Settings::defaultFolder()
 {
     static const auto folder = [] {
         const auto pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-        return (pictures.isEmpty() ? QDir::homePath() + u"/Pictures"_qs : pictures) + u"/Pintalux"_qs;
+        return (pictures.isEmpty() ? QDir::homePath() + u"/Pictures"_s : pictures) + u"/Pintalux"_s;
     }();
     return folder;
 }
@@ -126,7 +128,7 @@ void Settings::read(const QString& path) { apply(Snapshot::read(path)); }
 QString Settings::savedCopyPath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
-        + u"/pintalux/Configuración guardada.json"_qs;
+        + u"/pintalux/Configuración guardada.json"_s;
 }
 
 bool Settings::hasSavedCopy() { return QFileInfo(savedCopyPath()).isFile(); }

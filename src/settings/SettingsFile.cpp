@@ -15,6 +15,8 @@
 #include <cmath>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -26,7 +28,7 @@ const QString appKey = QStringLiteral("app");
 const QString versionKey = QStringLiteral("version");
 
 Error unreadable(const QString& sentence) { return {Error::ownDomain, 1, sentence}; }
-Error notOurs() { return {Error::ownDomain, 2, u"El archivo no es una configuración de Pintalux."_qs}; }
+Error notOurs() { return {Error::ownDomain, 2, u"El archivo no es una configuración de Pintalux."_s}; }
 
 // A value of each type as JSON.
 
@@ -131,18 +133,18 @@ std::optional<QString> repeatedName(const QByteArray& json)
 QJsonObject parsed(const QByteArray& json)
 {
     if (json.trimmed().isEmpty())
-        throw unreadable(u"El archivo está vacío."_qs);
+        throw unreadable(u"El archivo está vacío."_s);
     QJsonParseError problem{};
     const auto document = QJsonDocument::fromJson(json, &problem);
     if (document.isNull())
-        throw unreadable(u"El archivo no es JSON válido (línea %1)."_qs.arg(
+        throw unreadable(u"El archivo no es JSON válido (línea %1)."_s.arg(
             json.first(std::clamp<qsizetype>(problem.offset, 0, json.size())).count('\n') + 1));
     // What has no such mark at all is no less somebody else's than what has another one.
     auto fields = document.object();
     if (!fields.contains(appKey))
         throw notOurs();
     if (const auto name = repeatedName(json))
-        throw unreadable(u"El archivo contiene «%1» dos veces."_qs.arg(*name));
+        throw unreadable(u"El archivo contiene «%1» dos veces."_s.arg(*name));
     return fields;
 }
 
@@ -151,9 +153,9 @@ template <typename T> QJsonValue required(const QJsonObject& fields, const QStri
 {
     auto value = fields.value(name);
     if (value.isUndefined())
-        throw unreadable(u"Al archivo le falta «%1»."_qs.arg(name));
+        throw unreadable(u"Al archivo le falta «%1»."_s.arg(name));
     if (const auto what = fault(value, like); !what.isEmpty())
-        throw unreadable(u"En el archivo, «%1» %2."_qs.arg(name, what));
+        throw unreadable(u"En el archivo, «%1» %2."_s.arg(name, what));
     return value;
 }
 
@@ -222,9 +224,9 @@ Settings::Snapshot Settings::Snapshot::read(const QString& path)
     case 0:
         return decoded(bytes);
     case EFBIG:
-        throw unreadable(u"El archivo es demasiado grande para ser una configuración de Pintalux."_qs);
+        throw unreadable(u"El archivo es demasiado grande para ser una configuración de Pintalux."_s);
     case EIO:
-        throw unreadable(u"No se pudo leer «%1»."_qs.arg(path));
+        throw unreadable(u"No se pudo leer «%1»."_s.arg(path));
     default:
         throw fileError(failure, path);
     }

@@ -14,6 +14,8 @@
 #include <QStandardPaths>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 
 namespace {
@@ -37,7 +39,7 @@ template <typename Action> bool tell(const Words& words, Action action)
     try {
         action();
     } catch (const Error& error) {
-        HUD::show(words.failed.toString() + error.localizedDescription, u"xmark.octagon"_qs);
+        HUD::show(words.failed.toString() + error.localizedDescription, u"xmark.octagon"_s);
         return false;
     }
     HUD::show(words.done.toString(), words.symbol.toString());
@@ -79,10 +81,10 @@ void SettingsFileActions::exportSettings()
 {
     if (isPanelOpen())
         return;
-    auto files = makeFilePanel(u"Exportar la configuración"_qs);
+    auto files = makeFilePanel(u"Exportar la configuración"_s);
     files->setAcceptMode(QFileDialog::AcceptSave);
-    files->setDefaultSuffix(u"json"_qs);
-    files->selectFile(u"Configuración de Pintalux.json"_qs);
+    files->setDefaultSuffix(u"json"_s);
+    files->selectFile(u"Configuración de Pintalux.json"_s);
     connect(files.get(), &QFileDialog::fileSelected, this,
         [this](const QString& path) { tell(exporting, [&] { settings.write(path); }); });
     open(std::move(files));
@@ -92,9 +94,9 @@ void SettingsFileActions::importSettings()
 {
     if (isPanelOpen())
         return;
-    auto files = makeFilePanel(u"Importar una configuración"_qs);
+    auto files = makeFilePanel(u"Importar una configuración"_s);
     files->setFileMode(QFileDialog::ExistingFile);
-    files->setLabelText(QFileDialog::Accept, u"Importar"_qs);
+    files->setLabelText(QFileDialog::Accept, u"Importar"_s);
     connect(files.get(), &QFileDialog::fileSelected, this,
         [this](const QString& path) { tell(importing, [&] { settings.read(path); }); });
     open(std::move(files));
@@ -104,17 +106,17 @@ void SettingsFileActions::reset()
 {
     if (isPanelOpen())
         return;
-    auto alert = std::make_unique<QMessageBox>(QMessageBox::NoIcon, u"Pintalux"_qs,
-        u"¿Restablecer los valores iniciales?"_qs, QMessageBox::NoButton, window);
+    auto alert = std::make_unique<QMessageBox>(QMessageBox::NoIcon, u"Pintalux"_s,
+        u"¿Restablecer los valores iniciales?"_s, QMessageBox::NoButton, window);
     alert->setInformativeText(
-        u"Se aplicará la configuración con la que viene Pintalux. Tu copia guardada no se borra."_qs);
+        u"Se aplicará la configuración con la que viene Pintalux. Tu copia guardada no se borra."_s);
     alert->setIconPixmap(iconOf(*alert));
-    auto* confirm = alert->addButton(u"Restablecer"_qs, QMessageBox::AcceptRole);
-    alert->addButton(u"Cancelar"_qs, QMessageBox::RejectRole);
+    auto* confirm = alert->addButton(u"Restablecer"_s, QMessageBox::AcceptRole);
+    alert->addButton(u"Cancelar"_s, QMessageBox::RejectRole);
     alert->setDefaultButton(confirm);
     connect(confirm, &QPushButton::clicked, this, [this] {
         settings.resetToFactory();
-        HUD::show(u"Valores iniciales restablecidos"_qs, u"arrow.counterclockwise.circle"_qs);
+        HUD::show(u"Valores iniciales restablecidos"_s, u"arrow.counterclockwise.circle"_s);
     });
     open(std::move(alert));
 }
@@ -133,7 +135,7 @@ std::unique_ptr<QFileDialog> SettingsFileActions::makeFilePanel(const QString& t
     auto folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     if (!QFileInfo(folder).isDir())
         folder = QDir::homePath();
-    return std::make_unique<QFileDialog>(window, title, folder, u"Archivos JSON (*.json)"_qs);
+    return std::make_unique<QFileDialog>(window, title, folder, u"Archivos JSON (*.json)"_s);
 }
 
 void SettingsFileActions::open(std::unique_ptr<QDialog> dialog)

@@ -22,6 +22,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -40,14 +42,14 @@ protected:
         ScreenCapture::setSource(screens);
         settings.setAfterCapture(AfterCapture::copyOnly);
         workspace->front = WindowHandle{77, 5};
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        QGuiApplication::clipboard()->setText(u"antes"_s);
         HUD::dismiss();
     }
     ~AppDelegateTest() override { ScreenCapture::setSource(nullptr); }
 
     static bool isImageCopied()
     {
-        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_s);
     }
 
     std::shared_ptr<FakeScreenSource> screens = std::make_shared<FakeScreenSource>();
@@ -90,12 +92,12 @@ TEST_F(AppDelegateTest, AFullScreenGoesFromTheKeyToTheClipboardAndTheFocusBack)
     ASSERT_TRUE(keyboard->press(keyOf(CaptureAction::fullScreen)));
     ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"Captura copiada"; }));
     EXPECT_TRUE(isImageCopied());
-    EXPECT_EQ(workspace->log, QStringList{u"activate 77"_qs});
+    EXPECT_EQ(workspace->log, QStringList{u"activate 77"_s});
 }
 
 TEST_F(AppDelegateTest, AFailedCaptureIsToldAndDeliversNothing)
 {
-    screens->failures = {Error(u"X"_qs, 9, u"Se fue la luz."_qs)};
+    screens->failures = {Error(u"X"_s, 9, u"Se fue la luz."_s)};
     delegate.perform(CaptureAction::fullScreen);
     ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage().has_value(); }));
     EXPECT_EQ(HUD::currentMessage(), u"No se pudo capturar: Se fue la luz.");
@@ -112,7 +114,7 @@ TEST_F(AppDelegateTest, ACaptureOpensAnEditorInFrontAndKeepsTheFocusThere)
     ASSERT_EQ(delegate.editors().size(), 1);
     auto& window = delegate.editors().front()->window();
     EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(workspace->log, QStringList{u"activate %1"_qs.arg(window.winId())}) << "not the former window";
+    EXPECT_EQ(workspace->log, QStringList{u"activate %1"_s.arg(window.winId())}) << "not the former window";
     EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::regular);
 }
 
@@ -120,19 +122,19 @@ TEST_F(AppDelegateTest, EditorsStandInOpeningOrderUntilTheyClose)
 {
     QImage image(40, 30, QImage::Format_RGB32);
     image.fill(Qt::white);
-    for (const auto& name : {u"uno"_qs, u"dos"_qs, u"tres"_qs})
+    for (const auto& name : {u"uno"_s, u"dos"_s, u"tres"_s})
         delegate.openEditor({image, 1, name});
     const auto names = [&] {
         QStringList list;
         for (const auto& editor : delegate.editors())
-            list << editor->model().suggestedName().value_or(u"?"_qs);
+            list << editor->model().suggestedName().value_or(u"?"_s);
         return list;
     };
-    EXPECT_EQ(names(), (QStringList{u"uno"_qs, u"dos"_qs, u"tres"_qs}));
+    EXPECT_EQ(names(), (QStringList{u"uno"_s, u"dos"_s, u"tres"_s}));
     EXPECT_NE(delegate.editors()[0]->window().pos(), delegate.editors()[1]->window().pos());
     const QPointer closing(delegate.editors()[1].get());
     closing->window().close();
-    EXPECT_EQ(names(), (QStringList{u"uno"_qs, u"tres"_qs}));
+    EXPECT_EQ(names(), (QStringList{u"uno"_s, u"tres"_s}));
     EXPECT_TRUE(closing) << "its window is still in use by whoever closed it";
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(closing);
@@ -145,7 +147,7 @@ TEST_F(AppDelegateTest, EditorsStandInOpeningOrderUntilTheyClose)
 TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
 {
     const QTemporaryDir folder;
-    const auto picture = folder.filePath(u"foto.png"_qs);
+    const auto picture = folder.filePath(u"foto.png"_s);
     ASSERT_TRUE(QImageWriter(picture).write(QImage(4, 4, QImage::Format_RGB32)));
     delegate.openImageFile(picture);
     ASSERT_TRUE(gesture::waitFor([&] { return delegate.editors().size() == 1; }));
@@ -154,7 +156,7 @@ TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)
     delegate.openImageFile(picture);
     EXPECT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
     HUD::dismiss();
-    delegate.openImageFile(folder.filePath(u"no.png"_qs));
+    delegate.openImageFile(folder.filePath(u"no.png"_s));
     EXPECT_TRUE(gesture::waitFor([] { return HUD::currentMessage() == u"No se pudo abrir la imagen"; }));
     EXPECT_EQ(delegate.editors().size(), 1);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using Mode = CommandLine::Mode;
 
@@ -70,7 +72,7 @@ TEST(CommandLine, TheFirstOccurrenceCounts)
 TEST(CommandLine, CapturesAreNamedByTheirRawValues)
 {
     for (const auto action : allCases<CaptureAction>())
-        EXPECT_EQ(CommandLine::parse({u"--capture"_qs, rawValue(action)}).capture, action);
+        EXPECT_EQ(CommandLine::parse({u"--capture"_s, rawValue(action)}).capture, action);
     EXPECT_FALSE(parsed("").capture);
 }
 

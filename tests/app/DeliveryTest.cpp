@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -19,34 +21,33 @@ class DeliveryTest : public testing::Test {
 protected:
     DeliveryTest()
     {
-        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        settings.setSaveFolder(folder.filePath(u"capturas"_s));
+        QGuiApplication::clipboard()->setText(u"antes"_s);
         settings.setPlaySound(false);
         settings.setAutoCopy(true);
         settings.setAutoSave(false);
         shot.image = QImage(30, 20, QImage::Format_RGB32);
         shot.image.fill(Qt::darkCyan);
         shot.pixelScale = 2;
-        shot.suggestedName = u"Informe"_qs;
+        shot.suggestedName = u"Informe"_s;
     }
 
     Delivery::Routes routes()
     {
         return {
-            .reactivatePrevious = [this] { log << u"reactivate"_qs; },
-            .forgetPrevious = [this] { log << u"forget"_qs; },
-            .playSound = [this] { log << u"sound"_qs; },
-            .openEditor
-            = [this](const CaptureResult&, const std::optional<QString>&) { log << u"editor"_qs; },
+            .reactivatePrevious = [this] { log << u"reactivate"_s; },
+            .forgetPrevious = [this] { log << u"forget"_s; },
+            .playSound = [this] { log << u"sound"_s; },
+            .openEditor = [this](const CaptureResult&, const std::optional<QString>&) { log << u"editor"_s; },
             .showThumbnail =
                 [this](const CaptureResult&, const std::optional<QString>& saved) {
-                    log << u"thumbnail"_qs << (saved ? u"saved"_qs : u"unsaved"_qs);
+                    log << u"thumbnail"_s << (saved ? u"saved"_s : u"unsaved"_s);
                 },
             .recognizeText
             = [this](const QImage&, const std::function<void(const QString&)>& done) { done(recognized); },
             .showMessage =
                 [this](const QString& message, const QString& symbol, const QColor& tint) {
-                    log << u"message"_qs << message << symbol;
+                    log << u"message"_s << message << symbol;
                     if (tint.isValid())
                         log << tint.name();
                 },
@@ -56,7 +57,7 @@ protected:
     QStringList files() const { return QDir(settings.saveFolder()).entryList(QDir::Files | QDir::Hidden); }
     static bool clipboardHasImage()
     {
-        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_s);
     }
     static QString clipboardText() { return QGuiApplication::clipboard()->text(); }
 
@@ -83,21 +84,20 @@ TEST_F(DeliveryTest, EveryCombinationOfTheSettingsDoesJustWhatTheySay)
         settings.setAutoSave(save);
         settings.setAfterCapture(after);
         QDir(settings.saveFolder()).removeRecursively();
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        QGuiApplication::clipboard()->setText(u"antes"_s);
         log.clear();
         delivery.deliver(shot);
 
         QStringList expected;
         if (sound)
-            expected << u"sound"_qs;
+            expected << u"sound"_s;
         if (after == AfterCapture::editor)
-            expected << u"forget"_qs << u"editor"_qs;
+            expected << u"forget"_s << u"editor"_s;
         else if (after == AfterCapture::thumbnail)
-            expected << u"reactivate"_qs << u"thumbnail"_qs << (save ? u"saved"_qs : u"unsaved"_qs);
+            expected << u"reactivate"_s << u"thumbnail"_s << (save ? u"saved"_s : u"unsaved"_s);
         else
-            expected << u"reactivate"_qs << u"message"_qs
-                     << (copy ? u"Captura copiada"_qs : u"Captura guardada"_qs)
-                     << u"checkmark.circle.fill"_qs;
+            expected << u"reactivate"_s << u"message"_s
+                     << (copy ? u"Captura copiada"_s : u"Captura guardada"_s) << u"checkmark.circle.fill"_s;
         EXPECT_EQ(log, expected) << bits;
         EXPECT_EQ(clipboardHasImage(), copy) << bits;
         EXPECT_EQ(files().size(), save ? 1 : 0) << bits;
@@ -114,7 +114,7 @@ TEST_F(DeliveryTest, AFailingSaveIsSilentAndLosesNothingElse)
     settings.setAutoSave(true);
     settings.setAfterCapture(AfterCapture::thumbnail);
     delivery.deliver(shot);
-    EXPECT_EQ(log, (QStringList{u"reactivate"_qs, u"thumbnail"_qs, u"unsaved"_qs}));
+    EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"thumbnail"_s, u"unsaved"_s}));
     EXPECT_TRUE(clipboardHasImage());
 }
 
@@ -125,35 +125,34 @@ TEST_F(DeliveryTest, RecognisedTextIsCopiedAndItsLinesAreCounted)
         QString message;
     };
     for (const auto& row :
-        {Row{u"hola"_qs, u"Texto copiado"_qs}, Row{u"uno\n\ndos\n"_qs, u"2 líneas de texto copiadas"_qs},
-            Row{u"\n"_qs, u"0 líneas de texto copiadas"_qs}}) {
+        {Row{u"hola"_s, u"Texto copiado"_s}, Row{u"uno\n\ndos\n"_s, u"2 líneas de texto copiadas"_s},
+            Row{u"\n"_s, u"0 líneas de texto copiadas"_s}}) {
         log.clear();
         recognized = row.text;
         delivery.deliverText(shot);
-        EXPECT_EQ(log, (QStringList{u"reactivate"_qs, u"message"_qs, row.message, u"text.viewfinder"_qs}));
+        EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"message"_s, row.message, u"text.viewfinder"_s}));
         EXPECT_EQ(clipboardText(), row.text);
     }
     log.clear();
     recognized.clear();
-    QGuiApplication::clipboard()->setText(u"antes"_qs);
+    QGuiApplication::clipboard()->setText(u"antes"_s);
     delivery.deliverText(shot);
-    EXPECT_EQ(
-        log.mid(1), (QStringList{u"message"_qs, u"No se encontró texto"_qs, u"text.magnifyingglass"_qs}));
+    EXPECT_EQ(log.mid(1), (QStringList{u"message"_s, u"No se encontró texto"_s, u"text.magnifyingglass"_s}));
     EXPECT_EQ(clipboardText(), u"antes");
 }
 
 TEST_F(DeliveryTest, APickedColourIsCopiedAndShownWithItsTint)
 {
-    delivery.deliverColor(u"#FF3B30"_qs);
+    delivery.deliverColor(u"#FF3B30"_s);
     EXPECT_EQ(log,
         (QStringList{
-            u"reactivate"_qs, u"message"_qs, u"Color #FF3B30 copiado"_qs, u"eyedropper"_qs, u"#ff3b30"_qs}));
+            u"reactivate"_s, u"message"_s, u"Color #FF3B30 copiado"_s, u"eyedropper"_s, u"#ff3b30"_s}));
     EXPECT_EQ(clipboardText(), u"#FF3B30");
 }
 
 TEST_F(DeliveryTest, ACancelledCaptureOnlyGivesTheFocusBack)
 {
     delivery.cancelled();
-    EXPECT_EQ(log, QStringList{u"reactivate"_qs});
+    EXPECT_EQ(log, QStringList{u"reactivate"_s});
     EXPECT_EQ(clipboardText(), u"antes");
 }

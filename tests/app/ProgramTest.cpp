@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -39,9 +41,9 @@ protected:
 
     Outcome annotate(const QByteArray& marks)
     {
-        write(u"marks.json"_qs, marks);
+        write(u"marks.json"_s, marks);
         return run(
-            {u"--annotate"_qs, u"in.png"_qs, u"--marks"_qs, u"marks.json"_qs, u"--output"_qs, u"out.png"_qs});
+            {u"--annotate"_s, u"in.png"_s, u"--marks"_s, u"marks.json"_s, u"--output"_s, u"out.png"_s});
     }
 
     void write(const QString& name, const QByteArray& bytes)
@@ -57,7 +59,7 @@ protected:
     {
         QImage picture(200, 100, QImage::Format_RGB32);
         picture.fill(Qt::white);
-        ASSERT_TRUE(picture.save(path(u"in.png"_qs)));
+        ASSERT_TRUE(picture.save(path(u"in.png"_s)));
     }
 
     QTemporaryDir folder;
@@ -73,7 +75,7 @@ TEST_F(Program, AnnotatesWithoutADisplay)
         {"kind": "image", "start": [120, 60], "end": [180, 90], "image": "in.png"}],
         "beautify": {"enabled": true, "gradient": 3, "padding": 10, "shadow": false}})");
     ASSERT_EQ(outcome.status, 0) << outcome.errors.toStdString();
-    const QImage image(path(u"out.png"_qs));
+    const QImage image(path(u"out.png"_s));
     EXPECT_EQ(image.size(), QSize(240, 140));
     EXPECT_EQ(image.pixelColor(20 + 50, 20 + 50), QColor(0x3A, 0x86, 0xFF));
     EXPECT_NEAR(image.dotsPerMeterX() * 0.0254, 144, 0.1);
@@ -88,65 +90,64 @@ TEST_F(Program, MarksThatCannotBeReadAreNamedByTheirPlaceAndLeaveNoFile)
     const QByteArray box
         = R"("kind": "rectangle", "start": [0, 0], "end": [9, 9], "color": "#FF0000", "lineWidth": 1)";
     const auto one = [](const QByteArray& fields) { return "{\"annotations\": [{" + fields + "}]}"; };
-    for (const auto& row :
-        {
-            Row{"", u"no es JSON"_qs},
-            Row{"{\"annotations\": [", u"no es JSON"_qs},
-            Row{QByteArray(200000, '['), u"no es JSON"_qs},
-            Row{"[]", u"$: "_qs},
-            Row{"{\"anotations\": []}", u"$.anotations: campo desconocido"_qs},
-            Row{"{\"pixelScale\": \"2\"}", u"$.pixelScale: debe ser un número"_qs},
-            Row{"{\"pixelScale\": 0}", u"$.pixelScale"_qs},
-            Row{"{\"annotations\": {}}", u"$.annotations: debe ser una lista"_qs},
-            Row{"{\"annotations\": [7]}", u"$.annotations[0]: debe ser un objeto"_qs},
-            Row{one("\"kind\": \"star\""), u"$.annotations[0].kind: valor desconocido"_qs},
-            Row{one("\"kind\": \"pen\", \"color\": \"#FF0000\", \"lineWidth\": 2"),
-                u"$.annotations[0]: falta «points»"_qs},
-            Row{one(box + ", \"colour\": \"#FF0000\""), u"$.annotations[0].colour: campo desconocido"_qs},
-            Row{one(box + ", \"control\": [1]"), u"$.annotations[0].control: debe ser un punto"_qs},
-            Row{one(box + ", \"control\": [1, true]"), u"$.annotations[0].control[1]: debe ser un número"_qs},
-            Row{one(box + ", \"fontSize\": 1e999"), u""_qs},
-            Row{one(box + ", \"fontSize\": 0"), u"$.annotations[0].fontSize"_qs},
-            Row{one(box + ", \"number\": 1.5"), u"$.annotations[0].number: debe ser un número entero"_qs},
-            Row{one(box + ", \"filled\": 1"), u"$.annotations[0].filled: debe ser true o false"_qs},
-            Row{one(box + ", \"id\": \"yo\""), u"$.annotations[0].id: debe ser un UUID"_qs},
-            Row{one(box + ", \"image\": \"no.png\""), u"$.annotations[0].image: "_qs},
-            Row{one("\"kind\": \"line\", \"start\": [0, 0], \"end\": [9, 9], \"color\": \"red\", "
-                    "\"lineWidth\": 1"),
-                u"$.annotations[0].color: debe ser un color"_qs},
-            Row{"{\"beautify\": {\"padding\": -1}}", u"$.beautify.padding"_qs},
-        }) {
+    for (const auto& row : {
+             Row{"", u"no es JSON"_s},
+             Row{"{\"annotations\": [", u"no es JSON"_s},
+             Row{QByteArray(200000, '['), u"no es JSON"_s},
+             Row{"[]", u"$: "_s},
+             Row{"{\"anotations\": []}", u"$.anotations: campo desconocido"_s},
+             Row{"{\"pixelScale\": \"2\"}", u"$.pixelScale: debe ser un número"_s},
+             Row{"{\"pixelScale\": 0}", u"$.pixelScale"_s},
+             Row{"{\"annotations\": {}}", u"$.annotations: debe ser una lista"_s},
+             Row{"{\"annotations\": [7]}", u"$.annotations[0]: debe ser un objeto"_s},
+             Row{one("\"kind\": \"star\""), u"$.annotations[0].kind: valor desconocido"_s},
+             Row{one("\"kind\": \"pen\", \"color\": \"#FF0000\", \"lineWidth\": 2"),
+                 u"$.annotations[0]: falta «points»"_s},
+             Row{one(box + ", \"colour\": \"#FF0000\""), u"$.annotations[0].colour: campo desconocido"_s},
+             Row{one(box + ", \"control\": [1]"), u"$.annotations[0].control: debe ser un punto"_s},
+             Row{one(box + ", \"control\": [1, true]"), u"$.annotations[0].control[1]: debe ser un número"_s},
+             Row{one(box + ", \"fontSize\": 1e999"), u""_s},
+             Row{one(box + ", \"fontSize\": 0"), u"$.annotations[0].fontSize"_s},
+             Row{one(box + ", \"number\": 1.5"), u"$.annotations[0].number: debe ser un número entero"_s},
+             Row{one(box + ", \"filled\": 1"), u"$.annotations[0].filled: debe ser true o false"_s},
+             Row{one(box + ", \"id\": \"yo\""), u"$.annotations[0].id: debe ser un UUID"_s},
+             Row{one(box + ", \"image\": \"no.png\""), u"$.annotations[0].image: "_s},
+             Row{one("\"kind\": \"line\", \"start\": [0, 0], \"end\": [9, 9], \"color\": \"red\", "
+                     "\"lineWidth\": 1"),
+                 u"$.annotations[0].color: debe ser un color"_s},
+             Row{"{\"beautify\": {\"padding\": -1}}", u"$.beautify.padding"_s},
+         }) {
         const auto outcome = annotate(row.marks);
         EXPECT_EQ(outcome.status, 1) << row.marks.left(80).constData();
         EXPECT_TRUE(outcome.errors.contains(row.place))
             << row.marks.left(80).constData() << "\n  said: " << outcome.errors.toStdString();
         EXPECT_EQ(outcome.errors.count(u'\n'), 1);
         EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
-            (QStringList{u"in.png"_qs, u"marks.json"_qs}));
+            (QStringList{u"in.png"_s, u"marks.json"_s}));
     }
 }
 
 TEST_F(Program, PicturesThatCannotBeReadOrWrittenAreErrors)
 {
-    const QStringList rest{u"--marks"_qs, u"marks.json"_qs, u"--output"_qs};
-    write(u"marks.json"_qs, "{}");
-    write(u"broken.png"_qs, "\x89PNG\r\n\x1a\n broken");
-    for (const auto& [picture, output] : {std::pair(u"missing.png"_qs, u"out.png"_qs),
-             std::pair(u"broken.png"_qs, u"out.png"_qs), std::pair(u"in.png"_qs, u"nowhere/out.png"_qs)}) {
-        const auto outcome = run(QStringList{u"--annotate"_qs, picture} + rest + QStringList{output});
+    const QStringList rest{u"--marks"_s, u"marks.json"_s, u"--output"_s};
+    write(u"marks.json"_s, "{}");
+    write(u"broken.png"_s, "\x89PNG\r\n\x1a\n broken");
+    for (const auto& [picture, output] : {std::pair(u"missing.png"_s, u"out.png"_s),
+             std::pair(u"broken.png"_s, u"out.png"_s), std::pair(u"in.png"_s, u"nowhere/out.png"_s)}) {
+        const auto outcome = run(QStringList{u"--annotate"_s, picture} + rest + QStringList{output});
         EXPECT_EQ(outcome.status, 1) << picture.toStdString();
         EXPECT_FALSE(outcome.errors.isEmpty());
-        EXPECT_FALSE(QFile::exists(path(u"out.png"_qs)));
+        EXPECT_FALSE(QFile::exists(path(u"out.png"_s)));
     }
 }
 
 TEST_F(Program, WritesTheIconInTenSizes)
 {
-    EXPECT_EQ(run({u"--render-icon"_qs, u"new/icons"_qs}).status, 0);
-    const QDir icons(path(u"new/icons"_qs));
-    EXPECT_EQ(icons.entryList({u"*.png"_qs}).size(), 10);
-    for (const auto& [name, size] : {std::pair(u"icon_16x16.png"_qs, 16), std::pair(u"icon_32x32.png"_qs, 32),
-             std::pair(u"icon_32x32@2x.png"_qs, 64), std::pair(u"icon_512x512@2x.png"_qs, 1024)}) {
+    EXPECT_EQ(run({u"--render-icon"_s, u"new/icons"_s}).status, 0);
+    const QDir icons(path(u"new/icons"_s));
+    EXPECT_EQ(icons.entryList({u"*.png"_s}).size(), 10);
+    for (const auto& [name, size] : {std::pair(u"icon_16x16.png"_s, 16), std::pair(u"icon_32x32.png"_s, 32),
+             std::pair(u"icon_32x32@2x.png"_s, 64), std::pair(u"icon_512x512@2x.png"_s, 1024)}) {
         const QImage icon(icons.filePath(name));
         EXPECT_EQ(icon.size(), QSize(size, size));
         EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
@@ -156,13 +157,13 @@ TEST_F(Program, WritesTheIconInTenSizes)
 
 TEST_F(Program, AnswersInSpanishAndRefusesWhatItDoesNotKnow)
 {
-    EXPECT_TRUE(run({u"--help"_qs}).output.contains(u"--annotate IMAGEN"));
-    EXPECT_TRUE(run({u"--version"_qs}).output.startsWith(u"Pintalux "));
-    const auto wrong = run({u"--marcas"_qs});
+    EXPECT_TRUE(run({u"--help"_s}).output.contains(u"--annotate IMAGEN"));
+    EXPECT_TRUE(run({u"--version"_s}).output.startsWith(u"Pintalux "));
+    const auto wrong = run({u"--marcas"_s});
     EXPECT_EQ(wrong.status, 2);
     EXPECT_TRUE(wrong.errors.contains(u"Opción desconocida: --marcas"));
     EXPECT_TRUE(wrong.output.isEmpty());
-    const auto blind = run({u"--selftest"_qs, u"out"_qs});
+    const auto blind = run({u"--selftest"_s, u"out"_s});
     EXPECT_EQ(blind.status, 1);
     EXPECT_TRUE(blind.errors.contains(u"No hay ninguna pantalla"));
 }

@@ -10,6 +10,8 @@
 #include <QScreen>
 #include <QSet>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -22,7 +24,7 @@ std::string described(const QList<StatusMenuRow>& rows)
     QStringList lines;
     for (const auto& row : rows)
         lines << (row.kind == Kind::separator
-                ? u"-"_qs
+                ? u"-"_s
                 : QStringList{row.title, row.actionId, row.key, row.symbol}.join(u'|'));
     return lines.join(u'\n').toStdString();
 }
@@ -56,8 +58,8 @@ TEST(StatusMenu, FailedShortcutsAndMissingPermissionShow)
     const auto rows = statusMenuRows(
         {ShortcutPreset::controlOption, {CaptureAction::window, CaptureAction::color}, false});
     const auto find = [&](QStringView id) { return *std::ranges::find(rows, id, &StatusMenuRow::actionId); };
-    const auto text = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_qs;
-    EXPECT_EQ(find(u"area").key, u"⌃⌥1"_qs);
+    const auto text = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_s;
+    EXPECT_EQ(find(u"area").key, u"⌃⌥1"_s);
     EXPECT_EQ(find(u"window").key, QString());
     EXPECT_EQ(find(u"window").toolTip, text);
     EXPECT_EQ(find(u"color").toolTip, text);
@@ -78,7 +80,7 @@ TEST(StatusMenu, EveryRowThatCanBeChosenAsksForItsAction)
     const auto rows = statusMenuRows({});
     const auto fill = [&] {
         fillStatusMenu(
-            menu, rows, [](const QString& key) { return u"<"_qs + key + u">"_qs; },
+            menu, rows, [](const QString& key) { return u"<"_s + key + u">"_s; },
             [&](const QString& id) { chosen << id; });
     };
     fill();
@@ -122,7 +124,7 @@ TEST(Menu, ItsRowsAreByThePointThatItOpensAtInEveryCornerOfTheScreen)
     for (const auto& corner : {visible.topLeft(), visible.topRight(), visible.bottomLeft(),
              visible.bottomRight(), visible.center()}) {
         Menu menu;
-        auto* row = menu.addAction(u"Una fila"_qs);
+        auto* row = menu.addAction(u"Una fila"_s);
         menu.popUpAt(corner);
         const QRect shown(
             menu.mapToGlobal(menu.actionGeometry(row).topLeft()), menu.actionGeometry(row).size());
@@ -175,20 +177,20 @@ TEST(MainMenu, KeysAreUniqueAndEveryRowNamesItsAction)
             action->trigger();
         }
     }
-    EXPECT_EQ(titles, (QStringList{u"Pintalux"_qs, u"Archivo"_qs, u"Edición"_qs, u"Ventana"_qs}));
+    EXPECT_EQ(titles, (QStringList{u"Pintalux"_s, u"Archivo"_s, u"Edición"_s, u"Ventana"_s}));
     EXPECT_EQ(withKey, 15);
     EXPECT_EQ(keys.size(), 16) << "and the empty one";
     ASSERT_EQ(chosen.size(), 16);
-    EXPECT_EQ(chosen[1], (std::pair{u"showPreferences"_qs, MainMenu::Target::delegate}));
-    EXPECT_EQ(chosen[5], (std::pair{u"editorSave"_qs, MainMenu::Target::responder}));
+    EXPECT_EQ(chosen[1], (std::pair{u"showPreferences"_s, MainMenu::Target::delegate}));
+    EXPECT_EQ(chosen[5], (std::pair{u"editorSave"_s, MainMenu::Target::responder}));
 }
 
 TEST(HUD, TheLatestMessageStandsAndLongOnesStayOnTheScreen)
 {
-    HUD::show(u"Uno"_qs, u"sparkles"_qs);
-    const auto longText = QString(u"Una carpeta con un nombre larguísimo que no cabe "_qs).repeated(40);
-    for (const auto& text : {u"Dos"_qs, longText, QString(4000, u'W'), u"a\nb\nc\nd\ne\nf"_qs, QString()}) {
-        HUD::show(text, u"checkmark.circle.fill"_qs, QColor(Qt::green));
+    HUD::show(u"Uno"_s, u"sparkles"_s);
+    const auto longText = QString(u"Una carpeta con un nombre larguísimo que no cabe "_s).repeated(40);
+    for (const auto& text : {u"Dos"_s, longText, QString(4000, u'W'), u"a\nb\nc\nd\ne\nf"_s, QString()}) {
+        HUD::show(text, u"checkmark.circle.fill"_s, QColor(Qt::green));
         EXPECT_EQ(HUD::currentMessage(), text);
         int shown = 0;
         for (const auto* widget : QApplication::topLevelWidgets())

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -72,13 +74,13 @@ TEST_F(HotKeyCenterTest, APressRunsTheActionThatHoldsWhenItsTurnComes)
     QString log;
     const auto says = [&](const QString& word) { return [&log, word] { log += word; }; };
 
-    EXPECT_TRUE(center.registerHotKey(1, area.keyCode, area.modifiers, says(u"old "_qs)));
+    EXPECT_TRUE(center.registerHotKey(1, area.keyCode, area.modifiers, says(u"old "_s)));
     keyboard->press(area);
     EXPECT_EQ(log, QString()) << "not from within the press";
-    EXPECT_TRUE(center.registerHotKey(1, area.keyCode, area.modifiers, says(u"new "_qs)));
+    EXPECT_TRUE(center.registerHotKey(1, area.keyCode, area.modifiers, says(u"new "_s)));
     QCoreApplication::processEvents();
     EXPECT_EQ(log, u"new ");
-    EXPECT_FALSE(center.registerHotKey(2, area.keyCode, area.modifiers, says(u"other "_qs)));
+    EXPECT_FALSE(center.registerHotKey(2, area.keyCode, area.modifiers, says(u"other "_s)));
 
     keyboard->press(area);
     center.unregisterAll();

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -34,9 +36,9 @@ protected:
 
 TEST(ReadingOrder, WordsAndLinesComeOutAsTheyStandWhateverTheirOrder)
 {
-    QList<TextObservation> words{word(u"uno"_qs, 0.1, 0.10), word(u"dos"_qs, 0.3, 0.11),
-        word(u"tres"_qs, 0.5, 0.10), word(u"cuatro"_qs, 0.1, 0.20), word(u"cinco"_qs, 0.3, 0.20),
-        word(u"seis"_qs, 0.2, 0.30)};
+    QList<TextObservation> words{word(u"uno"_s, 0.1, 0.10), word(u"dos"_s, 0.3, 0.11),
+        word(u"tres"_s, 0.5, 0.10), word(u"cuatro"_s, 0.1, 0.20), word(u"cinco"_s, 0.3, 0.20),
+        word(u"seis"_s, 0.2, 0.30)};
     std::mt19937 random(7);
     for (int round = 0; round < 50; ++round) {
         std::ranges::shuffle(words, random);
@@ -50,7 +52,7 @@ TEST(ReadingOrder, ATiltedLineStaysOneLineThoughItsEndsAreFarApart)
     QList<TextObservation> words;
     for (int index = 0; index < 8; ++index)
         words.append(word(QString::number(index), 0.1 * index, 0.5 - 0.0133 * index));
-    words.append(word(u"debajo"_qs, 0.1, 0.62));
+    words.append(word(u"debajo"_s, 0.1, 0.62));
     std::mt19937 random(3);
     for (int round = 0; round < 50; ++round) {
         std::ranges::shuffle(words, random);
@@ -60,37 +62,37 @@ TEST(ReadingOrder, ATiltedLineStaysOneLineThoughItsEndsAreFarApart)
 
 TEST(ReadingOrder, TwoColumnsAreReadAcross)
 {
-    EXPECT_EQ(textOf({word(u"total"_qs, 0.1, 0.2), word(u"iva"_qs, 0.1, 0.1), word(u"21"_qs, 0.8, 0.105),
-                  word(u"121"_qs, 0.8, 0.195)}),
+    EXPECT_EQ(textOf({word(u"total"_s, 0.1, 0.2), word(u"iva"_s, 0.1, 0.1), word(u"21"_s, 0.8, 0.105),
+                  word(u"121"_s, 0.8, 0.195)}),
         "iva 21\ntotal 121");
 }
 
 TEST(ReadingOrder, HalfTheLowerHeightIsOneLineToTheOrderAndTwoToTheGrouping)
 {
     // Exactly half of 0.25 apart: numbers that a double holds exactly.
-    const auto left = word(u"izquierda"_qs, 0.125, 0.5, 0.5), right = word(u"derecha"_qs, 0.5, 0.375, 0.25);
+    const auto left = word(u"izquierda"_s, 0.125, 0.5, 0.5), right = word(u"derecha"_s, 0.5, 0.375, 0.25);
     EXPECT_EQ(textOf({right, left}), "izquierda\nderecha");
-    const auto higher = word(u"derecha"_qs, 0.5, 0.3125, 0.25);
+    const auto higher = word(u"derecha"_s, 0.5, 0.3125, 0.25);
     EXPECT_EQ(textOf({left, higher}), "derecha\nizquierda");
 }
 
 TEST(ReadingOrder, EqualPlacesKeepTheirOrder)
 {
-    EXPECT_EQ(textOf({word(u"b"_qs, 0.1, 0.1), word(u"a"_qs, 0.1, 0.1), word(u"c"_qs, 0.1, 0.1)}), "b a c");
+    EXPECT_EQ(textOf({word(u"b"_s, 0.1, 0.1), word(u"a"_s, 0.1, 0.1), word(u"c"_s, 0.1, 0.1)}), "b a c");
 }
 
 TEST(ReadingOrder, ObservationsWithoutTextAndWhiteSpaceAroundItAreLeftOut)
 {
     EXPECT_EQ(textOf({}), "");
     EXPECT_EQ(textOf({word({}, 0.1, 0.1)}), "");
-    EXPECT_EQ(textOf({word({}, 0.1, 0.1), word(u" hola"_qs, 0.2, 0.1), word({}, 0.3, 0.1),
-                  word(u"mundo"_qs, 0.4, 0.1), word({}, 0.1, 0.3)}),
+    EXPECT_EQ(textOf({word({}, 0.1, 0.1), word(u" hola"_s, 0.2, 0.1), word({}, 0.3, 0.1),
+                  word(u"mundo"_s, 0.4, 0.1), word({}, 0.1, 0.3)}),
         "hola mundo");
 }
 
 TEST_F(RecognizeTest, TheTextArrivesOnTheMainThreadAfterTheCall)
 {
-    recognizer->found = {word(u"mundo"_qs, 0.4, 0.1), word(u"hola"_qs, 0.1, 0.1)};
+    recognizer->found = {word(u"mundo"_s, 0.4, 0.1), word(u"hola"_s, 0.1, 0.1)};
     std::optional<QString> text;
     QThread* thread = nullptr;
     OCR::recognize(picture, [&](const std::optional<QString>& read) {
@@ -132,12 +134,12 @@ TEST_F(RecognizeTest, AReadingThatTakesLongShowsASignUntilItsEnd)
 
 TEST_F(RecognizeTest, WhatIsMissingIsNamedInPlaceOfTheCallersMessage)
 {
-    recognizer->failure = Error(u"X"_qs, 2, u"Falta un paquete."_qs);
+    recognizer->failure = Error(u"X"_s, 2, u"Falta un paquete."_s);
     bool called = false;
     OCR::recognize(picture, [&](const std::optional<QString>& read) {
         called = true;
         EXPECT_FALSE(read);
-        HUD::show(u"No se encontró texto"_qs, u"text.magnifyingglass"_qs);
+        HUD::show(u"No se encontró texto"_s, u"text.magnifyingglass"_s);
     });
     ASSERT_TRUE(gesture::waitFor([&] { return called; }));
     EXPECT_EQ(HUD::currentMessage(), u"Falta un paquete.");

@@ -2,6 +2,8 @@
 
 #include "model/Geometry.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -121,15 +123,15 @@ TEST(OverlayLayout, TheSizeLabelTellsPixelsAndKeepsItsRules)
     TextLine ones;
     TextLine eights;
     const TextAttributes look{Draw::systemFont(12, FontWeight::semibold), Qt::white};
-    ones.appendWithEvenDigits(u"1111 × 111"_qs, look);
-    eights.appendWithEvenDigits(u"8888 × 888"_qs, look);
+    ones.appendWithEvenDigits(u"1111 × 111"_s, look);
+    eights.appendWithEvenDigits(u"8888 × 888"_s, look);
     EXPECT_NEAR(ones.size().width(), eights.size().width(), 1e-6);
 }
 
 TEST(OverlayLayout, WhatIsShownStaysOnTheScreenAndOnOneLine)
 {
-    const QString titles[] = {
-        u"Corto"_qs, u"Con\nsalto\r\ny otro"_qs, QString(500, u'W'), u"👩‍👩‍👧"_qs.repeated(200)};
+    const QString titles[]
+        = {u"Corto"_s, u"Con\nsalto\r\ny otro"_s, QString(500, u'W'), u"👩‍👩‍👧"_s.repeated(200)};
     const QRectF frames[] = {{10, 10, 300, 200}, {-500, -900, 300, 400}, {-50, -50, 900, 5000},
         {700, 450, 400, 400}, {790, 0, 41, 41}, {0, -80, 800, 81}};
     for (const auto size : {QSizeF(800, 500), QSizeF(320, 200), QSizeF(150, 100)}) {
@@ -149,7 +151,7 @@ TEST(OverlayLayout, WhatIsShownStaysOnTheScreenAndOnOneLine)
                 EXPECT_TRUE(screen.contains(label.pill)) << size.width() << " " << frame.x();
                 EXPECT_LT(label.pill.height(), height * 1.4) << "one line";
                 EXPECT_FALSE(label.content.contains(u'\n'));
-                EXPECT_TRUE(label.content.contains(u" × "_qs)) << "the size is never left out";
+                EXPECT_TRUE(label.content.contains(u" × "_s)) << "the size is never left out";
             }
         }
     }
@@ -198,7 +200,7 @@ TEST(OverlayDamage, RepaintingTheDamageEqualsRepaintingEverything)
         for (const auto& frame :
             {QRectF(100, 45, 200, 55), QRectF(50, 50, 300, 300), QRectF(-20, 60, 900, 300)}) {
             scene.selection = frame;
-            scene.windowTitle = u"Ventana %1"_qs.arg(frame.width());
+            scene.windowTitle = u"Ventana %1"_s.arg(frame.width());
             script.push_back(scene);
         }
         scene.selection.reset();

@@ -7,6 +7,8 @@
 #include <QColorSpace>
 #include <QMouseEvent>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -25,8 +27,8 @@ FrozenScreens frozenScreens()
 {
     FrozenScreens frozen;
     frozen.displays = {
-        {{u"LEFT"_qs, {0, 0, 400, 300}, {0, 0, 400, 300}, 1, true}, picture({400, 300}, 0), 1},
-        {{u"RIGHT"_qs, {400, -50, 200, 150}, {400, -50, 400, 300}, 2, true}, picture({400, 300}, 1), 2},
+        {{u"LEFT"_s, {0, 0, 400, 300}, {0, 0, 400, 300}, 1, true}, picture({400, 300}, 0), 1},
+        {{u"RIGHT"_s, {400, -50, 200, 150}, {400, -50, 400, 300}, 2, true}, picture({400, 300}, 1), 2},
     };
     const auto add = [&](quint64 id, const QRectF& frame, const QString& title) {
         WindowInfo info;
@@ -34,10 +36,10 @@ FrozenScreens frozenScreens()
         info.frame = frame;
         frozen.windows.append({info, frame, title});
     };
-    add(1, {20, 20, 200, 120}, u"Notas — Lista"_qs);
-    add(2, {60, 40, 300, 200}, u"Navegador"_qs);
-    add(3, {410, -40, 120, 100}, u"Notas"_qs);
-    add(4, {375, 25, 100, 50}, u"En las dos"_qs);
+    add(1, {20, 20, 200, 120}, u"Notas — Lista"_s);
+    add(2, {60, 40, 300, 200}, u"Navegador"_s);
+    add(3, {410, -40, 120, 100}, u"Notas"_s);
+    add(4, {375, 25, 100, 50}, u"En las dos"_s);
     frozen.windows.last().window.nativeRect = {350, 100, 200, 100};
     return frozen;
 }
@@ -271,7 +273,7 @@ TEST_F(OverlayTest, ItReportsOnceAndSurvivesBeingEndedFromItsOwnReport)
         OverlayMode::area, frozenScreens(), [&](const OverlayOutcome&) { ++calls; });
     once.show();
     EXPECT_EQ(once.windows().size(), 2u);
-    once.finish(Outcome::Color{u"#000000"_qs});
+    once.finish(Outcome::Color{u"#000000"_s});
     once.finish(Outcome::Cancelled());
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(once.windows().empty());
@@ -283,7 +285,7 @@ TEST_F(OverlayTest, WithoutAnyOfItsScreensItEndsAsCancelledAtOnce)
 {
     auto frozen = frozenScreens();
     frozen.displays.removeLast();
-    frozen.displays[0].screen.name = u"GONE"_qs;
+    frozen.displays[0].screen.name = u"GONE"_s;
     show(OverlayMode::area, frozen);
     EXPECT_TRUE(only<Outcome::Cancelled>());
 }

@@ -8,11 +8,13 @@
 #include <QThread>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
 
-Error sourceError(int code) { return {ScreenSource::errorDomain, code, u"Falla de prueba."_qs}; }
+Error sourceError(int code) { return {ScreenSource::errorDomain, code, u"Falla de prueba."_s}; }
 
 class ScreenCaptureTest : public testing::Test {
 protected:
@@ -54,7 +56,7 @@ TEST_F(ScreenCaptureTest, ATitleWithoutEndIsCutBetweenCharacters)
     auto content = desk->content;
     const auto application = content.windows.first().applicationName;
     for (const int shift : {0, 1}) {
-        content.windows.first().title = QString(shift, u'x') + u"😀"_qs.repeated(100'000);
+        content.windows.first().title = QString(shift, u'x') + u"😀"_s.repeated(100'000);
         const auto title = ScreenCapture::windowCandidates(content, desk->ownProcessId()).first().title;
         EXPECT_TRUE(title.startsWith(application));
         EXPECT_LE(title.size(), 1000);
@@ -102,7 +104,7 @@ TEST_F(ScreenCaptureTest, OnlyATemporaryFailureOfTheSourceIsTriedAgainAndOnlyOnc
         {"another one after it", {sourceError(temporary), sourceError(8)}, 8, 2},
         {"another failure", {sourceError(8)}, 8, 1},
         {"the person said no", {sourceError(ScreenSource::userDeclined)}, ScreenSource::userDeclined, 1},
-        {"the code in another domain", {Error(u"Other"_qs, temporary, {})}, temporary, 1},
+        {"the code in another domain", {Error(u"Other"_s, temporary, {})}, temporary, 1},
     };
     for (const auto& row : table) {
         desk->failures = row.failures;
@@ -185,17 +187,17 @@ TEST_F(ScreenCaptureTest, OnlyNormalVisibleWindowsOfOthersLargerThanFortyPointsA
         WindowInfo window;
         std::optional<QString> title; ///< none when the window must not be offered
     } table[] = {
-        {{1, large, 0, 5, u"Notas"_qs, u"Año nuevo — plan"_qs}, u"Notas — Año nuevo — plan"_qs},
-        {{2, large, 0, 5, u"Notas"_qs, u""_qs}, u"Notas"_qs},
-        {{3, large, 0, 0, u""_qs, u"Huérfana"_qs}, u"Huérfana"_qs},
-        {{4, large, 0, 0, u""_qs, u""_qs}, u""_qs},
-        {{5, {0, 0, 41, 41}, 0, 5, u"A"_qs, u""_qs}, u"A"_qs},
-        {{6, {0, 0, 40, 100}, 0, 5, u"A"_qs, u""_qs}, std::nullopt},
-        {{7, {0, 0, 100, 40}, 0, 5, u"A"_qs, u""_qs}, std::nullopt},
-        {{8, large, 1, 5, u"A"_qs, u"Flotante"_qs}, std::nullopt},
-        {{9, large, -1, 5, u"A"_qs, u"Escritorio"_qs}, std::nullopt},
-        {{10, large, 0, desk->ownProcess, u"Pintalux"_qs, u"Editor"_qs}, std::nullopt},
-        {{11, large, 0, 5, u"A"_qs, u"Minimizada"_qs, false}, std::nullopt},
+        {{1, large, 0, 5, u"Notas"_s, u"Año nuevo — plan"_s}, u"Notas — Año nuevo — plan"_s},
+        {{2, large, 0, 5, u"Notas"_s, u""_s}, u"Notas"_s},
+        {{3, large, 0, 0, u""_s, u"Huérfana"_s}, u"Huérfana"_s},
+        {{4, large, 0, 0, u""_s, u""_s}, u""_s},
+        {{5, {0, 0, 41, 41}, 0, 5, u"A"_s, u""_s}, u"A"_s},
+        {{6, {0, 0, 40, 100}, 0, 5, u"A"_s, u""_s}, std::nullopt},
+        {{7, {0, 0, 100, 40}, 0, 5, u"A"_s, u""_s}, std::nullopt},
+        {{8, large, 1, 5, u"A"_s, u"Flotante"_s}, std::nullopt},
+        {{9, large, -1, 5, u"A"_s, u"Escritorio"_s}, std::nullopt},
+        {{10, large, 0, desk->ownProcess, u"Pintalux"_s, u"Editor"_s}, std::nullopt},
+        {{11, large, 0, 5, u"A"_s, u"Minimizada"_s, false}, std::nullopt},
     };
     desk->content.windows.clear();
     QList<std::pair<quint64, QString>> expected;

@@ -15,6 +15,8 @@
 #include <QScreen>
 #include <QWheelEvent>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -51,9 +53,9 @@ public:
 
 TEST(Controls, AnswerToMouseAndKeyboardAlikeAndSayWhatTheyAre)
 {
-    auto* toggle = new Switch(u"Sonido"_qs);
-    auto* button = new PushButton(u"Elegir…"_qs, PushButton::Kind::bordered);
-    auto* off = new Switch(u"Nada"_qs);
+    auto* toggle = new Switch(u"Sonido"_s);
+    auto* button = new PushButton(u"Elegir…"_s, PushButton::Kind::bordered);
+    auto* off = new Switch(u"Nada"_s);
     off->setEnabled(false);
     const Stand stand({toggle, button, off});
     int clicks = 0;
@@ -84,12 +86,12 @@ TEST(Controls, AnswerToMouseAndKeyboardAlikeAndSayWhatTheyAre)
 
 TEST(Slider, ADragIsOneGestureAndReachesBothEnds)
 {
-    auto* slider = new Slider(u"Margen"_qs, 0, 160);
+    auto* slider = new Slider(u"Margen"_s, 0, 160);
     slider->setFixedWidth(176); // a point of the way is a step
     const Stand stand({slider});
     QStringList log;
-    QObject::connect(slider, &QAbstractSlider::sliderPressed, [&] { log << u"press"_qs; });
-    QObject::connect(slider, &QAbstractSlider::sliderReleased, [&] { log << u"release"_qs; });
+    QObject::connect(slider, &QAbstractSlider::sliderPressed, [&] { log << u"press"_s; });
+    QObject::connect(slider, &QAbstractSlider::sliderReleased, [&] { log << u"release"_s; });
     QObject::connect(
         slider, &QAbstractSlider::valueChanged, [&](int value) { log << QString::number(value); });
 
@@ -115,8 +117,8 @@ TEST(Slider, ADragIsOneGestureAndReachesBothEnds)
 
 TEST(FocusRing, ShowsOutsideTheControlAndOnlyAfterKeyboardUse)
 {
-    auto* first = new PushButton(u"Uno"_qs, PushButton::Kind::bordered);
-    auto* slider = new Slider(u"Dos"_qs, 0, 10);
+    auto* first = new PushButton(u"Uno"_s, PushButton::Kind::bordered);
+    auto* slider = new Slider(u"Dos"_s, 0, 10);
     Stand stand({first, slider});
     const auto focus = Theme::current().focus;
     const auto besideFirst = [&] { return stand.pixel(first->geometry().topLeft() + QPoint(20, -3)); };
@@ -147,7 +149,7 @@ TEST(TextField, ShowsAWrongTextUntilItIsEdited)
     auto* other = new TextField;
     Stand stand({other, field});
     const auto edge = [&] { return stand.pixel(field->geometry().topLeft() + QPoint(30, 0)); };
-    field->setText(u"#12"_qs);
+    field->setText(u"#12"_s);
     field->setWrong(true);
     EXPECT_TRUE(near(edge(), Theme::current().bad));
     field->setFocus();
@@ -158,11 +160,11 @@ TEST(TextField, ShowsAWrongTextUntilItIsEdited)
 
 TEST(PopUpButton, ListsItsChoicesAndTellsOnlyWhatAPersonChose)
 {
-    auto* list = new PopUpButton(u"Fondo"_qs);
+    auto* list = new PopUpButton(u"Fondo"_s);
     const Stand stand({list});
     int painted = 0;
-    list->setChoices({{u"Pizarrón"_qs, [&](QPainter&, const QRectF&, const QColor&) { ++painted; }},
-                         {u"Un título que es mucho más largo que el botón"_qs}},
+    list->setChoices({{u"Pizarrón"_s, [&](QPainter&, const QRectF&, const QColor&) { ++painted; }},
+                         {u"Un título que es mucho más largo que el botón"_s}},
         {26, 16});
     QList<int> chosen;
     QObject::connect(list, &PopUpButton::chosen, [&](int index) { chosen << index; });
@@ -189,9 +191,9 @@ TEST(PopUpButton, ListsItsChoicesAndTellsOnlyWhatAPersonChose)
 
 TEST(PopUpButton, ItsListNeverCoversIt)
 {
-    auto* list = new PopUpButton(u"Lista"_qs);
+    auto* list = new PopUpButton(u"Lista"_s);
     Stand stand({list});
-    list->setChoices({{u"Uno"_qs}, {u"Dos"_qs}, {u"Tres"_qs}});
+    list->setChoices({{u"Uno"_s}, {u"Dos"_s}, {u"Tres"_s}});
     const auto visible = stand.screen()->availableGeometry();
     for (const auto place : {visible.topLeft(), visible.center(), visible.bottomRight() - QPoint(120, 60)}) {
         stand.move(place);
@@ -211,9 +213,9 @@ TEST(PopUpButton, ItsListNeverCoversIt)
 TEST(ToolTips, AppearBesideWhatThePointerRestsOnAndGoWithTheNextKey)
 {
     ToolTips::install(*qApp);
-    auto* plain = new Switch(u"Sin ayuda"_qs);
-    auto* button = new PushButton(u"Con"_qs, PushButton::Kind::bordered);
-    button->setToolTip(u"Elige la carpeta"_qs);
+    auto* plain = new Switch(u"Sin ayuda"_s);
+    auto* button = new PushButton(u"Con"_s, PushButton::Kind::bordered);
+    button->setToolTip(u"Elige la carpeta"_s);
     const Stand stand({plain, button});
     const auto enter = [](QWidget& widget) {
         QEnterEvent event({4, 4}, {4, 4}, QPointF(widget.mapToGlobal(QPoint(4, 4))));
@@ -223,7 +225,7 @@ TEST(ToolTips, AppearBesideWhatThePointerRestsOnAndGoWithTheNextKey)
     enter(*button);
     EXPECT_EQ(ToolTips::currentText(), QString()) << "not at once";
     ASSERT_TRUE(gesture::waitFor([] { return !ToolTips::currentText().isEmpty(); }));
-    EXPECT_EQ(ToolTips::currentText(), u"Elige la carpeta"_qs);
+    EXPECT_EQ(ToolTips::currentText(), u"Elige la carpeta"_s);
     const auto windows = QApplication::topLevelWidgets();
     const auto tip = std::ranges::find_if(windows,
         [](const auto* widget) { return widget->isVisible() && widget->windowType() == Qt::ToolTip; });

@@ -12,6 +12,8 @@
 #include <QBoxLayout>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -127,10 +129,10 @@ TEST(Popover, ClosesOnEscapeOutsideAndOnItsButtonAndOpensByKeyboardOnItsFirstCon
 {
     QWidget window;
     window.resize(300, 200);
-    auto* button = new PushButton(u"Fondo"_qs, PushButton::Kind::bordered, &window);
+    auto* button = new PushButton(u"Fondo"_s, PushButton::Kind::bordered, &window);
     button->move(100, 20);
     auto* content = new QWidget;
-    auto* slider = new Slider(u"Margen"_qs, 0, 10);
+    auto* slider = new Slider(u"Margen"_s, 0, 10);
     (new QVBoxLayout(content))->addWidget(slider);
     Popover popover(content, &window);
     int closings = 0;

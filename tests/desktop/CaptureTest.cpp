@@ -5,6 +5,8 @@
 #include <QColorSpace>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -51,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(Desktop, CaptureTest, testing::Bool(),
 
 TEST_P(CaptureTest, AFreezeIsWhatAnotherProgramSeesPixelForPixelAndOpaque)
 {
-    const DemoWindow demo(u"Informe"_qs, u"520x400+90+60"_qs, u"#3B6FE0"_qs);
+    const DemoWindow demo(u"Informe"_s, u"520x400+90+60"_s, u"#3B6FE0"_s);
     const auto image = freeze();
     EXPECT_EQ(image.size(), QSize(1280, 800));
     EXPECT_EQ(differingPixels(image, pictureByOthers()), 0);
@@ -65,15 +67,15 @@ TEST_P(CaptureTest, AFreezeIsWhatAnotherProgramSeesPixelForPixelAndOpaque)
 
 TEST_P(CaptureTest, ACoveredWindowIsTakenWholeWithItsDecorationAndWithoutItsShadow)
 {
-    const DemoWindow below(u"Debajo"_qs, u"300x220+100+100"_qs, u"#2E9E6B"_qs);
-    const DemoWindow above(u"Encima"_qs, u"500x400+600+300"_qs, u"#D9480F"_qs);
+    const DemoWindow below(u"Debajo"_s, u"300x220+100+100"_s, u"#2E9E6B"_s);
+    const DemoWindow above(u"Encima"_s, u"500x400+600+300"_s, u"#D9480F"_s);
     const auto frozen = finished(ScreenCapture::freezeAllDisplays());
     const auto candidate = candidateOf(frozen, below.processId());
     ASSERT_TRUE(candidate);
     EXPECT_GT(candidate->frame.height(), 220) << "the title bar belongs to it";
     const auto seen = frozen.displays[0].image.copy(candidate->frame.toRect());
 
-    desktop().run(u"xdotool"_qs, {u"windowmove"_qs, u"--sync"_qs, above.id(), u"40"_qs, u"40"_qs});
+    desktop().run(u"xdotool"_s, {u"windowmove"_s, u"--sync"_s, above.id(), u"40"_s, u"40"_s});
     letPass(250);
     ASSERT_GT(differingPixels(freeze().copy(candidate->frame.toRect()), seen), 10000) << "it is not covered";
 
@@ -85,7 +87,7 @@ TEST_P(CaptureTest, ACoveredWindowIsTakenWholeWithItsDecorationAndWithoutItsShad
 
 TEST_P(CaptureTest, OwnWindowsAreNotInThePictureAndComeBackWithTheirFocus)
 {
-    const DemoWindow demo(u"Fondo"_qs, u"700x500+80+80"_qs, u"#6741D9"_qs);
+    const DemoWindow demo(u"Fondo"_s, u"700x500+80+80"_s, u"#6741D9"_s);
     const auto without = freeze();
     OwnWindow window({200, 200, 300, 200}, Qt::red);
     OwnWindow message({600, 300, 120, 60}, Qt::green, Qt::ToolTip | Qt::BypassWindowManagerHint);
@@ -131,16 +133,16 @@ TEST_P(CaptureTest, ATranslucentWindowKeepsItsAlpha)
 
 TEST(WindowList, OrderTitlesAndLeftOutWindowsAreThoseOfTheDesktop)
 {
-    const DemoWindow first(u"Informe: Q1/Q2 — año 2026"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
-    const DemoWindow second(u"Ñandú"_qs, u"400x300+200+150"_qs, u"#2E9E6B"_qs);
-    const DemoWindow third(u"Última"_qs, u"400x300+350+250"_qs, u"#D9480F"_qs);
-    const DemoWindow narrow(u"Estrecha"_qs, u"38x200+900+100"_qs, u"#000000"_qs);
-    const DemoWindow minimized(u"Guardada"_qs, u"300x200+700+500"_qs, u"#000000"_qs);
+    const DemoWindow first(u"Informe: Q1/Q2 — año 2026"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
+    const DemoWindow second(u"Ñandú"_s, u"400x300+200+150"_s, u"#2E9E6B"_s);
+    const DemoWindow third(u"Última"_s, u"400x300+350+250"_s, u"#D9480F"_s);
+    const DemoWindow narrow(u"Estrecha"_s, u"38x200+900+100"_s, u"#000000"_s);
+    const DemoWindow minimized(u"Guardada"_s, u"300x200+700+500"_s, u"#000000"_s);
     const DemoWindow raised(
-        u"Siempre visible"_qs, u"300x200+800+500"_qs, u"#000000"_qs, desktop(), {u"--above"_qs});
+        u"Siempre visible"_s, u"300x200+800+500"_s, u"#000000"_s, desktop(), {u"--above"_s});
     const OwnWindow own({600, 100, 200, 200}, Qt::red);
-    desktop().run(u"xdotool"_qs, {u"windowminimize"_qs, u"--sync"_qs, minimized.id()});
-    desktop().run(u"xdotool"_qs, {u"windowactivate"_qs, u"--sync"_qs, first.id()});
+    desktop().run(u"xdotool"_s, {u"windowminimize"_s, u"--sync"_s, minimized.id()});
+    desktop().run(u"xdotool"_s, {u"windowactivate"_s, u"--sync"_s, first.id()});
     letPass(250);
 
     const auto frozen = finished(ScreenCapture::freezeAllDisplays());
@@ -154,12 +156,12 @@ TEST(WindowList, OrderTitlesAndLeftOutWindowsAreThoseOfTheDesktop)
 
 TEST(WindowList, AShadowThatAWindowDrawsItselfBelongsNeitherToItsFrameNorToItsPicture)
 {
-    const DemoWindow demo(u"Con sombra"_qs, u"400x300+300+200"_qs, u"#3B6FE0"_qs);
+    const DemoWindow demo(u"Con sombra"_s, u"400x300+300+200"_s, u"#3B6FE0"_s);
     const auto before = candidateOf(finished(ScreenCapture::freezeAllDisplays()), demo.processId());
     ASSERT_TRUE(before);
-    desktop().run(u"xprop"_qs,
-        {u"-id"_qs, demo.id(), u"-f"_qs, u"_GTK_FRAME_EXTENTS"_qs, u"32c"_qs, u"-set"_qs,
-            u"_GTK_FRAME_EXTENTS"_qs, u"10, 20, 30, 40"_qs}); // left, right, top, bottom
+    desktop().run(u"xprop"_s,
+        {u"-id"_s, demo.id(), u"-f"_s, u"_GTK_FRAME_EXTENTS"_s, u"32c"_s, u"-set"_s, u"_GTK_FRAME_EXTENTS"_s,
+            u"10, 20, 30, 40"_s}); // left, right, top, bottom
     const auto frozen = finished(ScreenCapture::freezeAllDisplays());
     const auto after = candidateOf(frozen, demo.processId());
     ASSERT_TRUE(after);
@@ -170,7 +172,7 @@ TEST(WindowList, AShadowThatAWindowDrawsItselfBelongsNeitherToItsFrameNorToItsPi
 
 TEST(WindowList, AWindowThatWentAwayMeanwhileIsAnErrorToTell)
 {
-    DemoWindow demo(u"Efímera"_qs, u"300x200+100+100"_qs, u"#3B6FE0"_qs);
+    DemoWindow demo(u"Efímera"_s, u"300x200+100+100"_s, u"#3B6FE0"_s);
     const auto candidate = candidateOf(finished(ScreenCapture::freezeAllDisplays()), demo.processId());
     ASSERT_TRUE(candidate);
     const auto sentence = [&] {
@@ -181,8 +183,8 @@ TEST(WindowList, AWindowThatWentAwayMeanwhileIsAnErrorToTell)
         }
         return QString();
     };
-    desktop().run(u"xdotool"_qs, {u"windowminimize"_qs, u"--sync"_qs, demo.id()});
-    const QString gone = u"La ventana ya no está en la pantalla."_qs;
+    desktop().run(u"xdotool"_s, {u"windowminimize"_s, u"--sync"_s, demo.id()});
+    const QString gone = u"La ventana ya no está en la pantalla."_s;
     EXPECT_TRUE(waitUntil([&] { return sentence() == gone; })) << "minimised";
     demo.end();
     EXPECT_TRUE(waitUntil([&] { return sentence() == gone; })) << "closed";
@@ -198,13 +200,13 @@ TEST(DisplayServer, WhenItIsMissingOrDiesCapturingGivesAnErrorAndTheNextServerWo
         }
         return QString();
     };
-    const QString lost = u"No hay conexión con el servidor gráfico."_qs;
+    const QString lost = u"No hay conexión con el servidor gráfico."_s;
     X11ScreenSource missing(QByteArrayLiteral(":nobody"));
     EXPECT_EQ(sentence([&] { missing.shareableContent({}); }), lost);
 
     DisplaySession session({.size = {640, 480}, .windowManager = false});
     X11ScreenSource dying(session.display());
-    const auto content = dying.shareableContent({{u"screen"_qs, {0, 0, 640, 480}, 1}});
+    const auto content = dying.shareableContent({{u"screen"_s, {0, 0, 640, 480}, 1}});
     ASSERT_EQ(content.screens.size(), 1);
     EXPECT_EQ(dying.screenshot(content.screens[0]).image.size(), QSize(640, 480));
     session.end();
@@ -216,10 +218,10 @@ TEST(DisplayServer, WhenItIsMissingOrDiesCapturingGivesAnErrorAndTheNextServerWo
 TEST(DisplayServer, WithoutAWindowManagerTheNamedWindowsAreListed)
 {
     DisplaySession session({.size = {800, 600}, .windowManager = false});
-    const DemoWindow first(u"Primera"_qs, u"300x200+10+10"_qs, u"#3B6FE0"_qs, session);
-    const DemoWindow second(u"Segunda"_qs, u"300x200+100+100"_qs, u"#2E9E6B"_qs, session);
+    const DemoWindow first(u"Primera"_s, u"300x200+10+10"_s, u"#3B6FE0"_s, session);
+    const DemoWindow second(u"Segunda"_s, u"300x200+100+100"_s, u"#2E9E6B"_s, session);
     X11ScreenSource source(session.display());
-    const auto content = source.shareableContent({{u"screen"_qs, {0, 0, 800, 600}, 1}});
+    const auto content = source.shareableContent({{u"screen"_s, {0, 0, 800, 600}, 1}});
     ASSERT_EQ(content.windows.size(), 2);
     EXPECT_EQ(content.windows[0].title, u"Segunda");
     EXPECT_EQ(content.windows[1].frame, QRectF(10, 10, 300, 200));
@@ -248,13 +250,13 @@ TEST(MixedScales, EveryScreenKeepsItsNativePixelsAndItsScale)
         SCOPED_TRACE(testing::Message() << row.factors << " depth " << row.depth);
         DisplaySession session({.size = {1601, 602},
             .depth = row.depth,
-            .monitors = {{u"IZQ"_qs, u"801/200x602/150+0+0"_qs, u"screen"_qs},
-                {u"DER"_qs, u"800/200x602/150+801+0"_qs, u"none"_qs}},
+            .monitors = {{u"IZQ"_s, u"801/200x602/150+0+0"_s, u"screen"_s},
+                {u"DER"_s, u"800/200x602/150+801+0"_s, u"none"_s}},
             .scaleFactors = QLatin1String(row.factors)});
-        const DemoWindow demo(u"Derecha"_qs, u"200x150+901+80"_qs, u"#D9480F"_qs, session);
-        session.run(u"xprop"_qs,
-            {u"-id"_qs, demo.id(), u"-f"_qs, u"_NET_WM_STRUT_PARTIAL"_qs, u"32c"_qs, u"-set"_qs,
-                u"_NET_WM_STRUT_PARTIAL"_qs, u"0,0,0,100,0,0,0,0,0,0,801,1600"_qs});
+        const DemoWindow demo(u"Derecha"_s, u"200x150+901+80"_s, u"#D9480F"_s, session);
+        session.run(u"xprop"_s,
+            {u"-id"_s, demo.id(), u"-f"_s, u"_NET_WM_STRUT_PARTIAL"_s, u"32c"_s, u"-set"_s,
+                u"_NET_WM_STRUT_PARTIAL"_s, u"0,0,0,100,0,0,0,0,0,0,801,1600"_s});
         QTemporaryDir folder;
         auto lines = QString::fromUtf8(session.run(QStringLiteral(PINTALUX_FREEZE_SCREENS), {folder.path()}))
                          .trimmed()
@@ -263,12 +265,12 @@ TEST(MixedScales, EveryScreenKeepsItsNativePixelsAndItsScale)
         EXPECT_EQ(lines.join(u'|').toStdString(), row.screens);
 
         const auto all = pictureByOthers(session);
-        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"IZQ.png"_qs)), all.copy(left)), 0);
-        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"DER.png"_qs)), all.copy(right)), 0);
+        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"IZQ.png"_s)), all.copy(left)), 0);
+        EXPECT_EQ(differingPixels(QImage(folder.filePath(u"DER.png"_s)), all.copy(right)), 0);
 
         ASSERT_EQ(window.value(0), u"window");
         EXPECT_EQ(window[5].toDouble(), row.rightScale);
-        const auto client = session.run(u"xwininfo"_qs, {u"-id"_qs, demo.id()});
+        const auto client = session.run(u"xwininfo"_s, {u"-id"_s, demo.id()});
         const auto native = [&](const char* key) {
             return client.mid(client.indexOf(key)).split('\n')[0].split(':').value(1).trimmed().toInt();
         };

@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -22,7 +24,7 @@ std::optional<QByteArray> pasted(const QString& target)
     QEventLoop loop;
     QObject::connect(&reader, &QProcess::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(10'000, &loop, &QEventLoop::quit);
-    reader.start(u"xclip"_qs, {u"-selection"_qs, u"clipboard"_qs, u"-o"_qs, u"-t"_qs, target});
+    reader.start(u"xclip"_s, {u"-selection"_s, u"clipboard"_s, u"-o"_s, u"-t"_s, target});
     if (!reader.waitForStarted())
         throw std::runtime_error("xclip does not start");
     loop.exec();
@@ -35,7 +37,7 @@ std::optional<QByteArray> pasted(const QString& target)
     return reader.exitCode() == 0 ? std::optional(reader.readAllStandardOutput()) : std::nullopt;
 }
 
-QStringList targets() { return QString::fromLatin1(pasted(u"TARGETS"_qs).value_or("")).split(u'\n'); }
+QStringList targets() { return QString::fromLatin1(pasted(u"TARGETS"_s).value_or("")).split(u'\n'); }
 
 /// Large enough to be handed over in pieces, with edges, transparency and noise.
 QImage picture()
@@ -73,12 +75,12 @@ TEST(Clipboard, AnotherProgramGetsThePngToTheByteAndTheSamePixelsAsTiff)
     Clipboard::copy(image, 2);
 
     const auto offered = targets();
-    const auto png = offered.indexOf(u"image/png"_qs), tiff = offered.indexOf(u"image/tiff"_qs);
+    const auto png = offered.indexOf(u"image/png"_s), tiff = offered.indexOf(u"image/tiff"_s);
     EXPECT_GE(png, 0) << offered.join(u' ').toStdString();
     EXPECT_GT(tiff, png) << "who takes the first that it knows must get the PNG";
-    EXPECT_EQ(pasted(u"image/png"_qs), Exporter::pngData(image, 2));
+    EXPECT_EQ(pasted(u"image/png"_s), Exporter::pngData(image, 2));
 
-    const auto pastedTiff = QImage::fromData(pasted(u"image/tiff"_qs).value_or(""), "TIFF");
+    const auto pastedTiff = QImage::fromData(pasted(u"image/tiff"_s).value_or(""), "TIFF");
     ASSERT_EQ(pastedTiff.size(), image.size());
     // The TIFF holds premultiplied colours, which round.
     EXPECT_EQ(largestDifference(image.copy(0, 0, 600, 900), pastedTiff.copy(0, 0, 600, 900)), 0);
@@ -88,9 +90,9 @@ TEST(Clipboard, AnotherProgramGetsThePngToTheByteAndTheSamePixelsAsTiff)
 
 TEST(Clipboard, APictureThatCannotBeEncodedLeavesWhatWasThere)
 {
-    Clipboard::copy(u"antes ñ €"_qs);
+    Clipboard::copy(u"antes ñ €"_s);
     Clipboard::copy(QImage(), 1);
     Clipboard::copy(QByteArray());
-    EXPECT_EQ(pasted(u"UTF8_STRING"_qs), u"antes ñ €"_qs.toUtf8());
-    EXPECT_FALSE(targets().contains(u"image/png"_qs)) << "text comes alone";
+    EXPECT_EQ(pasted(u"UTF8_STRING"_s), u"antes ñ €"_s.toUtf8());
+    EXPECT_FALSE(targets().contains(u"image/png"_s)) << "text comes alone";
 }

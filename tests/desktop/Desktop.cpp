@@ -2,13 +2,15 @@
 
 #include "platform/x11/X11ScreenSource.h"
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::test {
 
 DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QString& color,
     DisplaySession& on, const QStringList& more)
     : session(on)
     , process(on.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
-          QStringList{u"--title"_qs, title, u"--geometry"_qs, geometry, u"--color"_qs, color} + more))
+          QStringList{u"--title"_s, title, u"--geometry"_s, geometry, u"--color"_s, color} + more))
 {
     // Shown in front of all others, framed and painted, once its coloured header is on the screen.
     X11ScreenSource source(session.display());
@@ -30,26 +32,26 @@ DemoWindow::~DemoWindow() { end(); }
 
 void xdotool(const QString& commands, const DisplaySession& session)
 {
-    session.run(u"xdotool"_qs, commands.split(u' '));
+    session.run(u"xdotool"_s, commands.split(u' '));
 }
 
 QString focusedWindow(const DisplaySession& session)
 {
-    return QString::fromLatin1(session.run(u"xdotool"_qs, {u"getwindowfocus"_qs})).trimmed();
+    return QString::fromLatin1(session.run(u"xdotool"_s, {u"getwindowfocus"_s})).trimmed();
 }
 
 QByteArray callProgram(const QString& method, const QStringList& arguments)
 {
-    return desktop().run(u"gdbus"_qs,
-        QStringList{u"call"_qs, u"--session"_qs, u"--dest"_qs, u"io.github.pintalux.Pintalux"_qs,
-            u"--object-path"_qs, u"/io/github/pintalux/Pintalux"_qs, u"--method"_qs,
-            u"org.freedesktop.Application."_qs + method}
+    return desktop().run(u"gdbus"_s,
+        QStringList{u"call"_s, u"--session"_s, u"--dest"_s, u"io.github.pintalux.Pintalux"_s,
+            u"--object-path"_s, u"/io/github/pintalux/Pintalux"_s, u"--method"_s,
+            u"org.freedesktop.Application."_s + method}
             + arguments);
 }
 
 QImage pictureByOthers(const DisplaySession& session)
 {
-    return QImage::fromData(session.run(u"import"_qs, {u"-window"_qs, u"root"_qs, u"bmp3:-"_qs}))
+    return QImage::fromData(session.run(u"import"_s, {u"-window"_s, u"root"_s, u"bmp3:-"_s}))
         .convertToFormat(QImage::Format_RGB32);
 }
 

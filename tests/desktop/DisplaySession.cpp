@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::test {
 
 namespace {
@@ -39,32 +41,31 @@ DisplaySession::DisplaySession(const DesktopOptions& options)
     : programEnvironment(QProcessEnvironment::systemEnvironment())
 {
     if (!home.isValid())
-        giveUp(u"no temporary folder"_qs);
-    const QString runtime = home.filePath(u"runtime"_qs);
+        giveUp(u"no temporary folder"_s);
+    const QString runtime = home.filePath(u"runtime"_s);
     QDir().mkpath(runtime);
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    for (const auto& inherited :
-        {u"WAYLAND_DISPLAY"_qs, u"DISPLAY"_qs, u"XAUTHORITY"_qs, u"XDG_CONFIG_HOME"_qs, u"XDG_DATA_HOME"_qs,
-            u"XDG_CACHE_HOME"_qs, u"DBUS_SESSION_BUS_ADDRESS"_qs})
+    for (const auto& inherited : {u"WAYLAND_DISPLAY"_s, u"DISPLAY"_s, u"XAUTHORITY"_s, u"XDG_CONFIG_HOME"_s,
+             u"XDG_DATA_HOME"_s, u"XDG_CACHE_HOME"_s, u"DBUS_SESSION_BUS_ADDRESS"_s})
         programEnvironment.remove(inherited);
-    programEnvironment.insert(u"HOME"_qs, home.path());
-    programEnvironment.insert(u"XDG_RUNTIME_DIR"_qs, runtime);
-    programEnvironment.insert(u"QT_QPA_PLATFORM"_qs, u"xcb"_qs);
+    programEnvironment.insert(u"HOME"_s, home.path());
+    programEnvironment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
+    programEnvironment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
 
     startServer(options);
     startBus();
     for (const auto& monitor : options.monitors)
-        run(u"xrandr"_qs, QStringList{u"--setmonitor"_qs} + monitor);
+        run(u"xrandr"_s, QStringList{u"--setmonitor"_s} + monitor);
     if (!options.scaleFactors.isEmpty())
-        programEnvironment.insert(u"QT_SCREEN_SCALE_FACTORS"_qs, options.scaleFactors);
+        programEnvironment.insert(u"QT_SCREEN_SCALE_FACTORS"_s, options.scaleFactors);
     if (options.windowManager) {
-        start(u"openbox"_qs, {u"--sm-disable"_qs});
+        start(u"openbox"_s, {u"--sm-disable"_s});
         // It names itself first and lists its windows last; one that is shown between may be overlooked.
         const auto managed = [this] {
-            return run(u"xprop"_qs, {u"-root"_qs, u"_NET_CLIENT_LIST"_qs}).contains("window id");
+            return run(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST"_s}).contains("window id");
         };
         if (!waitUntil(managed, limitMilliseconds))
-            giveUp(u"openbox does not come up"_qs);
+            giveUp(u"openbox does not come up"_s);
         letPass(150);
     }
     if (options.compositor)
@@ -76,25 +77,24 @@ DisplaySession::~DisplaySession() { end(); }
 void DisplaySession::startServer(const DesktopOptions& options)
 {
     const auto geometry
-        = u"%1x%2x%3"_qs.arg(options.size.width()).arg(options.size.height()).arg(options.depth);
+        = u"%1x%2x%3"_s.arg(options.size.width()).arg(options.size.height()).arg(options.depth);
     // Without -noreset the server would forget its monitors when the first client leaves.
-    auto& server = start(u"Xvfb"_qs,
-        {u"-displayfd"_qs, u"1"_qs, u"-screen"_qs, u"0"_qs, geometry, u"-noreset"_qs, u"-nolisten"_qs,
-            u"tcp"_qs});
+    auto& server = start(u"Xvfb"_s,
+        {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, geometry, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
     const auto number = firstLine(server);
     if (number.isEmpty())
-        giveUp(u"Xvfb does not come up"_qs);
+        giveUp(u"Xvfb does not come up"_s);
     displayName = ':' + number;
-    programEnvironment.insert(u"DISPLAY"_qs, QString::fromLatin1(displayName));
+    programEnvironment.insert(u"DISPLAY"_s, QString::fromLatin1(displayName));
 }
 
 void DisplaySession::startBus()
 {
-    auto& bus = start(u"dbus-daemon"_qs, {u"--session"_qs, u"--nofork"_qs, u"--print-address=1"_qs});
+    auto& bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
     const auto address = firstLine(bus);
     if (address.isEmpty())
-        giveUp(u"dbus-daemon does not come up"_qs);
-    programEnvironment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, QString::fromLatin1(address));
+        giveUp(u"dbus-daemon does not come up"_s);
+    programEnvironment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromLatin1(address));
 }
 
 void DisplaySession::enter() const
@@ -112,7 +112,7 @@ QProcess& DisplaySession::start(const QString& program, const QStringList& argum
     process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process->start(program, arguments);
     if (!process->waitForStarted(limitMilliseconds))
-        giveUp(u"%1 does not start: %2"_qs.arg(program, process->errorString()));
+        giveUp(u"%1 does not start: %2"_s.arg(program, process->errorString()));
     return *processes.emplace_back(std::move(process));
 }
 
@@ -142,8 +142,8 @@ QByteArray DisplaySession::run(const QString& program, const QStringList& argume
 
 QProcess& DisplaySession::startCompositor()
 {
-    auto& compositor = start(
-        u"picom"_qs, {u"--config"_qs, u"/dev/null"_qs, u"--backend"_qs, u"xrender"_qs, u"--shadow"_qs});
+    auto& compositor
+        = start(u"picom"_s, {u"--config"_s, u"/dev/null"_s, u"--backend"_s, u"xrender"_s, u"--shadow"_s});
     const x11::XcbConnection connection(displayName);
     // It names itself before its first picture of the screen, in which the bare desktop is no longer black.
     const auto hasPainted = [&] {
@@ -155,7 +155,7 @@ QProcess& DisplaySession::startCompositor()
         return connection.hasCompositor() && lastPixel && xcb_get_image_data(lastPixel.get())[0] != 0;
     };
     if (!waitUntil(hasPainted, limitMilliseconds))
-        giveUp(u"picom does not come up"_qs);
+        giveUp(u"picom does not come up"_s);
     return compositor;
 }
 

@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -46,7 +48,7 @@ protected:
     void dropEvent(QDropEvent* event) override
     {
         addresses = event->mimeData()->urls();
-        png = event->mimeData()->data(u"image/png"_qs);
+        png = event->mimeData()->data(u"image/png"_s);
         event->acceptProposedAction();
     }
 };
@@ -63,19 +65,19 @@ protected:
 
     void SetUp() override
     {
-        desktop().run(u"setxkbmap"_qs, {u"es"_qs});
-        const QJsonObject settings{{u"autoCopy"_qs, true}, {u"afterCapture"_qs, u"editor"_qs},
-            {u"arrowStyle"_qs, u"filled"_qs}, {u"handwritten"_qs, false}, {u"calloutText"_qs, false},
-            {u"saveFolder"_qs, captures()}, {u"hasLaunchedBefore"_qs, true}};
-        makeFolders(home.filePath(u"config/pintalux"_qs));
-        replaceFile(home.filePath(u"config/pintalux/defaults.json"_qs), QJsonDocument(settings).toJson());
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
-        ASSERT_TRUE(photo.save(home.filePath(u"foto.png"_qs)));
+        desktop().run(u"setxkbmap"_s, {u"es"_s});
+        const QJsonObject settings{{u"autoCopy"_s, true}, {u"afterCapture"_s, u"editor"_s},
+            {u"arrowStyle"_s, u"filled"_s}, {u"handwritten"_s, false}, {u"calloutText"_s, false},
+            {u"saveFolder"_s, captures()}, {u"hasLaunchedBefore"_s, true}};
+        makeFolders(home.filePath(u"config/pintalux"_s));
+        replaceFile(home.filePath(u"config/pintalux/defaults.json"_s), QJsonDocument(settings).toJson());
+        QGuiApplication::clipboard()->setText(u"antes"_s);
+        ASSERT_TRUE(photo.save(home.filePath(u"foto.png"_s)));
     }
 
     void TearDown() override
     {
-        desktop().run(u"setxkbmap"_qs, {u"us"_qs});
+        desktop().run(u"setxkbmap"_s, {u"us"_s});
         ASSERT_EQ(program.state(), QProcess::Running)
             << "crashed: " << (program.exitStatus() == QProcess::CrashExit);
         program.terminate();
@@ -85,8 +87,8 @@ protected:
     void start(const QStringList& arguments)
     {
         auto environment = desktop().environment();
-        environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
-        environment.insert(u"LC_ALL"_qs, u"C.UTF-8"_qs); // for what the accent keys compose
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+        environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s); // for what the accent keys compose
         program.setProcessEnvironment(environment);
         program.start(QString::fromUtf8(PINTALUX_PROGRAM), arguments);
     }
@@ -94,7 +96,7 @@ protected:
     /// Opens the picture and waits until it is on the screen.
     void openPhoto()
     {
-        start({u"--open"_qs, home.filePath(u"foto.png"_qs)});
+        start({u"--open"_s, home.filePath(u"foto.png"_s)});
         ASSERT_TRUE(waitUntil([&] { return findPhoto(); }, 10000));
         ASSERT_TRUE(waitUntil([] { return activeTitle() == u"Pintalux"; }));
         letPass(300); // the manager names the active window before it has the keyboard
@@ -122,47 +124,47 @@ protected:
 
     static void keys(const QString& names)
     {
-        desktop().run(u"xdotool"_qs, QStringList{u"key"_qs, u"--delay"_qs, u"30"_qs} + names.split(u' '));
+        desktop().run(u"xdotool"_s, QStringList{u"key"_s, u"--delay"_s, u"30"_s} + names.split(u' '));
     }
 
     QStringList pointerTo(QPoint documentPixel) const
     {
         const auto at = origin + documentPixel;
-        return {u"mousemove"_qs, QString::number(at.x()), QString::number(at.y()), u"sleep"_qs, u"0.05"_qs};
+        return {u"mousemove"_s, QString::number(at.x()), QString::number(at.y()), u"sleep"_s, u"0.05"_s};
     }
 
     void drag(QPoint from, QPoint to) const
     {
-        const QStringList press{u"mousedown"_qs, u"1"_qs}, release{u"mouseup"_qs, u"1"_qs};
+        const QStringList press{u"mousedown"_s, u"1"_s}, release{u"mouseup"_s, u"1"_s};
         desktop().run(
-            u"xdotool"_qs, pointerTo(from) + press + pointerTo((from + to) / 2) + pointerTo(to) + release);
+            u"xdotool"_s, pointerTo(from) + press + pointerTo((from + to) / 2) + pointerTo(to) + release);
     }
 
     void click(QPoint at) const
     {
-        desktop().run(u"xdotool"_qs, pointerTo(at) + QStringList{u"click"_qs, u"1"_qs});
+        desktop().run(u"xdotool"_s, pointerTo(at) + QStringList{u"click"_s, u"1"_s});
     }
 
     static QString activeTitle()
     {
-        return QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getactivewindow"_qs, u"getwindowname"_qs}))
+        return QString::fromUtf8(desktop().run(u"xdotool"_s, {u"getactivewindow"_s, u"getwindowname"_s}))
             .trimmed();
     }
 
     /// The middle of the mark at the left of the bar; on the screen.
     static QPoint markInBar()
     {
-        const auto id = QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getactivewindow"_qs})).trimmed();
-        const auto told = QString::fromUtf8(desktop().run(u"xwininfo"_qs, {u"-id"_qs, id}));
+        const auto id = QString::fromUtf8(desktop().run(u"xdotool"_s, {u"getactivewindow"_s})).trimmed();
+        const auto told = QString::fromUtf8(desktop().run(u"xwininfo"_s, {u"-id"_s, id}));
         const auto number
             = [&](const QString& label) { return told.section(label, 1).section(u'\n', 0, 0).toInt(); };
-        return {number(u"Absolute upper-left X:"_qs) + 24, number(u"Absolute upper-left Y:"_qs) + 48};
+        return {number(u"Absolute upper-left X:"_s) + 24, number(u"Absolute upper-left Y:"_s) + 48};
     }
 
     /// Windows that task bars and switchers show.
     static QString listedWindows()
     {
-        return QString::fromUtf8(desktop().run(u"xprop"_qs, {u"-root"_qs, u"_NET_CLIENT_LIST"_qs}))
+        return QString::fromUtf8(desktop().run(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST"_s}))
             .section(u'#', 1)
             .trimmed();
     }
@@ -170,10 +172,10 @@ protected:
     static QImage copied()
     {
         const auto* offered = QGuiApplication::clipboard()->mimeData();
-        return QImage::fromData(offered->data(u"image/png"_qs)).convertToFormat(QImage::Format_RGB32);
+        return QImage::fromData(offered->data(u"image/png"_s)).convertToFormat(QImage::Format_RGB32);
     }
 
-    QString captures() const { return home.filePath(u"capturas"_qs); }
+    QString captures() const { return home.filePath(u"capturas"_s); }
 
     QTemporaryDir home;
     QImage photo;
@@ -187,14 +189,14 @@ TEST_F(EditorTest, MarksDrawnByHandAreInTheFileJustAsTheWindowShowsThem)
 {
     openPhoto();
     drag({60, 60}, {220, 140});
-    keys(u"r"_qs);
+    keys(u"r"_s);
     drag({300, 40}, {420, 130});
-    keys(u"t"_qs);
+    keys(u"t"_s);
     click({100, 180});
-    keys(u"questiondown dead_acute a ntilde o s question Return"_qs);
-    keys(u"n"_qs);
+    keys(u"questiondown dead_acute a ntilde o s question Return"_s);
+    keys(u"n"_s);
     click({500, 200});
-    keys(u"Escape"_qs); // chooses nothing, so that no handles show
+    keys(u"Escape"_s); // chooses nothing, so that no handles show
 
     Document document{photo, {}, 1};
     const Annotation look{.color = QColor(255, 0, 0), .lineWidth = 4, .fontSize = 25.4};
@@ -208,20 +210,20 @@ TEST_F(EditorTest, MarksDrawnByHandAreInTheFileJustAsTheWindowShowsThem)
     };
     mark(AnnotationKind::arrow, {60, 60}, {220, 140})->arrowStyle = ArrowStyle::filled;
     mark(AnnotationKind::rectangle, {300, 40}, {420, 130});
-    mark(AnnotationKind::text, {100, 180}, {100, 180})->text = u"¿áños?"_qs;
+    mark(AnnotationKind::text, {100, 180}, {100, 180})->text = u"¿áños?"_s;
     mark(AnnotationKind::step, {500, 200}, {500, 200})->number = 1;
     EffectCache cache;
     const auto expected = Exporter::render(document, {}, cache).convertToFormat(QImage::Format_RGB32);
     EXPECT_TRUE(comesToShow(expected)) << differingPixels(shown(), expected);
 
-    keys(u"ctrl+z ctrl+z ctrl+z ctrl+z"_qs);
+    keys(u"ctrl+z ctrl+z ctrl+z ctrl+z"_s);
     EXPECT_TRUE(comesToShow(photo)) << "four marks, four steps";
-    keys(u"ctrl+shift+z ctrl+shift+z ctrl+shift+z ctrl+shift+z"_qs);
+    keys(u"ctrl+shift+z ctrl+shift+z ctrl+shift+z ctrl+shift+z"_s);
     EXPECT_TRUE(comesToShow(expected));
 
-    keys(u"ctrl+shift+s"_qs);
+    keys(u"ctrl+shift+s"_s);
     QStringList names;
-    ASSERT_TRUE(waitUntil([&] { return !(names = QDir(captures()).entryList({u"*.png"_qs})).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !(names = QDir(captures()).entryList({u"*.png"_s})).isEmpty(); }));
     EXPECT_TRUE(names[0].startsWith(u"Pintalux foto 2")) << names[0].toStdString();
     const QImage saved(QDir(captures()).filePath(names[0]));
     EXPECT_EQ(differingPixels(saved.convertToFormat(QImage::Format_RGB32), expected), 0);
@@ -230,11 +232,11 @@ TEST_F(EditorTest, MarksDrawnByHandAreInTheFileJustAsTheWindowShowsThem)
 TEST_F(EditorTest, AWindowClosedWhileTypingLosesNothing)
 {
     openPhoto();
-    keys(u"t"_qs);
+    keys(u"t"_s);
     click({100, 100});
-    keys(u"h o l a"_qs);
+    keys(u"h o l a"_s);
     ASSERT_TRUE(waitUntil([&] { return differingPixels(shown(), photo) > 100; }));
-    keys(u"alt+F4"_qs); // the window manager's way
+    keys(u"alt+F4"_s); // the window manager's way
     ASSERT_TRUE(waitUntil([&] { return copied().size() == photo.size(); }));
 
     Document document{photo, {}, 1};
@@ -243,7 +245,7 @@ TEST_F(EditorTest, AWindowClosedWhileTypingLosesNothing)
         .end = {100, 100},
         .color = QColor(255, 0, 0),
         .lineWidth = 4,
-        .text = u"hola"_qs,
+        .text = u"hola"_s,
         .fontSize = 25.4});
     EffectCache cache;
     const auto expected = Exporter::render(document, {}, cache).convertToFormat(QImage::Format_RGB32);
@@ -254,21 +256,21 @@ TEST_F(EditorTest, ThePictureIsDraggedFromTheBarIntoAnotherProgramAsAFile)
 {
     DropTarget target;
     openPhoto();
-    keys(u"r"_qs);
+    keys(u"r"_s);
     drag({300, 40}, {420, 130});
     ASSERT_TRUE(waitUntil([&] { return differingPixels(shown(), photo) > 100; }));
     const auto expected = shown();
     const auto mark = markInBar();
     const QPoint drop = target.geometry().center();
     QStringList steps{
-        u"mousemove"_qs, QString::number(mark.x()), QString::number(mark.y()), u"mousedown"_qs, u"1"_qs};
+        u"mousemove"_s, QString::number(mark.x()), QString::number(mark.y()), u"mousedown"_s, u"1"_s};
     for (int i = 1; i <= 8; ++i) {
         const auto at = mark + (drop - mark) * i / 8;
-        steps << u"mousemove"_qs << QString::number(at.x()) << QString::number(at.y()) << u"sleep"_qs
-              << u"0.08"_qs;
+        steps << u"mousemove"_s << QString::number(at.x()) << QString::number(at.y()) << u"sleep"_s
+              << u"0.08"_s;
     }
     // Not waited for: this process must answer while it runs.
-    desktop().start(u"xdotool"_qs, steps + QStringList{u"sleep"_qs, u"0.2"_qs, u"mouseup"_qs, u"1"_qs});
+    desktop().start(u"xdotool"_s, steps + QStringList{u"sleep"_s, u"0.2"_s, u"mouseup"_s, u"1"_s});
     ASSERT_TRUE(waitUntil([&] { return !target.addresses.isEmpty(); }, 6000));
     const auto path = target.addresses.value(0).toLocalFile();
     EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"Pintalux foto 2")) << path.toStdString();
@@ -278,13 +280,13 @@ TEST_F(EditorTest, ThePictureIsDraggedFromTheBarIntoAnotherProgramAsAFile)
 
 TEST_F(EditorTest, ACaptureOpensInFrontWithTheFocusAndLeavesNoWindowBehind)
 {
-    const DemoWindow other(u"Otra"_qs, u"700x500+200+120"_qs, u"#3B6FE0"_qs);
+    const DemoWindow other(u"Otra"_s, u"700x500+200+120"_s, u"#3B6FE0"_s);
     const auto listed = listedWindows();
     ASSERT_EQ(activeTitle(), u"Otra");
-    start({u"--capture"_qs, u"fullScreen"_qs});
+    start({u"--capture"_s, u"fullScreen"_s});
     ASSERT_TRUE(waitUntil([] { return activeTitle() == u"Pintalux"; }, 10000));
     EXPECT_NE(listedWindows(), listed);
-    keys(u"ctrl+w"_qs);
+    keys(u"ctrl+w"_s);
     EXPECT_TRUE(waitUntil([&] { return listedWindows() == listed; }));
     EXPECT_TRUE(waitUntil([] { return activeTitle() == u"Otra"; })) << activeTitle().toStdString();
 }

@@ -6,12 +6,14 @@
 
 #include <QLineEdit>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {
 
-const QStringList controlShift{u"Control_L"_qs, u"Shift_L"_qs};
+const QStringList controlShift{u"Control_L"_s, u"Shift_L"_s};
 
 // Another client of the server that may hold keys.
 class OtherClient {
@@ -43,7 +45,7 @@ protected:
     ~HotKeysTest() override
     {
         center.unregisterAll();
-        desktop().run(u"setxkbmap"_qs, {u"us"_qs});
+        desktop().run(u"setxkbmap"_s, {u"us"_s});
         letPass(100);
     }
 
@@ -53,12 +55,12 @@ protected:
     {
         QStringList arguments;
         for (const auto& key : held)
-            arguments << u"keydown"_qs << key;
+            arguments << u"keydown"_s << key;
         for (const auto keyCode : keyCodes)
-            arguments << u"key"_qs << QString::number(keyCode);
+            arguments << u"key"_s << QString::number(keyCode);
         for (const auto& key : held)
-            arguments << u"keyup"_qs << key;
-        arguments << u"key"_qs << QString::number(witnessKey);
+            arguments << u"keyup"_s << key;
+        arguments << u"key"_s << QString::number(witnessKey);
         const int before = seen;
         xdotool(arguments.join(u' '));
         EXPECT_TRUE(waitUntil([&] { return seen > before; }, 20000)) << "the witness";
@@ -105,13 +107,13 @@ TEST_F(HotKeysTest, EveryPresetWorksWithEveryLockAndItsDigitsReachNobodyElse)
     ASSERT_EQ(field.text(), u"2") << "the keyboard reaches the field at all";
     field.clear();
 
-    const std::array<QStringList, 4> keys{{controlShift, {u"Alt_L"_qs, u"Shift_L"_qs},
-        {u"Super_L"_qs, u"Shift_L"_qs}, {u"Control_L"_qs, u"Alt_L"_qs}}};
+    const std::array<QStringList, 4> keys{{controlShift, {u"Alt_L"_s, u"Shift_L"_s},
+        {u"Super_L"_s, u"Shift_L"_s}, {u"Control_L"_s, u"Alt_L"_s}}};
     for (const auto preset : allCases<ShortcutPreset>()) {
         center.unregisterAll();
         EXPECT_TRUE(registerAll(preset).isEmpty());
-        for (const auto& lock : {u"Caps_Lock"_qs, u"Num_Lock"_qs, u"Caps_Lock"_qs, u"Num_Lock"_qs}) {
-            xdotool(u"key "_qs + lock);
+        for (const auto& lock : {u"Caps_Lock"_s, u"Num_Lock"_s, u"Caps_Lock"_s, u"Num_Lock"_s}) {
+            xdotool(u"key "_s + lock);
             EXPECT_EQ(pressedAll(keys[std::size_t(preset)]), all)
                 << qPrintable(rawValue(preset)) << " after " << qPrintable(lock);
         }
@@ -127,10 +129,10 @@ TEST_F(HotKeysTest, EveryPresetWorksWithEveryLockAndItsDigitsReachNobodyElse)
 
 TEST_F(HotKeysTest, TheyWorkWhileAnotherProgramHasTheFocusOnEveryLayout)
 {
-    const DemoWindow other(u"Otra"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
+    const DemoWindow other(u"Otra"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
     ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
-    for (const auto& layout : {u"es"_qs, u"fr"_qs, u"us"_qs}) {
-        desktop().run(u"setxkbmap"_qs, {layout});
+    for (const auto& layout : {u"es"_s, u"fr"_s, u"us"_s}) {
+        desktop().run(u"setxkbmap"_s, {layout});
         letPass(150);
         EXPECT_EQ(pressedAll(controlShift), all) << "registered before " << qPrintable(layout);
         center.unregisterAll();
@@ -158,14 +160,13 @@ TEST_F(HotKeysTest, WhenNumberLockMovesToAnotherModifierTheyFollow)
 {
     const OtherClient other;
     ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
-    desktop().run(
-        u"xmodmap"_qs, {u"-e"_qs, u"remove mod2 = Num_Lock"_qs, u"-e"_qs, u"add mod3 = Num_Lock"_qs});
+    desktop().run(u"xmodmap"_s, {u"-e"_s, u"remove mod2 = Num_Lock"_s, u"-e"_s, u"add mod3 = Num_Lock"_s});
     letPass(200);
     EXPECT_EQ(pressedAll(controlShift), all);
-    xdotool(u"key Num_Lock"_qs);
+    xdotool(u"key Num_Lock"_s);
     EXPECT_TRUE(other.numLockIsOn());
     EXPECT_EQ(pressedAll(controlShift), all);
-    xdotool(u"key Num_Lock"_qs);
+    xdotool(u"key Num_Lock"_s);
     EXPECT_FALSE(other.numLockIsOn());
 }
 
@@ -176,20 +177,20 @@ TEST_F(HotKeysTest, AKeyThatIsHeldCountsOnce)
     field.show();
     ASSERT_TRUE(waitUntil([&] { return field.isActiveWindow(); }));
     const auto hold = [](const QString& key) {
-        xdotool(u"keydown "_qs + key);
+        xdotool(u"keydown "_s + key);
         letPass(1000);
-        xdotool(u"keyup "_qs + key);
+        xdotool(u"keyup "_s + key);
     };
-    hold(u"15"_qs);
+    hold(u"15"_s);
     ASSERT_GT(field.text().size(), 3) << "keys repeat here";
 
     ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
-    xdotool(u"keydown Control_L keydown Shift_L"_qs);
-    hold(u"10"_qs);
-    hold(u"11"_qs);
-    xdotool(u"key 11"_qs);
-    xdotool(u"key 11"_qs);
-    xdotool(u"keyup Control_L keyup Shift_L"_qs);
+    xdotool(u"keydown Control_L keydown Shift_L"_s);
+    hold(u"10"_s);
+    hold(u"11"_s);
+    xdotool(u"key 11"_s);
+    xdotool(u"key 11"_s);
+    xdotool(u"keyup Control_L keyup Shift_L"_s);
     press({}, {});
     EXPECT_EQ(ran, (QList<quint32>{1, 2, 2, 2}));
 }

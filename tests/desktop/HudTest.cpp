@@ -9,6 +9,8 @@
 #include <QWidget>
 #include <QWindow>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -19,8 +21,8 @@ class Below : public QWidget {
 public:
     Below()
     {
-        setWindowTitle(u"Debajo"_qs);
-        setStyleSheet(u"background: #3A86FF"_qs);
+        setWindowTitle(u"Debajo"_s);
+        setStyleSheet(u"background: #3A86FF"_s);
         show();
         resize(900, 600);
     }
@@ -68,10 +70,10 @@ TEST(Message, TakesNoFocusAndLetsClicksAndKeysThrough)
     below.comeForward();
     const auto point = capsulePoint(*QGuiApplication::primaryScreen());
     ASSERT_FALSE(isCapsule(point));
-    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    HUD::show(u"Captura guardada en la carpeta"_s, u"checkmark.circle.fill"_s);
     ASSERT_TRUE(messageIsSeen(point)) << "above a full-screen window";
     EXPECT_TRUE(below.isActiveWindow());
-    xdotool(u"mousemove %1 %2 click 1 key a"_qs.arg(point.x()).arg(point.y()));
+    xdotool(u"mousemove %1 %2 click 1 key a"_s.arg(point.x()).arg(point.y()));
     EXPECT_TRUE(waitUntil([&] { return below.presses == 1 && below.keys == 1; }))
         << below.presses << " presses, " << below.keys << " keys";
     EXPECT_TRUE(below.isActiveWindow());
@@ -81,16 +83,16 @@ TEST(Message, TakesNoFocusAndLetsClicksAndKeysThrough)
 
 TEST(Message, StaysOnWhicheverDesktopIsShown)
 {
-    xdotool(u"set_num_desktops 2 set_desktop 0"_qs);
+    xdotool(u"set_num_desktops 2 set_desktop 0"_s);
     Below below;
     below.comeForward();
     const auto point = capsulePoint(*QGuiApplication::primaryScreen());
-    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    HUD::show(u"Captura guardada en la carpeta"_s, u"checkmark.circle.fill"_s);
     ASSERT_TRUE(messageIsSeen(point));
-    xdotool(u"set_desktop 1"_qs);
+    xdotool(u"set_desktop 1"_s);
     letPass(300);
     EXPECT_TRUE(isCapsule(point));
-    xdotool(u"set_desktop 0"_qs);
+    xdotool(u"set_desktop 0"_s);
     HUD::dismiss();
 }
 
@@ -103,14 +105,14 @@ TEST(Message, ANewerOneReplacesItAtOnceAndKeepsItsOwnTime)
         return count;
     };
     QElapsedTimer clock;
-    HUD::show(u"Primero"_qs, u"sparkles"_qs);
+    HUD::show(u"Primero"_s, u"sparkles"_s);
     letPass(500);
-    HUD::show(u"Segundo"_qs, u"sparkles"_qs);
+    HUD::show(u"Segundo"_s, u"sparkles"_s);
     clock.start();
     EXPECT_EQ(shownWindows(), 1);
     // The first one's time is over after 1.5 s of this.
     waitUntil([&] { return clock.elapsed() > 1950; }, 4000);
-    EXPECT_EQ(HUD::currentMessage(), u"Segundo"_qs);
+    EXPECT_EQ(HUD::currentMessage(), u"Segundo"_s);
     EXPECT_TRUE(waitUntil([] { return !HUD::currentMessage(); }, 4000));
     EXPECT_GE(clock.elapsed(), 1990);
     EXPECT_EQ(shownWindows(), 0);
@@ -124,7 +126,7 @@ TEST(Message, IsTranslucentUnderACompositor)
     below.showFullScreen();
     below.comeForward();
     const auto point = capsulePoint(*QGuiApplication::primaryScreen());
-    HUD::show(u"Captura guardada en la carpeta"_qs, u"checkmark.circle.fill"_qs);
+    HUD::show(u"Captura guardada en la carpeta"_s, u"checkmark.circle.fill"_s);
     letPass(600);
     const auto color = pictureByOthers().pixelColor(point);
     // One tenth of #3A86FF shines through #1B1A22.

@@ -1,5 +1,7 @@
 #include "Desktop.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -10,17 +12,17 @@ class OverlayDesktopTest : public testing::TestWithParam<bool> {
 protected:
     DisplaySession session{{.size = {1600, 600},
         .compositor = GetParam(),
-        .monitors = {{u"IZQ"_qs, u"800/200x600/150+0+0"_qs, u"screen"_qs},
-            {u"DER"_qs, u"800/200x600/150+800+0"_qs, u"none"_qs}},
-        .scaleFactors = u"IZQ=1;DER=2"_qs}};
-    DemoWindow demo{u"Informe"_qs, u"420x300+100+100"_qs, u"#3B6FE0"_qs, session};
+        .monitors = {{u"IZQ"_s, u"800/200x600/150+0+0"_s, u"screen"_s},
+            {u"DER"_s, u"800/200x600/150+800+0"_s, u"none"_s}},
+        .scaleFactors = u"IZQ=1;DER=2"_s}};
+    DemoWindow demo{u"Informe"_s, u"420x300+100+100"_s, u"#3B6FE0"_s, session};
     QTemporaryDir folder;
     QImage before;
     QProcess* selecting = nullptr;
 
     void show(const QString& mode, QPoint pointer)
     {
-        xdotool({u"windowactivate"_qs, u"--sync"_qs, demo.id()});
+        xdotool({u"windowactivate"_s, u"--sync"_s, demo.id()});
         moveTo(pointer);
         letPass(200);
         before = pictureByOthers(session);
@@ -31,17 +33,17 @@ protected:
         letPass(300);
     }
 
-    void xdotool(const QStringList& arguments) const { session.run(u"xdotool"_qs, arguments); }
+    void xdotool(const QStringList& arguments) const { session.run(u"xdotool"_s, arguments); }
     void moveTo(QPoint to) const
     {
-        xdotool({u"mousemove"_qs, QString::number(to.x()), QString::number(to.y())});
+        xdotool({u"mousemove"_s, QString::number(to.x()), QString::number(to.y())});
         letPass(60);
     }
-    void key(const QString& name) const { xdotool({u"key"_qs, name}); }
+    void key(const QString& name) const { xdotool({u"key"_s, name}); }
     void dragTo(QPoint from, QPoint to) const
     {
         moveTo(from);
-        xdotool({u"mousedown"_qs, u"1"_qs});
+        xdotool({u"mousedown"_s, u"1"_s});
         moveTo((from + to) / 2);
         moveTo(to);
     }
@@ -66,11 +68,11 @@ INSTANTIATE_TEST_SUITE_P(Desktop, OverlayDesktopTest, testing::Bool(),
 TEST_P(OverlayDesktopTest, TheOverlayIsTheScreenPixelForPixelAndGivesTheKeyboardBack)
 {
     const auto formerFocus = [&] {
-        xdotool({u"windowactivate"_qs, u"--sync"_qs, demo.id()});
+        xdotool({u"windowactivate"_s, u"--sync"_s, demo.id()});
         letPass(200);
         return focusedWindow(session);
     }();
-    show(u"color"_qs, {400, 500});
+    show(u"color"_s, {400, 500});
     const auto shown = pictureByOthers(session);
     // The bar is on the screen of the pointer, and so is the loupe.
     const QRect right(800, 0, 800, 600);
@@ -79,38 +81,38 @@ TEST_P(OverlayDesktopTest, TheOverlayIsTheScreenPixelForPixelAndGivesTheKeyboard
     EXPECT_EQ(differingPixels(shown.copy(left), before.copy(left)), 0);
     EXPECT_GT(differingPixels(shown, before), 10000) << "no bar and no loupe";
 
-    key(u"Escape"_qs);
+    key(u"Escape"_s);
     EXPECT_EQ(outcome(), "cancelled");
     EXPECT_TRUE(waitUntil([&] { return focusedWindow(session) == formerFocus; }));
 }
 
 TEST_P(OverlayDesktopTest, ADraggedSelectionIsCutFromItsOwnScreen)
 {
-    show(u"area"_qs, {400, 400});
+    show(u"area"_s, {400, 400});
     dragTo({120, 140}, {420, 340});
-    xdotool({u"mouseup"_qs, u"1"_qs});
+    xdotool({u"mouseup"_s, u"1"_s});
     EXPECT_EQ(outcome(), "image 300x200 1");
-    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), before.copy(120, 140, 300, 200)), 0);
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_s), before.copy(120, 140, 300, 200)), 0);
 
     // From the right screen across to the left one: kept inside, and at the right one's scale.
-    show(u"area"_qs, {1200, 400});
+    show(u"area"_s, {1200, 400});
     dragTo({1100, 240}, {600, 440});
-    xdotool({u"mouseup"_qs, u"1"_qs});
+    xdotool({u"mouseup"_s, u"1"_s});
     EXPECT_EQ(outcome(), "image 300x200 2");
-    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(0, 240, 300, 200)), 0);
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_s), saved(u"DER.png"_s).copy(0, 240, 300, 200)), 0);
 
     // From the desktop's very last pixel to an odd one, which lies between two points.
-    show(u"area"_qs, {1599, 599});
+    show(u"area"_s, {1599, 599});
     dragTo({1599, 599}, {1101, 241});
-    xdotool({u"mouseup"_qs, u"1"_qs});
+    xdotool({u"mouseup"_s, u"1"_s});
     EXPECT_EQ(outcome(), "image 499x359 2");
-    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs).copy(301, 241, 499, 359)), 0);
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_s), saved(u"DER.png"_s).copy(301, 241, 499, 359)), 0);
 }
 
 TEST_P(OverlayDesktopTest, WhatADragLeavesIsWhatAWholeRepaintShows)
 {
     for (const int left : {0, 800}) { // at 1× and at 2×
-        show(u"area"_qs, {left + 700, 500});
+        show(u"area"_s, {left + 700, 500});
         dragTo({left + 101, 103}, {left + 640, 480});
         moveTo({left + 303, 211});
         moveTo({left + 33, 55});
@@ -118,47 +120,47 @@ TEST_P(OverlayDesktopTest, WhatADragLeavesIsWhatAWholeRepaintShows)
         waitUntil([] { return false; }, 200);
         const auto dragged = pictureByOthers(session);
         EXPECT_GT(differingPixels(dragged, before), 10000) << "nothing was dimmed";
-        session.run(u"xrefresh"_qs, {});
+        session.run(u"xrefresh"_s, {});
         waitUntil([] { return false; }, 300);
         EXPECT_EQ(differingPixels(pictureByOthers(session), dragged), 0) << "screen at " << left;
-        key(u"Escape"_qs);
-        xdotool({u"mouseup"_qs, u"1"_qs});
-        key(u"Escape"_qs);
+        key(u"Escape"_s);
+        xdotool({u"mouseup"_s, u"1"_s});
+        key(u"Escape"_s);
         EXPECT_EQ(outcome(), "cancelled");
     }
 }
 
 TEST_P(OverlayDesktopTest, KeysActOnTheScreenUnderThePointerInAnyLayout)
 {
-    show(u"area"_qs, {400, 400});
+    show(u"area"_s, {400, 400});
     moveTo({1200, 300});
-    key(u"Return"_qs);
+    key(u"Return"_s);
     EXPECT_EQ(outcome(), "image 800x600 2");
-    EXPECT_EQ(differingPixels(saved(u"selected.png"_qs), saved(u"DER.png"_qs)), 0);
+    EXPECT_EQ(differingPixels(saved(u"selected.png"_s), saved(u"DER.png"_s)), 0);
 
-    show(u"text"_qs, {400, 400});
-    session.run(u"setxkbmap"_qs, {u"ru"_qs});
+    show(u"text"_s, {400, 400});
+    session.run(u"setxkbmap"_s, {u"ru"_s});
     letPass(200);
     moveTo({120, 130});
-    xdotool({u"key"_qs, u"54"_qs});
+    xdotool({u"key"_s, u"54"_s});
     EXPECT_EQ(outcome(), "color #3B6FE0");
 }
 
 TEST_P(OverlayDesktopTest, AScreenThatGoesAwayEndsItAsCancelled)
 {
-    show(u"area"_qs, {400, 400});
+    show(u"area"_s, {400, 400});
     dragTo({900, 100}, {1000, 200});
-    session.run(u"xrandr"_qs, {u"--delmonitor"_qs, u"DER"_qs});
+    session.run(u"xrandr"_s, {u"--delmonitor"_s, u"DER"_s});
     EXPECT_EQ(outcome(), "cancelled");
-    xdotool({u"mouseup"_qs, u"1"_qs});
+    xdotool({u"mouseup"_s, u"1"_s});
 }
 
 TEST_P(OverlayDesktopTest, AWindowBelowCannotTakeTheKeyboard)
 {
-    show(u"area"_qs, {400, 400});
+    show(u"area"_s, {400, 400});
     const auto overlayFocus = focusedWindow(session);
-    xdotool({u"windowfocus"_qs, u"--sync"_qs, demo.id()});
+    xdotool({u"windowfocus"_s, u"--sync"_s, demo.id()});
     EXPECT_TRUE(waitUntil([&] { return focusedWindow(session) == overlayFocus; }));
-    key(u"Escape"_qs);
+    key(u"Escape"_s);
     EXPECT_EQ(outcome(), "cancelled");
 }

@@ -10,6 +10,8 @@
 #include <QMimeData>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -17,19 +19,19 @@ namespace {
 
 void moveTo(QPoint point)
 {
-    xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y()));
+    xdotool(u"mousemove %1 %2"_s.arg(point.x()).arg(point.y()));
     letPass(80);
 }
 
 void drag(QPoint from, QPoint to)
 {
     moveTo(from);
-    xdotool(u"mousedown 1"_qs);
+    xdotool(u"mousedown 1"_s);
     letPass(150);
     for (int step = 1; step <= 6; ++step)
         moveTo(from + (to - from) * step / 6);
     letPass(200); // the window manager does it
-    xdotool(u"mouseup 1"_qs);
+    xdotool(u"mouseup 1"_s);
     letPass(200);
 }
 
@@ -67,7 +69,7 @@ protected:
 
 TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
 {
-    xdotool(u"set_num_desktops 2"_qs);
+    xdotool(u"set_num_desktops 2"_s);
     auto& pin = pinned();
     const auto visible = QGuiApplication::primaryScreen()->availableGeometry();
     const auto offset = pin.picture().center() - visible.center();
@@ -79,15 +81,15 @@ TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
     };
     EXPECT_EQ(seen(), 0);
     {
-        const DemoWindow other(u"Otra"_qs, u"900x700+100+20"_qs, u"#3B6FE0"_qs);
-        xdotool(u"windowactivate --sync %1"_qs.arg(other.id()));
+        const DemoWindow other(u"Otra"_s, u"900x700+100+20"_s, u"#3B6FE0"_s);
+        xdotool(u"windowactivate --sync %1"_s.arg(other.id()));
         EXPECT_EQ(seen(), 0) << "below an ordinary window";
     }
     const int announcement = 1500; // the window manager shows the desktop's name in the middle meanwhile
-    xdotool(u"set_desktop 1"_qs);
+    xdotool(u"set_desktop 1"_s);
     letPass(announcement);
     EXPECT_EQ(seen(), 0) << "not on the other desktop";
-    xdotool(u"set_desktop 0"_qs);
+    xdotool(u"set_desktop 0"_s);
     letPass(announcement);
 }
 
@@ -105,7 +107,7 @@ TEST_F(PinTest, DragsMoveItAndResizeItInItsProportionsAndADoubleClickClosesIt)
     drag(QPoint(before.left() + 2, before.center().y()), QPoint(before.left() + 122, before.center().y()));
     EXPECT_EQ(pin.picture(), QRect(before.left() + 120, before.top(), 360, 270));
     moveTo(pin.picture().center());
-    xdotool(u"click --repeat 2 --delay 60 1"_qs);
+    xdotool(u"click --repeat 2 --delay 60 1"_s);
     EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
 }
 
@@ -114,7 +116,7 @@ TEST_F(PinTest, TheWheelFadesItWithinItsBounds)
     auto& pin = pinned();
     moveTo(pin.picture().center());
     const auto notches = [](int button, int count) {
-        xdotool(u"click --repeat %1 --delay 20 %2"_qs.arg(count).arg(button));
+        xdotool(u"click --repeat %1 --delay 20 %2"_s.arg(count).arg(button));
         letPass(200);
     };
     notches(5, 2);
@@ -130,22 +132,22 @@ TEST_F(PinTest, ItsMenuCopiesTheWholePictureAtTheScaleShownAndCloses)
     auto& pin = pinned();
     pin.setPicture(QRect(500, 300, 200, 150));
     letPass(200);
-    QGuiApplication::clipboard()->setText(u"antes"_qs);
+    QGuiApplication::clipboard()->setText(u"antes"_s);
     moveTo(pin.picture().center());
-    xdotool(u"click 3"_qs);
+    xdotool(u"click 3"_s);
     letPass(300);
     moveTo(pin.picture().center() + QPoint(40, 6 + 14)); // its first row
-    xdotool(u"click 1"_qs);
+    xdotool(u"click 1"_s);
     ASSERT_TRUE(waitUntil([] { return HUD::currentMessage().has_value(); }));
     EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
-    const auto copied = QImage::fromData(QGuiApplication::clipboard()->mimeData()->data(u"image/png"_qs));
+    const auto copied = QImage::fromData(QGuiApplication::clipboard()->mimeData()->data(u"image/png"_s));
     EXPECT_EQ(differingPixels(copied.convertToFormat(QImage::Format_RGB32), picture), 0);
     EXPECT_NEAR(copied.dotsPerMeterX() * 0.0254, 144, 0.1);
 
-    xdotool(u"click 3"_qs);
+    xdotool(u"click 3"_s);
     letPass(300);
     moveTo(QCursor::pos() + QPoint(40, 6 + 28 + 14));
-    xdotool(u"click 1"_qs);
+    xdotool(u"click 1"_s);
     EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
 }
 
@@ -153,17 +155,17 @@ TEST_F(PinTest, EscapeClosesTheOneThatHasTheKeyboardOnly)
 {
     pinned();
     auto* second = &pinned();
-    xdotool(u"key Escape"_qs);
+    xdotool(u"key Escape"_s);
     ASSERT_TRUE(waitUntil([] { return PinnedImage::open().size() == 1; }));
     EXPECT_NE(PinnedImage::open().first(), second);
-    xdotool(u"key a"_qs);
+    xdotool(u"key a"_s);
     letPass(100);
     EXPECT_EQ(PinnedImage::open().size(), 1);
 }
 
 TEST_F(PinTest, ItsCornersAreSquareWithoutACompositorAndRoundWithOne)
 {
-    const DemoWindow below(u"Debajo"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
+    const DemoWindow below(u"Debajo"_s, u"1270x760+0+0"_s, u"#3B6FE0"_s);
     const auto before = pictureByOthers();
     const auto corner = [](const PinnedImage& pin, const QImage& screen) {
         return screen.pixelColor(pin.picture().topLeft() + QPoint(1, 1));
@@ -183,7 +185,7 @@ TEST_F(PinTest, ItsCornersAreSquareWithoutACompositorAndRoundWithOne)
     // What surrounds it is only seen: a click there is the window's below.
     const auto under = [](QPoint point) {
         moveTo(point);
-        return desktop().run(u"xdotool"_qs, {u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+        return desktop().run(u"xdotool"_s, {u"getmouselocation"_s, u"--shell"_s}).split('\n').value(3);
     };
     EXPECT_EQ(under(round.picture().topLeft() - QPoint(20, 20)), under({40, 500}));
     EXPECT_NE(under(round.picture().center()), under({40, 500}));

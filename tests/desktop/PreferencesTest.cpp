@@ -19,6 +19,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -30,18 +32,18 @@ public:
     explicit FakePortal(uint wished)
         : scheme(wished)
         , bus(QDBusConnection::connectToBus(
-              desktop().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_qs), u"portal"_qs))
+              desktop().environment().value(u"DBUS_SESSION_BUS_ADDRESS"_s), u"portal"_s))
     {
         bus.registerVirtualObject(path, this);
-        EXPECT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_qs));
+        EXPECT_TRUE(bus.registerService(u"org.freedesktop.portal.Desktop"_s));
     }
-    ~FakePortal() override { QDBusConnection::disconnectFromBus(u"portal"_qs); }
+    ~FakePortal() override { QDBusConnection::disconnectFromBus(u"portal"_s); }
 
     void wish(uint wished)
     {
         scheme = wished;
-        auto change = QDBusMessage::createSignal(path, interface, u"SettingChanged"_qs);
-        change << u"org.freedesktop.appearance"_qs << u"color-scheme"_qs
+        auto change = QDBusMessage::createSignal(path, interface, u"SettingChanged"_s);
+        change << u"org.freedesktop.appearance"_s << u"color-scheme"_s
                << QVariant::fromValue(QDBusVariant(scheme));
         bus.send(change);
     }
@@ -57,8 +59,8 @@ public:
     }
 
 private:
-    inline static const QString path = u"/org/freedesktop/portal/desktop"_qs;
-    inline static const QString interface = u"org.freedesktop.portal.Settings"_qs;
+    inline static const QString path = u"/org/freedesktop/portal/desktop"_s;
+    inline static const QString interface = u"org.freedesktop.portal.Settings"_s;
     uint scheme;
     QDBusConnection bus;
 };
@@ -118,13 +120,13 @@ class PreferencesTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        const QJsonObject settings{{u"autoSave"_qs, false}, {u"saveFolder"_qs, home.filePath(u"capturas"_qs)},
-            {u"hasLaunchedBefore"_qs, true}};
+        const QJsonObject settings{{u"autoSave"_s, false}, {u"saveFolder"_s, home.filePath(u"capturas"_s)},
+            {u"hasLaunchedBefore"_s, true}};
         makeFolders(config());
-        replaceFile(config() + u"/defaults.json"_qs, QJsonDocument(settings).toJson());
+        replaceFile(config() + u"/defaults.json"_s, QJsonDocument(settings).toJson());
         auto environment = desktop().environment();
-        environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
-        environment.insert(u"XDG_DATA_HOME"_qs, home.filePath(u"data"_qs));
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+        environment.insert(u"XDG_DATA_HOME"_s, home.filePath(u"data"_s));
         program.setProcessEnvironment(environment);
     }
 
@@ -137,16 +139,15 @@ protected:
 
     void openPreferences()
     {
-        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
+        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_s});
         ASSERT_TRUE(reaches("en marcha"));
-        callProgram(u"ActivateAction"_qs, {u"showPreferences"_qs, u"[]"_qs, u"{}"_qs});
+        callProgram(u"ActivateAction"_s, {u"showPreferences"_s, u"[]"_s, u"{}"_s});
         ASSERT_TRUE(reaches("ventana pintada"));
-        window
-            = QString::fromUtf8(desktop().run(u"xdotool"_qs,
-                                    {u"search"_qs, u"--sync"_qs, u"--name"_qs, u"^Ajustes de Pintalux$"_qs}))
-                  .trimmed();
-        desktop().run(u"xdotool"_qs, {u"windowactivate"_qs, u"--sync"_qs, window});
-        const auto shape = desktop().run(u"xdotool"_qs, {u"getwindowgeometry"_qs, u"--shell"_qs, window});
+        window = QString::fromUtf8(
+            desktop().run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"^Ajustes de Pintalux$"_s}))
+                     .trimmed();
+        desktop().run(u"xdotool"_s, {u"windowactivate"_s, u"--sync"_s, window});
+        const auto shape = desktop().run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
         height = valueOf("HEIGHT", shape);
         ASSERT_GT(height, 0);
     }
@@ -163,9 +164,9 @@ protected:
     /// What the screen shows at a point of the window.
     QColor shownAt(int x, int y) const
     {
-        const auto place = desktop().run(u"xdotool"_qs,
-            {u"mousemove"_qs, u"--window"_qs, window, QString::number(x), QString::number(y),
-                u"getmouselocation"_qs, u"--shell"_qs});
+        const auto place = desktop().run(u"xdotool"_s,
+            {u"mousemove"_s, u"--window"_s, window, QString::number(x), QString::number(y),
+                u"getmouselocation"_s, u"--shell"_s});
         return pictureByOthers().pixelColor(valueOf("X", place), valueOf("Y", place));
     }
 
@@ -178,16 +179,16 @@ protected:
     /// A click on a point of the window; `y` less than nothing counts from its bottom.
     void click(int x, int y) const
     {
-        desktop().run(u"xdotool"_qs,
-            {u"mousemove"_qs, u"--window"_qs, window, QString::number(x),
-                QString::number(y < 0 ? height + y : y), u"click"_qs, u"1"_qs});
+        desktop().run(u"xdotool"_s,
+            {u"mousemove"_s, u"--window"_s, window, QString::number(x),
+                QString::number(y < 0 ? height + y : y), u"click"_s, u"1"_s});
     }
 
     void scrollToTheEnd() const
     {
-        desktop().run(u"xdotool"_qs,
-            {u"mousemove"_qs, u"--window"_qs, window, u"300"_qs, u"150"_qs, u"click"_qs, u"--repeat"_qs,
-                u"40"_qs, u"--delay"_qs, u"5"_qs, u"5"_qs});
+        desktop().run(u"xdotool"_s,
+            {u"mousemove"_s, u"--window"_s, window, u"300"_s, u"150"_s, u"click"_s, u"--repeat"_s, u"40"_s,
+                u"--delay"_s, u"5"_s, u"5"_s});
         letPass(300);
     }
 
@@ -199,10 +200,10 @@ protected:
     }
     bool stores(const QString& key, const QJsonValue& value) const
     {
-        return waitUntil([&] { return read(config() + u"/defaults.json"_qs).value(key) == value; });
+        return waitUntil([&] { return read(config() + u"/defaults.json"_s).value(key) == value; });
     }
 
-    QString config() const { return home.filePath(u"config/pintalux"_qs); }
+    QString config() const { return home.filePath(u"config/pintalux"_s); }
 
     QTemporaryDir home;
     QProcess program;
@@ -227,17 +228,17 @@ TEST_F(PreferencesTest, WhatIsClickedIsInTheStoredFileAtOnce)
 {
     openPreferences();
     click(switchColumn, saveAutomatically);
-    EXPECT_TRUE(stores(u"autoSave"_qs, true));
+    EXPECT_TRUE(stores(u"autoSave"_s, true));
     click(copyOnlyTile.x(), copyOnlyTile.y());
-    EXPECT_TRUE(stores(u"afterCapture"_qs, u"copyOnly"_qs));
+    EXPECT_TRUE(stores(u"afterCapture"_s, u"copyOnly"_s));
     scrollToTheEnd();
     click(switchColumn, showPalette);
-    EXPECT_TRUE(stores(u"toolbarHidden"_qs, true)) << "off means hidden";
+    EXPECT_TRUE(stores(u"toolbarHidden"_s, true)) << "off means hidden";
     click(save.x(), save.y());
-    const auto copy = home.filePath(u"data/pintalux/Configuración guardada.json"_qs);
+    const auto copy = home.filePath(u"data/pintalux/Configuración guardada.json"_s);
     EXPECT_TRUE(waitUntil([&] { return !read(copy).isEmpty(); })) << "no copy of the settings";
 
-    const auto autostart = home.filePath(u"config/autostart/pintalux.desktop"_qs);
+    const auto autostart = home.filePath(u"config/autostart/pintalux.desktop"_s);
     click(switchColumn, openAtLogin);
     EXPECT_TRUE(waitUntil([&] { return QFile::exists(autostart); }));
     click(switchColumn, openAtLogin);
@@ -249,11 +250,11 @@ TEST_F(PreferencesTest, AnotherCombinationOfKeysCapturesAtOnce)
     openPreferences();
     click(combinations.x(), combinations.y());
     letPass(300); // the list has opened
-    desktop().run(u"xdotool"_qs, {u"key"_qs, u"Down"_qs, u"Return"_qs});
-    EXPECT_TRUE(stores(u"shortcutPreset"_qs, u"optionShift"_qs));
-    desktop().run(u"xdotool"_qs, {u"key"_qs, u"alt+shift+1"_qs});
+    desktop().run(u"xdotool"_s, {u"key"_s, u"Down"_s, u"Return"_s});
+    EXPECT_TRUE(stores(u"shortcutPreset"_s, u"optionShift"_s));
+    desktop().run(u"xdotool"_s, {u"key"_s, u"alt+shift+1"_s});
     EXPECT_TRUE(reaches("superposición pintada"));
-    desktop().run(u"xdotool"_qs, {u"key"_qs, u"Escape"_qs});
+    desktop().run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
 }
 
 TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)

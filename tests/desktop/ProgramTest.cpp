@@ -15,6 +15,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -29,18 +31,18 @@ class ProgramTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        const QJsonObject settings{{u"autoSave"_qs, true}, {u"autoCopy"_qs, true},
-            {u"afterCapture"_qs, u"copyOnly"_qs}, {u"saveFolder"_qs, captures()},
-            {u"hasLaunchedBefore"_qs, true}};
-        makeFolders(home.filePath(u"config/pintalux"_qs));
-        replaceFile(home.filePath(u"config/pintalux/defaults.json"_qs), QJsonDocument(settings).toJson());
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        const QJsonObject settings{{u"autoSave"_s, true}, {u"autoCopy"_s, true},
+            {u"afterCapture"_s, u"copyOnly"_s}, {u"saveFolder"_s, captures()},
+            {u"hasLaunchedBefore"_s, true}};
+        makeFolders(home.filePath(u"config/pintalux"_s));
+        replaceFile(home.filePath(u"config/pintalux/defaults.json"_s), QJsonDocument(settings).toJson());
+        QGuiApplication::clipboard()->setText(u"antes"_s);
 
         const auto empty = pictureByOthers();
         auto environment = desktop().environment();
-        environment.insert(u"XDG_CONFIG_HOME"_qs, home.filePath(u"config"_qs));
+        environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
         program.setProcessEnvironment(environment);
-        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_qs});
+        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_s});
         ASSERT_TRUE(reaches(ready));
         // It says that this desktop has no tray; that message must have gone.
         ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), empty) == 0; }, 6000));
@@ -77,17 +79,17 @@ protected:
 
     void pressHotKey(int digit)
     {
-        xdotool(u"key ctrl+shift+%1"_qs.arg(digit));
+        xdotool(u"key ctrl+shift+%1"_s.arg(digit));
         ASSERT_TRUE(reaches(overlayPainted));
     }
 
-    QString captures() const { return home.filePath(u"capturas"_qs); }
+    QString captures() const { return home.filePath(u"capturas"_s); }
 
     /// The one picture that was saved.
     QImage saved()
     {
         QStringList names;
-        waitUntil([&] { return !(names = QDir(captures()).entryList({u"*.png"_qs})).isEmpty(); });
+        waitUntil([&] { return !(names = QDir(captures()).entryList({u"*.png"_s})).isEmpty(); });
         savedName = names.value(0);
         return QImage(QDir(captures()).filePath(savedName)).convertToFormat(QImage::Format_RGB32);
     }
@@ -96,13 +98,13 @@ protected:
     {
         const auto* offered = QGuiApplication::clipboard()->mimeData();
         waitUntil(
-            [&] { return (offered = QGuiApplication::clipboard()->mimeData())->hasFormat(u"image/png"_qs); });
-        return QImage::fromData(offered->data(u"image/png"_qs)).convertToFormat(QImage::Format_RGB32);
+            [&] { return (offered = QGuiApplication::clipboard()->mimeData())->hasFormat(u"image/png"_s); });
+        return QImage::fromData(offered->data(u"image/png"_s)).convertToFormat(QImage::Format_RGB32);
     }
 
     static QString activeWindow()
     {
-        return QString::fromUtf8(desktop().run(u"xdotool"_qs, {u"getactivewindow"_qs})).trimmed();
+        return QString::fromUtf8(desktop().run(u"xdotool"_s, {u"getactivewindow"_s})).trimmed();
     }
 
     QTemporaryDir home;
@@ -116,10 +118,10 @@ protected:
 
 TEST_F(ProgramTest, AHotKeyAndADragSaveAndCopyJustThePixelsUnderTheSelection)
 {
-    const DemoWindow window(u"Fondo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
+    const DemoWindow window(u"Fondo"_s, u"500x400+150+100"_s, u"#3B6FE0"_s);
     const auto before = pictureByOthers();
     pressHotKey(1);
-    xdotool(u"mousemove 180 140 mousedown 1 mousemove 300 200 mousemove 520 391 mouseup 1"_qs);
+    xdotool(u"mousemove 180 140 mousedown 1 mousemove 300 200 mousemove 520 391 mouseup 1"_s);
     const auto expected = before.copy(180, 140, 340, 251);
     EXPECT_EQ(differingPixels(saved(), expected), 0);
     EXPECT_EQ(differingPixels(copied(), expected), 0);
@@ -129,22 +131,22 @@ TEST_F(ProgramTest, AHotKeyAndADragSaveAndCopyJustThePixelsUnderTheSelection)
 
 TEST_F(ProgramTest, WindowModeTakesTheWindowOnTopWholeUnderItsTitle)
 {
-    const DemoWindow below(u"Debajo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
-    const DemoWindow above(u"Año: Q1/Q2"_qs, u"400x300+300+200"_qs, u"#D9480F"_qs);
+    const DemoWindow below(u"Debajo"_s, u"500x400+150+100"_s, u"#3B6FE0"_s);
+    const DemoWindow above(u"Año: Q1/Q2"_s, u"400x300+300+200"_s, u"#D9480F"_s);
     const auto candidate = candidateOf(finished(ScreenCapture::freezeAllDisplays()), above.processId());
     ASSERT_TRUE(candidate);
     const auto expected = pictureByOthers().copy(candidate->frame.toRect());
     pressHotKey(1);
-    xdotool(u"key space mousemove 450 350 click 1"_qs);
+    xdotool(u"key space mousemove 450 350 click 1"_s);
     EXPECT_EQ(differingPixels(saved(), expected), 0);
     EXPECT_TRUE(savedName.contains(u"Año- Q1-Q2 2")) << savedName.toStdString();
 }
 
 TEST_F(ProgramTest, TheColourUnderThePointerIsCopied)
 {
-    const DemoWindow window(u"Color"_qs, u"500x400+150+100"_qs, u"#2E9E6B"_qs);
+    const DemoWindow window(u"Color"_s, u"500x400+150+100"_s, u"#2E9E6B"_s);
     pressHotKey(5);
-    xdotool(u"mousemove 161 146 click 1"_qs);
+    xdotool(u"mousemove 161 146 click 1"_s);
     EXPECT_TRUE(waitUntil([] { return QGuiApplication::clipboard()->text() == u"#2E9E6B"; }))
         << QGuiApplication::clipboard()->text().toStdString();
     EXPECT_FALSE(QDir(captures()).exists());
@@ -152,16 +154,16 @@ TEST_F(ProgramTest, TheColourUnderThePointerIsCopied)
 
 TEST_F(ProgramTest, EscapeLeavesEverythingAsItWas)
 {
-    const DemoWindow other(u"Otra"_qs, u"300x200+700+100"_qs, u"#3B6FE0"_qs);
-    const DemoWindow window(u"Activa"_qs, u"500x400+150+100"_qs, u"#2E9E6B"_qs);
+    const DemoWindow other(u"Otra"_s, u"300x200+700+100"_s, u"#3B6FE0"_s);
+    const DemoWindow window(u"Activa"_s, u"500x400+150+100"_s, u"#2E9E6B"_s);
     ASSERT_EQ(activeWindow(), window.id());
     const auto before = pictureByOthers();
     pressHotKey(1);
     EXPECT_GT(differingPixels(pictureByOthers(), before), 1000);
-    xdotool(u"key ctrl+shift+5"_qs); // while an overlay is up, a hot key does nothing
-    xdotool(u"mousemove 200 200 mousedown 1 mousemove 300 300 key Escape mouseup 1"_qs);
+    xdotool(u"key ctrl+shift+5"_s); // while an overlay is up, a hot key does nothing
+    xdotool(u"mousemove 200 200 mousedown 1 mousemove 300 300 key Escape mouseup 1"_s);
     EXPECT_GT(differingPixels(pictureByOthers(), before), 1000) << "the first one only ends the drag";
-    xdotool(u"key Escape"_qs);
+    xdotool(u"key Escape"_s);
     EXPECT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), before) == 0; }));
     EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); }));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"antes");
@@ -173,34 +175,34 @@ TEST_F(ProgramTest, ASecondStartHandsItsWishOver)
     auto environment = desktop().environment();
     QProcess second;
     second.setProcessEnvironment(environment);
-    second.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_qs, u"color"_qs});
+    second.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_s, u"color"_s});
     ASSERT_TRUE(second.waitForFinished(5000));
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_TRUE(reaches(overlayPainted));
-    xdotool(u"key Escape"_qs);
+    xdotool(u"key Escape"_s);
 }
 
 TEST_F(ProgramTest, AFullScreenGoesStraightToAFileBesideTheRunningProgram)
 {
-    const DemoWindow window(u"Fondo"_qs, u"500x400+150+100"_qs, u"#3B6FE0"_qs);
+    const DemoWindow window(u"Fondo"_s, u"500x400+150+100"_s, u"#3B6FE0"_s);
     const auto before = pictureByOthers();
-    const auto path = home.filePath(u"pantalla.png"_qs);
+    const auto path = home.filePath(u"pantalla.png"_s);
     desktop().run(
-        QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_qs, u"fullScreen"_qs, u"--output"_qs, path});
+        QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_s, u"fullScreen"_s, u"--output"_s, path});
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), before), 0);
 
-    xdotool(u"key ctrl+shift+3"_qs);
+    xdotool(u"key ctrl+shift+3"_s);
     EXPECT_EQ(differingPixels(saved(), before), 0);
 }
 
 TEST_F(ProgramTest, TheTextUnderTheSelectionIsCopiedLineByLine)
 {
-    const DemoWindow window(u"Fondo"_qs, u"560x400+150+100"_qs, u"#3B6FE0"_qs);
+    const DemoWindow window(u"Fondo"_s, u"560x400+150+100"_s, u"#3B6FE0"_s);
     pressHotKey(4);
-    xdotool(u"mousemove 190 188 mousedown 1 mousemove 300 200 mousemove 680 300 mouseup 1"_qs);
+    xdotool(u"mousemove 190 188 mousedown 1 mousemove 300 200 mousemove 680 300 mouseup 1"_s);
     const auto expected = u"Las ventas del primer semestre crecieron un 18 %.\n"
                           "La campaña de otoño empieza el 3 de septiembre.\n"
-                          "Pendiente: revisar el presupuesto de diseño."_qs;
+                          "Pendiente: revisar el presupuesto de diseño."_s;
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::clipboard()->text() == expected; }, 15000))
         << QGuiApplication::clipboard()->text().toStdString();
     EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
@@ -208,14 +210,13 @@ TEST_F(ProgramTest, TheTextUnderTheSelectionIsCopiedLineByLine)
 
 TEST_F(ProgramTest, ItEndsCleanlyWhileItReads)
 {
-    const DemoWindow window(u"Fondo"_qs, u"1200x740+20+20"_qs, u"#3B6FE0"_qs, desktop(),
-        {u"--text"_qs,
-            u"Una línea de texto que hay que leer entera, palabra por palabra.\n"_qs.repeated(24)});
+    const DemoWindow window(u"Fondo"_s, u"1200x740+20+20"_s, u"#3B6FE0"_s, desktop(),
+        {u"--text"_s, u"Una línea de texto que hay que leer entera, palabra por palabra.\n"_s.repeated(24)});
     pressHotKey(4);
-    xdotool(u"mousemove 30 90 mousedown 1 mousemove 300 200 mousemove 1200 750 mouseup 1"_qs);
+    xdotool(u"mousemove 30 90 mousedown 1 mousemove 300 200 mousemove 1200 750 mouseup 1"_s);
     letPass(500); // long before the last line is read
     EXPECT_FALSE(QGuiApplication::clipboard()->text().contains(u"Una línea")) << "it has been read already";
-    callProgram(u"ActivateAction"_qs, {u"terminate"_qs, u"[]"_qs, u"{}"_qs});
+    callProgram(u"ActivateAction"_s, {u"terminate"_s, u"[]"_s, u"{}"_s});
     ASSERT_TRUE(program.waitForFinished(3000)) << "it hangs";
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);

@@ -6,6 +6,8 @@
 
 #include <signal.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -53,7 +55,7 @@ TEST(SingleInstance, OfManyStartsAtOnceExactlyOneIsFirstAndTheOthersReachIt)
     ASSERT_TRUE(waitUntil(
         [&] {
             return std::ranges::all_of(starts, [](const auto& start) {
-                return start->lines().contains(u"first"_qs) || start->lines().size() == 2;
+                return start->lines().contains(u"first"_s) || start->lines().size() == 2;
             });
         },
         10000));
@@ -63,57 +65,55 @@ TEST(SingleInstance, OfManyStartsAtOnceExactlyOneIsFirstAndTheOthersReachIt)
             EXPECT_FALSE(first) << "two are first";
             first = start.get();
         } else {
-            EXPECT_EQ(start->lines(), (QStringList{u"second"_qs, u"true second"_qs}));
+            EXPECT_EQ(start->lines(), (QStringList{u"second"_s, u"true second"_s}));
         }
     }
     ASSERT_TRUE(first);
-    EXPECT_TRUE(waitUntil([&] { return first->lines().count(u"activated"_qs) == 7; }));
+    EXPECT_TRUE(waitUntil([&] { return first->lines().count(u"activated"_s) == 7; }));
 }
 
 TEST(SingleInstance, FilesArriveByTheirAbsoluteNamesWhateverTheyAreCalled)
 {
     Start first;
-    ASSERT_TRUE(first.says(u"first"_qs));
-    Start second({u"--open"_qs, u"sub/../año #1 50%.png"_qs, u"/tmp/b?c.png"_qs});
-    EXPECT_TRUE(second.says(u"true second"_qs));
-    const auto relative = QDir::current().absoluteFilePath(u"año #1 50%.png"_qs);
-    EXPECT_TRUE(first.says(u"open %1|/tmp/b?c.png"_qs.arg(relative)))
-        << qPrintable(first.lines().join(u'\n'));
+    ASSERT_TRUE(first.says(u"first"_s));
+    Start second({u"--open"_s, u"sub/../año #1 50%.png"_s, u"/tmp/b?c.png"_s});
+    EXPECT_TRUE(second.says(u"true second"_s));
+    const auto relative = QDir::current().absoluteFilePath(u"año #1 50%.png"_s);
+    EXPECT_TRUE(first.says(u"open %1|/tmp/b?c.png"_s.arg(relative))) << qPrintable(first.lines().join(u'\n'));
 }
 
 TEST(SingleInstance, OtherProgramsReachItAsTheStandardInterface)
 {
     Start first;
-    ASSERT_TRUE(first.says(u"first"_qs));
-    const QString noData = u"{}"_qs;
-    EXPECT_EQ(callProgram(u"Activate"_qs, {noData}), "()\n");
-    EXPECT_TRUE(first.says(u"activated"_qs));
-    EXPECT_EQ(callProgram(u"Open"_qs, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_qs, noData}),
+    ASSERT_TRUE(first.says(u"first"_s));
+    const QString noData = u"{}"_s;
+    EXPECT_EQ(callProgram(u"Activate"_s, {noData}), "()\n");
+    EXPECT_TRUE(first.says(u"activated"_s));
+    EXPECT_EQ(callProgram(u"Open"_s, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_s, noData}),
         "()\n");
-    EXPECT_TRUE(first.says(u"open /tmp/a b.png"_qs)) << "nothing is fetched from elsewhere";
-    EXPECT_EQ(
-        callProgram(u"ActivateAction"_qs, {u"area"_qs, u"[<'texto'>, <3>, <true>]"_qs, noData}), "()\n");
-    EXPECT_TRUE(first.says(u"action area QString=texto|int=3|bool=true"_qs))
+    EXPECT_TRUE(first.says(u"open /tmp/a b.png"_s)) << "nothing is fetched from elsewhere";
+    EXPECT_EQ(callProgram(u"ActivateAction"_s, {u"area"_s, u"[<'texto'>, <3>, <true>]"_s, noData}), "()\n");
+    EXPECT_TRUE(first.says(u"action area QString=texto|int=3|bool=true"_s))
         << qPrintable(first.lines().join(u'\n'));
-    Start second({u"--action"_qs, u"color"_qs, u"uno"_qs});
-    EXPECT_TRUE(second.says(u"true second"_qs));
-    EXPECT_TRUE(first.says(u"action color QString=uno"_qs)) << qPrintable(first.lines().join(u'\n'));
+    Start second({u"--action"_s, u"color"_s, u"uno"_s});
+    EXPECT_TRUE(second.says(u"true second"_s));
+    EXPECT_TRUE(first.says(u"action color QString=uno"_s)) << qPrintable(first.lines().join(u'\n'));
 }
 
 TEST(SingleInstance, AFirstProcessThatHangsDoesNotHangTheSecond)
 {
     Start first;
-    ASSERT_TRUE(first.says(u"first"_qs));
+    ASSERT_TRUE(first.says(u"first"_s));
     first.signal(SIGSTOP);
-    Start second({u"--open"_qs, u"/tmp/a.png"_qs});
-    EXPECT_TRUE(second.says(u"false second"_qs, 2 * SingleInstance::answerLimitMilliseconds));
+    Start second({u"--open"_s, u"/tmp/a.png"_s});
+    EXPECT_TRUE(second.says(u"false second"_s, 2 * SingleInstance::answerLimitMilliseconds));
     first.signal(SIGCONT);
 }
 
 TEST(SingleInstance, WhenTheFirstHasEndedMeanwhileTheSecondTakesItsPlace)
 {
     auto first = std::make_unique<Start>();
-    ASSERT_TRUE(first->says(u"first"_qs));
+    ASSERT_TRUE(first->says(u"first"_s));
     SingleInstance instance;
     ASSERT_EQ(instance.role(), SingleInstance::Role::second);
     int activations = 0;
@@ -129,13 +129,13 @@ TEST(SingleInstance, WhenTheFirstHasEndedMeanwhileTheSecondTakesItsPlace)
 
 TEST(SingleInstance, WithoutASessionBusTheProgramRunsAloneAndStartsNoBus)
 {
-    for (const auto& address : {QString(), u"unix:path=/nonexistent/bus"_qs, u"autolaunch:"_qs}) {
+    for (const auto& address : {QString(), u"unix:path=/nonexistent/bus"_s, u"autolaunch:"_s}) {
         QProcess process;
         auto environment = desktop().environment();
         if (address.isEmpty())
-            environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_qs);
+            environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
         else
-            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, address);
+            environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, address);
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(PINTALUX_SINGLE_INSTANCE));
         waitUntil([&] { return process.waitForReadyRead(1), process.canReadLine(); });

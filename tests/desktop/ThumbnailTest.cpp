@@ -15,6 +15,8 @@
 #include <QMimeData>
 #include <QScreen>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -23,13 +25,13 @@ namespace {
 constexpr QSize cardSize(256, 202);
 constexpr int slideMilliseconds = 320;
 
-void moveTo(QPoint point) { xdotool(u"mousemove %1 %2"_qs.arg(point.x()).arg(point.y())); }
+void moveTo(QPoint point) { xdotool(u"mousemove %1 %2"_s.arg(point.x()).arg(point.y())); }
 
 void click(QPoint point)
 {
     moveTo(point);
     letPass(60);
-    xdotool(u"click 1"_qs);
+    xdotool(u"click 1"_s);
 }
 
 class ThumbnailTest : public testing::Test {
@@ -37,14 +39,14 @@ protected:
     ThumbnailTest()
     {
         picture.fill(QColor(0xD9, 0x48, 0x0F));
-        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setSaveFolder(folder.filePath(u"capturas"_s));
         moveTo({300, 300});
         HUD::dismiss();
     }
 
     ThumbnailController& show(const std::optional<QString>& savedPath = {})
     {
-        thumbnail = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_qs}, savedPath,
+        thumbnail = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_s}, savedPath,
             settings,
             ThumbnailController::Actions{
                 .openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
@@ -75,7 +77,7 @@ protected:
     {
         return waitUntil([this] { return timesClosed > 0; }, limit);
     }
-    QStringList saved() const { return QDir(folder.filePath(u"capturas"_qs)).entryList({u"*.png"_qs}); }
+    QStringList saved() const { return QDir(folder.filePath(u"capturas"_s)).entryList({u"*.png"_s}); }
 
     QTemporaryDir folder;
     UserDefaults store = UserDefaults::inMemory();
@@ -93,8 +95,8 @@ protected:
 
 TEST_F(ThumbnailTest, ComesIntoTheCornerAboveAllWithoutTheKeyboardAndGoesAfterEightSeconds)
 {
-    const DemoWindow front(u"Delante"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
-    xdotool(u"windowactivate --sync %1"_qs.arg(front.id()));
+    const DemoWindow front(u"Delante"_s, u"1270x760+0+0"_s, u"#3B6FE0"_s);
+    xdotool(u"windowactivate --sync %1"_s.arg(front.id()));
     const auto focused = focusedWindow();
     show();
     const auto screen = pictureByOthers();
@@ -131,7 +133,7 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
     click(onAction(0));
     ASSERT_TRUE(closes());
     ASSERT_EQ(saved().size(), 1);
-    const auto path = folder.filePath(u"capturas/"_qs + saved().first());
+    const auto path = folder.filePath(u"capturas/"_s + saved().first());
     EXPECT_EQ(revealed, QStringList{path});
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), picture), 0);
 
@@ -156,12 +158,12 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
     EXPECT_EQ(edited.cacheKey(), picture.cacheKey());
 
     timesClosed = 0;
-    QGuiApplication::clipboard()->setText(u"antes"_qs);
+    QGuiApplication::clipboard()->setText(u"antes"_s);
     show();
     click(onAction(2));
     ASSERT_TRUE(closes());
     EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
-    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs));
+    EXPECT_TRUE(QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_s));
 
     timesClosed = 0;
     edited = {};
@@ -173,7 +175,7 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
 
 TEST_F(ThumbnailTest, ASaveThatFailsIsToldAndTheCardStays)
 {
-    QFile inTheWay(folder.filePath(u"capturas"_qs));
+    QFile inTheWay(folder.filePath(u"capturas"_s));
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     auto& shown = show();
     click(onAction(0));
@@ -187,21 +189,21 @@ TEST_F(ThumbnailTest, ASaveThatFailsIsToldAndTheCardStays)
 
 TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
 {
-    auto& target = desktop().start(QStringLiteral(PINTALUX_DROP_TARGET), {u"300x200+100+100"_qs});
+    auto& target = desktop().start(QStringLiteral(PINTALUX_DROP_TARGET), {u"300x200+100+100"_s});
     letPass(700);
     const auto drop = [&] {
         const auto from = onPicture();
         // By itself meanwhile: the drag keeps this process.
-        desktop().start(u"xdotool"_qs,
+        desktop().start(u"xdotool"_s,
             u"mousemove %1 %2 mousedown 1 sleep 0.1 mousemove 900 500 sleep 0.1 mousemove 600 300 sleep 0.1 "
-            "mousemove 300 220 sleep 0.1 mousemove 250 200 sleep 0.3 mouseup 1"_qs.arg(from.x())
+            "mousemove 300 220 sleep 0.1 mousemove 250 200 sleep 0.3 mouseup 1"_s.arg(from.x())
                 .arg(from.y())
                 .split(u' '));
         QByteArray line;
         waitUntil([&] { return !(line = target.readLine()).isEmpty(); }, 6000);
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
-    const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_qs);
+    const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_s);
     show(savedFile);
     EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
     thumbnail->close(false);
@@ -219,7 +221,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
 TEST_F(ThumbnailTest, UnderACompositorItsShadowIsNoObstacleAndItsCornersShowWhatIsBelow)
 {
     auto& compositor = desktop().startCompositor();
-    const DemoWindow below(u"Debajo"_qs, u"1270x760+0+0"_qs, u"#3B6FE0"_qs);
+    const DemoWindow below(u"Debajo"_s, u"1270x760+0+0"_s, u"#3B6FE0"_s);
     const auto before = pictureByOthers();
     show();
     const auto screen = pictureByOthers();
@@ -230,7 +232,7 @@ TEST_F(ThumbnailTest, UnderACompositorItsShadowIsNoObstacleAndItsCornersShowWhat
     const auto under = [](QPoint point) {
         moveTo(point);
         letPass(100);
-        return desktop().run(u"xdotool"_qs, {u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+        return desktop().run(u"xdotool"_s, {u"getmouselocation"_s, u"--shell"_s}).split('\n').value(3);
     };
     EXPECT_EQ(under(at(-20, 100)), under({300, 300}));
     EXPECT_NE(under(at(20, 190)), under({300, 300}));

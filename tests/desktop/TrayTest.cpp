@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -39,7 +41,7 @@ QProcess& startItem(DisplaySession& session, const QStringList& arguments = {})
 
 void xdotool(const DisplaySession& session, const QStringList& arguments)
 {
-    session.run(u"xdotool"_qs, arguments);
+    session.run(u"xdotool"_s, arguments);
     QThread::msleep(250);
 }
 
@@ -60,9 +62,9 @@ int inked(const QImage& picture, bool light)
 
 QStringList trayer(const QString& tint)
 {
-    return {u"--edge"_qs, u"top"_qs, u"--align"_qs, u"left"_qs, u"--widthtype"_qs, u"request"_qs,
-        u"--heighttype"_qs, u"pixel"_qs, u"--height"_qs, u"24"_qs, u"--transparent"_qs, u"true"_qs,
-        u"--alpha"_qs, u"0"_qs, u"--tint"_qs, tint};
+    return {u"--edge"_s, u"top"_s, u"--align"_s, u"left"_s, u"--widthtype"_s, u"request"_s, u"--heighttype"_s,
+        u"pixel"_s, u"--height"_s, u"24"_s, u"--transparent"_s, u"true"_s, u"--alpha"_s, u"0"_s, u"--tint"_s,
+        tint};
 }
 
 } // namespace
@@ -77,20 +79,20 @@ TEST(StatusItem, ComesWhenAPanelDoesAndItsMenuTriggersActions)
         auto& item = startItem(session);
         Output output(item);
         ASSERT_TRUE(output.says("missing"));
-        session.start(u"trayer"_qs, trayer(darkPanel ? u"0x202020"_qs : u"0xF0F0F0"_qs));
+        session.start(u"trayer"_s, trayer(darkPanel ? u"0x202020"_s : u"0xF0F0F0"_s));
         ASSERT_TRUE(output.says("appeared"));
         EXPECT_EQ(output.all.count("missing"), 1);
         EXPECT_TRUE(waitUntil([&] { return inked(panel(session), darkPanel) > 20; }))
             << "the icon stands out";
 
-        xdotool(session, {u"mousemove"_qs, u"12"_qs, u"12"_qs, u"click"_qs, u"3"_qs});
+        xdotool(session, {u"mousemove"_s, u"12"_s, u"12"_s, u"click"_s, u"3"_s});
         ASSERT_TRUE(output.says("menu"));
         QThread::msleep(300);
         // Padding, header, rule: then the first capture's row.
-        xdotool(session, {u"mousemove"_qs, u"100"_qs, u"71"_qs});
+        xdotool(session, {u"mousemove"_s, u"100"_s, u"71"_s});
         const auto highlighted = pictureByOthers(session).pixelColor(300, 71);
         EXPECT_NEAR(highlighted.hue(), 249, 4) << "the row under the pointer is solid violet";
-        xdotool(session, {u"click"_qs, u"1"_qs});
+        xdotool(session, {u"click"_s, u"1"_s});
         EXPECT_TRUE(output.says("chosen area")) << output.all.toStdString();
     }
 }
@@ -99,10 +101,10 @@ TEST(StatusItem, ComesWhenAPanelDoesAndItsMenuTriggersActions)
 TEST(StatusItem, ServesAHostThatDrawsTheMenuItself)
 {
     DisplaySession session({.size = {800, 600}});
-    auto& item = startItem(session, {u"--failed"_qs});
+    auto& item = startItem(session, {u"--failed"_s});
     Output output(item);
     ASSERT_TRUE(output.says("missing"));
-    auto& host = session.start(u"/usr/bin/python3"_qs, {QStringLiteral(STATUS_HOST)});
+    auto& host = session.start(u"/usr/bin/python3"_s, {QStringLiteral(STATUS_HOST)});
     Output registered(host);
     ASSERT_TRUE(registered.says("ready"));
     ASSERT_TRUE(output.says("appeared"));
@@ -112,18 +114,18 @@ TEST(StatusItem, ServesAHostThatDrawsTheMenuItself)
     const auto service = QString::fromLatin1(
         registered.all.mid(registered.all.indexOf("item ") + 5).split('\n')[0].trimmed());
     const auto call = [&](const QString& method, const QStringList& arguments) {
-        return session.run(u"gdbus"_qs,
-            QStringList{u"call"_qs, u"--session"_qs, u"-d"_qs, service, u"-o"_qs, u"/MenuBar"_qs, u"-m"_qs,
-                u"com.canonical.dbusmenu."_qs + method}
+        return session.run(u"gdbus"_s,
+            QStringList{u"call"_s, u"--session"_s, u"-d"_s, service, u"-o"_s, u"/MenuBar"_s, u"-m"_s,
+                u"com.canonical.dbusmenu."_s + method}
                 + arguments);
     };
-    call(u"AboutToShow"_qs, {u"0"_qs});
-    const auto layout = QString::fromUtf8(call(u"GetLayout"_qs, {u"0"_qs, u"--"_qs, u"-1"_qs, u"[]"_qs}));
-    EXPECT_TRUE(layout.contains(u"El atajo está en uso por otra app."_qs)) << "tool tips do not get there";
-    EXPECT_TRUE(layout.contains(u"'shortcut': <[['Control', 'Shift', '1']]>"_qs)) << layout.toStdString();
-    const QRegularExpression row(u"\\((\\d+), \\{[^}]*'label': <'Capturar área'>"_qs);
+    call(u"AboutToShow"_s, {u"0"_s});
+    const auto layout = QString::fromUtf8(call(u"GetLayout"_s, {u"0"_s, u"--"_s, u"-1"_s, u"[]"_s}));
+    EXPECT_TRUE(layout.contains(u"El atajo está en uso por otra app."_s)) << "tool tips do not get there";
+    EXPECT_TRUE(layout.contains(u"'shortcut': <[['Control', 'Shift', '1']]>"_s)) << layout.toStdString();
+    const QRegularExpression row(u"\\((\\d+), \\{[^}]*'label': <'Capturar área'>"_s);
     const auto found = row.match(layout);
     ASSERT_TRUE(found.hasMatch()) << layout.toStdString();
-    call(u"Event"_qs, {found.captured(1), u"clicked"_qs, u"<0>"_qs, u"0"_qs});
+    call(u"Event"_s, {found.captured(1), u"clicked"_s, u"<0>"_s, u"0"_s});
     EXPECT_TRUE(output.says("chosen area"));
 }

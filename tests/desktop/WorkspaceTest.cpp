@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::test;
 
@@ -23,7 +25,7 @@ class Opener {
 public:
     Opener()
     {
-        QFile script(folder.filePath(u"xdg-open"_qs));
+        QFile script(folder.filePath(u"xdg-open"_s));
         script.open(QIODevice::WriteOnly);
         script.write("#!/bin/sh\nprintf '%s\\n' \"$1\" >> \"$(dirname \"$0\")/opened\"\n");
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -35,7 +37,7 @@ public:
 
     QByteArray takeOpened() const
     {
-        QFile file(folder.filePath(u"opened"_qs));
+        QFile file(folder.filePath(u"opened"_s));
         if (!file.open(QIODevice::ReadOnly))
             return {};
         const auto bytes = file.readAll();
@@ -57,12 +59,12 @@ private:
 class FileManager : public QDBusVirtualObject {
 public:
     FileManager()
-        : bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"file manager"_qs))
+        : bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"file manager"_s))
     {
-        bus.registerVirtualObject(u"/org/freedesktop/FileManager1"_qs, this);
-        bus.registerService(u"org.freedesktop.FileManager1"_qs);
+        bus.registerVirtualObject(u"/org/freedesktop/FileManager1"_s, this);
+        bus.registerService(u"org.freedesktop.FileManager1"_s);
     }
-    ~FileManager() override { QDBusConnection::disconnectFromBus(u"file manager"_qs); }
+    ~FileManager() override { QDBusConnection::disconnectFromBus(u"file manager"_s); }
 
     QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& from) override
@@ -81,8 +83,8 @@ private:
 
 TEST(Workspace, TheWindowThatWasActiveBeforeGetsTheFocusBackFromAnUnmanagedOne)
 {
-    const DemoWindow first(u"Primera"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
-    const DemoWindow second(u"Segunda"_qs, u"400x300+500+50"_qs, u"#2E9E6B"_qs);
+    const DemoWindow first(u"Primera"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
+    const DemoWindow second(u"Segunda"_s, u"400x300+500+50"_s, u"#2E9E6B"_s);
     ASSERT_TRUE(getsFocus(second));
     const auto workspace = makeWorkspace();
     const auto before = workspace->frontmostWindow();
@@ -117,7 +119,7 @@ TEST(Workspace, OwnWindowsAreNobodyElsesButMayBeActivated)
     }));
     EXPECT_FALSE(workspace->frontmostWindow());
 
-    const DemoWindow other(u"Otra"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
+    const DemoWindow other(u"Otra"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
     ASSERT_TRUE(getsFocus(other));
     workspace->activate({own.winId(), 0});
     EXPECT_TRUE(waitUntil([&] { return own.isActiveWindow(); }));
@@ -126,10 +128,10 @@ TEST(Workspace, OwnWindowsAreNobodyElsesButMayBeActivated)
 TEST(Workspace, AWindowThatHasGoneChangesNothing)
 {
     const auto workspace = makeWorkspace();
-    DemoWindow gone(u"Efímera"_qs, u"400x300+50+50"_qs, u"#3B6FE0"_qs);
+    DemoWindow gone(u"Efímera"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
     const WindowHandle handle{gone.id().toULongLong(), gone.processId()};
     gone.end();
-    const DemoWindow stays(u"Queda"_qs, u"400x300+500+50"_qs, u"#2E9E6B"_qs);
+    const DemoWindow stays(u"Queda"_s, u"400x300+500+50"_s, u"#2E9E6B"_s);
     ASSERT_TRUE(getsFocus(stays));
     workspace->activate(handle);
     workspace->activate({});
@@ -141,8 +143,8 @@ TEST(Workspace, AWindowThatHasGoneChangesNothing)
 TEST(Workspace, WithoutAWindowManagerTheFocusIsGivenDirectly)
 {
     DisplaySession session({.size = {800, 600}, .windowManager = false});
-    const DemoWindow first(u"Primera"_qs, u"300x200+10+10"_qs, u"#3B6FE0"_qs, session);
-    const DemoWindow second(u"Segunda"_qs, u"300x200+400+10"_qs, u"#2E9E6B"_qs, session);
+    const DemoWindow first(u"Primera"_s, u"300x200+10+10"_s, u"#3B6FE0"_s, session);
+    const DemoWindow second(u"Segunda"_s, u"300x200+400+10"_s, u"#2E9E6B"_s, session);
     X11Workspace workspace(session.display());
     for (const auto* window : {&first, &second, &first}) {
         workspace.activate({window->id().toULongLong(), 0});
@@ -159,20 +161,20 @@ TEST(Workspace, FoldersGoToThePersonsProgramAndAFileToTheirFileManagerWhereThere
     const auto workspace = makeWorkspace();
     Opener opener;
     qputenv("PATH", "/nonexistent");
-    EXPECT_FALSE(workspace->openFolder(u"/tmp"_qs)) << "nothing could show it";
+    EXPECT_FALSE(workspace->openFolder(u"/tmp"_s)) << "nothing could show it";
     opener.install();
-    EXPECT_TRUE(workspace->openFolder(u"/tmp/Mis capturas"_qs));
+    EXPECT_TRUE(workspace->openFolder(u"/tmp/Mis capturas"_s));
     EXPECT_TRUE(opener.opens("file:///tmp/Mis%20capturas"));
-    EXPECT_TRUE(workspace->openUrl(QUrl(u"https://example.org/a"_qs)));
+    EXPECT_TRUE(workspace->openUrl(QUrl(u"https://example.org/a"_s)));
     EXPECT_TRUE(opener.opens("https://example.org/a"));
     {
         FileManager manager;
-        workspace->revealFile(u"/tmp/año #1.png"_qs);
+        workspace->revealFile(u"/tmp/año #1.png"_s);
         EXPECT_TRUE(waitUntil([&] { return !manager.shown.isEmpty(); }));
-        EXPECT_EQ(manager.shown, QStringList{u"ShowItems file:///tmp/a%C3%B1o%20%231.png"_qs});
+        EXPECT_EQ(manager.shown, QStringList{u"ShowItems file:///tmp/a%C3%B1o%20%231.png"_s});
     }
     letPass(100);
     EXPECT_EQ(opener.takeOpened(), "") << "once is enough";
-    workspace->revealFile(u"/tmp/año #1.png"_qs);
+    workspace->revealFile(u"/tmp/año #1.png"_s);
     EXPECT_TRUE(opener.opens("file:///tmp"));
 }

@@ -1,6 +1,8 @@
 #include "CanvasStage.h"
 #include "model/Geometry.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -47,7 +49,7 @@ TEST_P(CanvasGestureTest, DraftsAreKeptFromThreePointsOn)
         EXPECT_EQ(marks().size(), kept) << int(tool) << " by " << by.x();
         EXPECT_EQ(model->undoCount(), kept);
         EXPECT_EQ(model->selectedID().has_value(), selected);
-        EXPECT_FALSE(view->debugState().contains(u"draft=true"_qs));
+        EXPECT_FALSE(view->debugState().contains(u"draft=true"_s));
     }
 }
 
@@ -146,7 +148,7 @@ TEST_P(CanvasGestureTest, HitSlackIsSixViewPointsAndHandlesReachTen)
     const auto arrow = placeArrow(at(100, 300), at(400, 300));
     for (const auto& [off, taken] : {std::pair(9.5, true), std::pair(10.5, false)}) {
         press(arrow.start - QPointF(viewPoints(off), 0));
-        EXPECT_EQ(view->debugState().contains(u"nodeDrag=start"_qs), taken) << off;
+        EXPECT_EQ(view->debugState().contains(u"nodeDrag=start"_s), taken) << off;
         release();
         model->setSelectedID(arrow.id);
     }
@@ -202,7 +204,7 @@ TEST_P(CanvasGestureTest, TextHandlesSetTheBoxesWidthAndPointer)
     const auto text = place({.kind = Kind::text,
         .start = at(200, 100),
         .filled = true,
-        .text = u"Una nota"_qs,
+        .text = u"Una nota"_s,
         .fontSize = 20 * pixelScale()});
     model->setTool(Tool::text);
     const auto bubble = text.textBubble();
@@ -315,7 +317,7 @@ TEST_P(CanvasGestureTest, HoverTellsThePictureColourUnderThePointer)
 {
     const auto hover = [&](QPointF document) { send(QEvent::MouseMove, view->viewPoint(document), {}, {}); };
     hover({200.5, 100.5});
-    EXPECT_EQ(view->hover().hex(), u"#C864AC"_qs);
+    EXPECT_EQ(view->hover().hex(), u"#C864AC"_s);
     // The toolkit gives a child whole points; the rest of them is in the window's.
     for (int x = 200; x < 210; ++x) {
         const auto inWindow = view->viewPoint({x + 0.5, 100.5});

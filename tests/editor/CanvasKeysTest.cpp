@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -32,10 +34,10 @@ TEST_F(CanvasKeysTest, LettersChooseToolsOnAnyLayout)
         EXPECT_EQ(model->tool(), row.value);
     }
     constexpr quint32 placeOfP = 33;
-    EXPECT_TRUE(key(0x417, {}, u"з"_qs, placeOfP)); // the same key of a Cyrillic keyboard
+    EXPECT_TRUE(key(0x417, {}, u"з"_s, placeOfP)); // the same key of a Cyrillic keyboard
     EXPECT_EQ(model->tool(), Tool::pen);
     EXPECT_FALSE(key(Qt::Key_A, Qt::ControlModifier)) << "commands are the window's";
-    EXPECT_FALSE(key(Qt::Key_Ntilde, {}, u"ñ"_qs));
+    EXPECT_FALSE(key(Qt::Key_Ntilde, {}, u"ñ"_s));
     EXPECT_EQ(model->tool(), Tool::pen);
 }
 
@@ -125,9 +127,9 @@ TEST_F(CanvasKeysTest, ShiftCCopiesTheHoveredColour)
 {
     send(QEvent::MouseMove, view->viewPoint({200.5, 100.5}), {}, {});
     model->setTool(Tool::pen);
-    key(Qt::Key_C, Qt::ShiftModifier, u"C"_qs);
-    EXPECT_EQ(QApplication::clipboard()->text(), u"#C864AC"_qs);
-    EXPECT_EQ(HUD::currentMessage(), u"Color #C864AC copiado"_qs);
+    key(Qt::Key_C, Qt::ShiftModifier, u"C"_s);
+    EXPECT_EQ(QApplication::clipboard()->text(), u"#C864AC"_s);
+    EXPECT_EQ(HUD::currentMessage(), u"Color #C864AC copiado"_s);
     EXPECT_EQ(model->tool(), Tool::pen);
     HUD::dismiss();
 }
@@ -135,14 +137,14 @@ TEST_F(CanvasKeysTest, ShiftCCopiesTheHoveredColour)
 TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
 {
     const QTemporaryDir folder;
-    const auto good = folder.filePath(u"foto.png"_qs);
-    const auto bad = folder.filePath(u"roto.png"_qs);
+    const auto good = folder.filePath(u"foto.png"_s);
+    const auto bad = folder.filePath(u"roto.png"_s);
     picture(40, 30).save(good);
     QFile(bad).open(QIODevice::WriteOnly);
 
     auto* copied = new QMimeData;
     copied->setUrls(
-        {QUrl(u"https://ejemplo.es/a.png"_qs), QUrl::fromLocalFile(bad), QUrl::fromLocalFile(good)});
+        {QUrl(u"https://ejemplo.es/a.png"_s), QUrl::fromLocalFile(bad), QUrl::fromLocalFile(good)});
     QApplication::clipboard()->setMimeData(copied);
     view->paste();
     ASSERT_TRUE(gesture::waitFor([&] { return marks().size() == 1; }));
@@ -150,7 +152,7 @@ TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
     expectNear(marks().first().rect().center(), view->visibleImageCenter());
     EXPECT_EQ(model->tool(), Tool::select);
 
-    QApplication::clipboard()->setText(u"solo texto"_qs);
+    QApplication::clipboard()->setText(u"solo texto"_s);
     view->paste();
     view->commitText();
     EXPECT_EQ(marks().size(), 1);
@@ -170,7 +172,7 @@ TEST_F(CanvasKeysTest, PastesAndTakesDropsOfFilesAndImageData)
     expectNear(marks().last().rect().center(), {300, 200}, 0.001);
 
     QMimeData text;
-    text.setText(u"nada"_qs);
+    text.setText(u"nada"_s);
     QDragEnterEvent refused(at.toPoint(), Qt::CopyAction, &text, Qt::LeftButton, {});
     refused.ignore();
     QApplication::sendEvent(view.get(), &refused);
@@ -204,5 +206,5 @@ TEST_F(CanvasKeysTest, CursorFollowsTheToolAndAssistiveTechnologyKnowsTheCanvas)
     auto* accessible = QAccessible::queryAccessibleInterface(view.get());
     ASSERT_TRUE(accessible);
     EXPECT_EQ(accessible->role(), QAccessible::Canvas);
-    EXPECT_EQ(accessible->text(QAccessible::Name), u"Lienzo de la captura"_qs);
+    EXPECT_EQ(accessible->text(QAccessible::Name), u"Lienzo de la captura"_s);
 }

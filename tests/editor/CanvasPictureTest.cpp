@@ -5,6 +5,8 @@
 
 #include <QRandomGenerator>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -20,7 +22,7 @@ Annotation randomMark(AnnotationKind kind, const QImage& picture, double scale, 
         .color = Palette::annotation()[random.bounded(8)].color,
         .lineWidth = (1 + random.bounded(8)) * scale,
         .filled = random.bounded(2) == 1,
-        .text = u"Ágil ¿qué?"_qs,
+        .text = u"Ágil ¿qué?"_s,
         .fontSize = (14 + random.bounded(20)) * scale,
         .blurStyle = BlurStyle(random.bounded(2)),
         .arrowStyle = ArrowStyle(random.bounded(5)),

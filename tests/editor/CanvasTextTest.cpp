@@ -6,6 +6,8 @@
 #include <QInputMethodEvent>
 #include <QMimeData>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -50,17 +52,17 @@ TEST_F(CanvasTextTest, ReturnKeepsWhatWasTypedAsOneStep)
 {
     click({100, 100});
     ASSERT_TRUE(field());
-    EXPECT_TRUE(view->debugState().endsWith(u"editing=true"_qs));
-    type(u"va"_qs); // letters of tools
-    compose({}, u"ñ"_qs);
+    EXPECT_TRUE(view->debugState().endsWith(u"editing=true"_s));
+    type(u"va"_s); // letters of tools
+    compose({}, u"ñ"_s);
     key(Qt::Key_Return, Qt::AltModifier);
-    type(u"2"_qs);
+    type(u"2"_s);
     EXPECT_EQ(model->undoCount(), 0);
     EXPECT_EQ(model->tool(), Tool::text);
     key(Qt::Key_Return);
     EXPECT_FALSE(field());
     ASSERT_EQ(marks().size(), 1);
-    EXPECT_EQ(marks().first().text, u"vañ\n2"_qs);
+    EXPECT_EQ(marks().first().text, u"vañ\n2"_s);
     EXPECT_EQ(marks().first().start, QPointF(100, 100));
     EXPECT_EQ(model->undoCount(), 1);
     EXPECT_FALSE(model->selectedID()) << "a plain text is not selected";
@@ -90,10 +92,10 @@ TEST_F(CanvasTextTest, NoWayOutLosesATextHalfTyped)
         QApplication::processEvents();
         click({100, 100});
         ASSERT_TRUE(field()) << name;
-        type(u"medio"_qs);
+        type(u"medio"_s);
         leave();
         ASSERT_EQ(marks().size(), 1) << name;
-        EXPECT_EQ(marks().first().text, u"medio"_qs) << name;
+        EXPECT_EQ(marks().first().text, u"medio"_s) << name;
         EXPECT_EQ(model->undoCount(), 1) << name;
     }
 }
@@ -101,7 +103,7 @@ TEST_F(CanvasTextTest, NoWayOutLosesATextHalfTyped)
 TEST_F(CanvasTextTest, OtherWindowsAndMenusLeaveTheFieldOpen)
 {
     click({100, 100});
-    type(u"a"_qs);
+    type(u"a"_s);
     for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason}) {
         QFocusEvent out(QEvent::FocusOut, reason);
         QApplication::sendEvent(field(), &out);
@@ -112,10 +114,10 @@ TEST_F(CanvasTextTest, OtherWindowsAndMenusLeaveTheFieldOpen)
 TEST_F(CanvasTextTest, SpacesAndEscapeLeaveNothing)
 {
     click({100, 100});
-    type(u"   "_qs);
+    type(u"   "_s);
     key(Qt::Key_Return);
     click({100, 100});
-    type(u"no"_qs);
+    type(u"no"_s);
     key(Qt::Key_Escape);
     EXPECT_FALSE(field());
     EXPECT_TRUE(marks().isEmpty());
@@ -124,19 +126,19 @@ TEST_F(CanvasTextTest, SpacesAndEscapeLeaveNothing)
 
 TEST_F(CanvasTextTest, EditingChangesRemovesOrLeavesTheMark)
 {
-    placeText(u"uno"_qs);
+    placeText(u"uno"_s);
     click({110, 115});
     ASSERT_TRUE(field());
-    EXPECT_EQ(field()->text(), u"uno"_qs);
+    EXPECT_EQ(field()->text(), u"uno"_s);
     key(Qt::Key_Return);
     EXPECT_EQ(newSteps(), 0) << "unchanged";
 
     model->setTool(Tool::select);
     doubleClick({110, 115});
     ASSERT_TRUE(field());
-    type(u"s"_qs);
+    type(u"s"_s);
     key(Qt::Key_Return);
-    EXPECT_EQ(marks().first().text, u"unos"_qs);
+    EXPECT_EQ(marks().first().text, u"unos"_s);
     EXPECT_EQ(newSteps(), 1);
 
     doubleClick({110, 115});
@@ -151,7 +153,7 @@ TEST_F(CanvasTextTest, CalloutsGetAPointerAreSelectedAndMoveByTheirBody)
 {
     model->setCalloutText(true);
     click({100, 100});
-    type(u"aviso"_qs);
+    type(u"aviso"_s);
     key(Qt::Key_Return);
     ASSERT_EQ(marks().size(), 1);
     EXPECT_EQ(model->selectedID(), marks().first().id);
@@ -167,13 +169,13 @@ TEST_F(CanvasTextTest, CalloutsGetAPointerAreSelectedAndMoveByTheirBody)
 TEST_F(CanvasTextTest, PastedTextLeavesItsLooksBehind)
 {
     auto* rich = new QMimeData;
-    rich->setHtml(u"<h1 style='color:blue'>Gran<b>de</b></h1>"_qs);
-    rich->setText(u"Grande"_qs);
+    rich->setHtml(u"<h1 style='color:blue'>Gran<b>de</b></h1>"_s);
+    rich->setText(u"Grande"_s);
     QApplication::clipboard()->setMimeData(rich);
     click({100, 100});
     const auto height = field()->height();
     key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(field()->text(), u"Grande"_qs);
+    EXPECT_EQ(field()->text(), u"Grande"_s);
     EXPECT_EQ(field()->height(), height);
 }
 
@@ -181,13 +183,13 @@ TEST_F(CanvasTextTest, PastedTextLeavesItsLooksBehind)
 // left, and a zoom at which no length is whole.
 TEST_F(CanvasTextTest, TheFieldShowsTheTextWhereItWillStand)
 {
-    for (const auto& text : {u"Ágil y señalado"_qs, u"dos\nlíneas, la segunda más larga"_qs,
-             u"שלום עולם\nabc"_qs, u"hola 🙂 qué tal"_qs, u"una nota que se parte en varias"_qs}) {
+    for (const auto& text : {u"Ágil y señalado"_s, u"dos\nlíneas, la segunda más larga"_s,
+             u"שלום עולם\nabc"_s, u"hola 🙂 qué tal"_s, u"una nota que se parte en varias"_s}) {
         open(1);
         model->setTool(Tool::select);
         const auto mark
             = placeText(text, true); // a bubble has no shadow of glyphs, which the field leaves out
-        if (text.startsWith(u"una"_qs))
+        if (text.startsWith(u"una"_s))
             model->updateWithoutUndo(mark.id, [](Annotation& boxed) { boxed.boxWidth = 130; });
         model->setSelectedID({});
         const auto finished = view->grab().toImage();
@@ -210,7 +212,7 @@ TEST_F(CanvasTextTest, TheCaretHasTheColourOfTheText)
 {
     open(1);
     model->setTool(Tool::select);
-    placeText(u"l"_qs, true);
+    placeText(u"l"_s, true);
     model->setSelectedID({});
     doubleClick(marks().first().textBubble().center());
     ASSERT_TRUE(field());
@@ -232,8 +234,7 @@ TEST_F(CanvasTextTest, TheCaretHasTheColourOfTheText)
 
 TEST_F(CanvasTextTest, TheFieldGrowsWithItsText)
 {
-    EXPECT_TRUE(
-        view->debugType({100, 100}, u"Una línea larga de texto\ny otra"_qs).endsWith(u"cabe=true"_qs));
+    EXPECT_TRUE(view->debugType({100, 100}, u"Una línea larga de texto\ny otra"_s).endsWith(u"cabe=true"_s));
     const auto frame = field()->geometry();
     const auto at = view->viewPoint({100, 100});
     EXPECT_EQ(frame.x(), std::floor(at.x() - 3));

@@ -5,6 +5,8 @@
 #include "editor/InfoText.h"
 #include "editor/PalettePositionMenu.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -27,16 +29,16 @@ TEST_F(ChromeBar, EachButtonHasItsSymbolHelpCommandAndPlace)
     model.add({});
     model.undo(); // one step to undo, one to redo
     const QList<Row> rows{
-        {u"arrow.uturn.backward"_qs, u"Deshacer (⌘Z)"_qs, {u"commitText"_qs, u"undo"_qs}},
-        {u"arrow.uturn.forward"_qs, u"Rehacer (⇧⌘Z)"_qs, {u"redo"_qs}},
-        {{}, u"Color bajo el cursor. ⇧C o clic para copiarlo"_qs, {u"copyHoverColor"_qs}},
-        {u"doc.on.doc"_qs, u"Copiar al portapapeles (⌘C)"_qs, {u"copy"_qs}},
-        {u"tray.and.arrow.down"_qs, u"Guardar en la carpeta de capturas (⇧⌘S)"_qs, {u"quickSave"_qs}},
-        {u"photo.badge.plus"_qs, u"Agregar imagen (⇧⌘I) · también puedes pegarla con ⌘V o arrastrarla"_qs,
-            {u"insertImage"_qs}},
-        {u"pin"_qs, u"Fijar en pantalla, siempre visible"_qs, {u"pin"_qs}},
-        {u"text.viewfinder"_qs, u"Copiar el texto de la imagen (OCR)"_qs, {u"extractText"_qs}},
-        {{}, u"Guardar PNG"_qs, {u"saveAs"_qs}},
+        {u"arrow.uturn.backward"_s, u"Deshacer (⌘Z)"_s, {u"commitText"_s, u"undo"_s}},
+        {u"arrow.uturn.forward"_s, u"Rehacer (⇧⌘Z)"_s, {u"redo"_s}},
+        {{}, u"Color bajo el cursor. ⇧C o clic para copiarlo"_s, {u"copyHoverColor"_s}},
+        {u"doc.on.doc"_s, u"Copiar al portapapeles (⌘C)"_s, {u"copy"_s}},
+        {u"tray.and.arrow.down"_s, u"Guardar en la carpeta de capturas (⇧⌘S)"_s, {u"quickSave"_s}},
+        {u"photo.badge.plus"_s, u"Agregar imagen (⇧⌘I) · también puedes pegarla con ⌘V o arrastrarla"_s,
+            {u"insertImage"_s}},
+        {u"pin"_s, u"Fijar en pantalla, siempre visible"_s, {u"pin"_s}},
+        {u"text.viewfinder"_s, u"Copiar el texto de la imagen (OCR)"_s, {u"extractText"_s}},
+        {{}, u"Guardar PNG"_s, {u"saveAs"_s}},
     };
     int right = 0;
     for (const auto& [symbol, help, log] : rows) {
@@ -52,24 +54,24 @@ TEST_F(ChromeBar, EachButtonHasItsSymbolHelpCommandAndPlace)
         EXPECT_GE(control->x(), right) << qPrintable(help);
         right = control->geometry().right();
     }
-    EXPECT_EQ(button(u"Guardar PNG"_qs)->toolTip(), KeyLabel::text(u"Guardar como… (⌘S)"_qs));
+    EXPECT_EQ(button(u"Guardar PNG"_s)->toolTip(), KeyLabel::text(u"Guardar como… (⌘S)"_s));
 }
 
 TEST_F(ChromeBar, HistoryIsOfferedOnlyWhenThereIsSome)
 {
     const auto offered = [this] {
-        return std::tuple(button(u"Deshacer (⌘Z)"_qs)->isEnabled(), button(u"Rehacer (⇧⌘Z)"_qs)->isEnabled(),
-            button(u"Borrar todas las anotaciones"_qs)->isEnabled());
+        return std::tuple(button(u"Deshacer (⌘Z)"_s)->isEnabled(), button(u"Rehacer (⇧⌘Z)"_s)->isEnabled(),
+            button(u"Borrar todas las anotaciones"_s)->isEnabled());
     };
     EXPECT_EQ(offered(), std::tuple(false, false, false));
-    click(u"Deshacer (⌘Z)"_qs);
+    click(u"Deshacer (⌘Z)"_s);
     EXPECT_TRUE(commands.log.isEmpty());
     select(Kind::arrow);
     EXPECT_EQ(offered(), std::tuple(true, false, true));
     model.undo();
     EXPECT_EQ(offered(), std::tuple(false, true, false));
     model.redo();
-    click(u"Borrar todas las anotaciones"_qs);
+    click(u"Borrar todas las anotaciones"_s);
     EXPECT_TRUE(model.doc().annotations.isEmpty());
     EXPECT_EQ(offered(), std::tuple(true, false, false));
 }
@@ -82,37 +84,37 @@ TEST_F(ChromeBar, InformationFollowsTheDocumentAndThePointer)
             found << text->value();
         return found;
     };
-    EXPECT_EQ(values().value(0), u"1180 × 700"_qs);
+    EXPECT_EQ(values().value(0), u"1180 × 700"_s);
     canvas.hover().setZoom(54);
     canvas.hover().setColor(QColor(0x0F, 0x8F, 0x83));
-    EXPECT_EQ(values().value(1), u"54\u00a0%"_qs);
+    EXPECT_EQ(values().value(1), u"54\u00a0%"_s);
     EXPECT_EQ(
-        button(u"Color bajo el cursor. ⇧C o clic para copiarlo"_qs)->accessibleDescription(), u"#0F8F83"_qs);
+        button(u"Color bajo el cursor. ⇧C o clic para copiarlo"_s)->accessibleDescription(), u"#0F8F83"_s);
     model.setTool(Tool::crop);
     model.setCropRect(QRectF(0, 0, 400, 300));
     model.applyCrop();
-    EXPECT_EQ(values().value(0), u"400 × 300"_qs);
+    EXPECT_EQ(values().value(0), u"400 × 300"_s);
 }
 
 TEST_F(ChromeBar, ToolsAreHiddenShownAndMoved)
 {
-    click(u"Ocultar herramientas (Tab)"_qs);
+    click(u"Ocultar herramientas (Tab)"_s);
     EXPECT_TRUE(model.toolbarHidden());
-    auto* toggle = qobject_cast<BarButton*>(button(u"Mostrar herramientas (Tab)"_qs));
+    auto* toggle = qobject_cast<BarButton*>(button(u"Mostrar herramientas (Tab)"_s));
     ASSERT_TRUE(toggle);
-    EXPECT_EQ(toggle->symbolName(), u"paintpalette"_qs);
+    EXPECT_EQ(toggle->symbolName(), u"paintpalette"_s);
     EXPECT_FALSE(toggle->isMarked());
     click(*toggle);
     EXPECT_FALSE(model.toolbarHidden());
-    EXPECT_EQ(toggle->symbolName(), u"paintpalette.fill"_qs);
+    EXPECT_EQ(toggle->symbolName(), u"paintpalette.fill"_s);
 
     PalettePositionMenu menu(model, &window);
     QStringList titles;
     for (const auto* action : menu.actions())
-        titles << action->text() + (action->isChecked() ? u" *"_qs : QString());
+        titles << action->text() + (action->isChecked() ? u" *"_s : QString());
     EXPECT_EQ(titles,
-        (QStringList{u"Posición de la paleta"_qs, u"Abajo *"_qs, u"Arriba"_qs, u"Izquierda"_qs, u"Derecha"_qs,
-            QString(), u"Ocultar herramientas"_qs}));
+        (QStringList{u"Posición de la paleta"_s, u"Abajo *"_s, u"Arriba"_s, u"Izquierda"_s, u"Derecha"_s,
+            QString(), u"Ocultar herramientas"_s}));
     menu.actions().at(3)->trigger();
     EXPECT_EQ(model.paletteEdge(), PaletteEdge::left);
     menu.actions().constLast()->trigger();
@@ -121,7 +123,7 @@ TEST_F(ChromeBar, ToolsAreHiddenShownAndMoved)
 
 TEST_F(ChromeBar, FramingOpensAndShowsThatItIsOn)
 {
-    const auto help = u"Embellecer: fondo con degradado, esquinas y sombra"_qs;
+    const auto help = u"Embellecer: fondo con degradado, esquinas y sombra"_s;
     EXPECT_FALSE(qobject_cast<BarButton*>(button(help))->isMarked());
     auto frame = model.beautify();
     frame.enabled = true;
@@ -144,11 +146,11 @@ TEST_F(ChromeBar, DraggingTheMarkTakesThePictureOut)
 {
     auto* mark = bar.findChild<BrandMarkView*>();
     ASSERT_TRUE(mark);
-    EXPECT_EQ(mark->toolTip(), u"Arrastra para llevarte la imagen"_qs);
+    EXPECT_EQ(mark->toolTip(), u"Arrastra para llevarte la imagen"_s);
     drag(*mark, {5, 5}, {mark->mapTo(&window, QPointF(7, 6))});
     EXPECT_TRUE(commands.log.isEmpty()) << "a click with an unsteady hand is no drag";
     drag(*mark, {5, 5}, {{60, 90}, {200, 300}});
-    EXPECT_EQ(commands.log, QStringList{u"dragOut"_qs});
+    EXPECT_EQ(commands.log, QStringList{u"dragOut"_s});
 }
 
 TEST_F(ChromeBar, HasRoomForItsContentsInTheSmallestWindow)

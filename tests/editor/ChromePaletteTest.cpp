@@ -6,6 +6,8 @@
 #include "editor/ToolButton.h"
 #include "model/Palette.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -13,16 +15,16 @@ namespace {
 struct ChromePalette : ChromeStage {
     QAbstractButton* grip()
     {
-        return button(u"Arrastra para mover la paleta (abajo, arriba o a los lados)"_qs);
+        return button(u"Arrastra para mover la paleta (abajo, arriba o a los lados)"_s);
     }
 
     /// What the palette offers besides tools, colours and widths.
     QStringList extras()
     {
         QStringList found;
-        for (const auto& name : {u"Relleno (F)"_qs, u"Letra manuscrita"_qs,
-                 u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_qs,
-                 u"Pixelar"_qs, u"Desenfocar"_qs})
+        for (const auto& name : {u"Relleno (F)"_s, u"Letra manuscrita"_s,
+                 u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_s, u"Pixelar"_s,
+                 u"Desenfocar"_s})
             if (button(name))
                 found << name.section(u':', 0, 0);
         return found;
@@ -52,7 +54,7 @@ TEST_F(ChromePalette, ToolsAreInOrderAndChosenByAClick)
             Tool::rectangle, Tool::ellipse, Tool::text, Tool::step, Tool::blur, Tool::crop}));
     int right = 0;
     for (const auto tool : order) {
-        const auto help = u"%1 (%2)"_qs.arg(title(tool), QChar(shortcut(tool)).toUpper());
+        const auto help = u"%1 (%2)"_s.arg(title(tool), QChar(shortcut(tool)).toUpper());
         click(help);
         EXPECT_EQ(model.tool(), tool);
         EXPECT_GE(button(help)->x(), right);
@@ -66,11 +68,11 @@ TEST_F(ChromePalette, AColourAndAWidthRestyleTheSelectedMarkInOneStep)
 {
     select(Kind::arrow);
     const auto before = *model.selected();
-    click(u"Grueso"_qs);
+    click(u"Grueso"_s);
     EXPECT_EQ(model.strokeWidth(), 7);
     EXPECT_EQ(model.selected()->lineWidth, 14) << "7 points at two pixels a point";
     EXPECT_EQ(model.undoCount(), 2);
-    click(u"Menta"_qs);
+    click(u"Menta"_s);
     EXPECT_EQ(model.color(), QColor(0x2B, 0xD6, 0x7B));
     EXPECT_EQ(model.selected()->color, QColor(0x2B, 0xD6, 0x7B));
     EXPECT_EQ(model.undoCount(), 3);
@@ -78,13 +80,13 @@ TEST_F(ChromePalette, AColourAndAWidthRestyleTheSelectedMarkInOneStep)
     model.undo();
     EXPECT_EQ(model.doc().annotations, QList{before});
 
-    for (const auto& [name, points] : {std::pair(u"Fino"_qs, 2.0), std::pair(u"Medio"_qs, 4.0)}) {
+    for (const auto& [name, points] : {std::pair(u"Fino"_s, 2.0), std::pair(u"Medio"_s, 4.0)}) {
         click(name);
         EXPECT_EQ(model.strokeWidth(), points);
         EXPECT_TRUE(button(name)->isChecked());
     }
     model.setStrokeWidth(4.5);
-    EXPECT_FALSE(button(u"Medio"_qs)->isChecked());
+    EXPECT_FALSE(button(u"Medio"_s)->isChecked());
     for (const auto& swatch : Palette::annotation()) {
         model.setColor(swatch.color);
         for (const auto* offered : tools.findChildren<SwatchButton*>())
@@ -96,22 +98,22 @@ TEST_F(ChromePalette, AColourAndAWidthRestyleTheSelectedMarkInOneStep)
 TEST_F(ChromePalette, ExtrasAreThoseOfTheToolAndMoveNothing)
 {
     const QMap<Tool, QStringList> expected{
-        {Tool::rectangle, {u"Relleno (F)"_qs}},
-        {Tool::ellipse, {u"Relleno (F)"_qs}},
-        {Tool::text, {u"Relleno (F)"_qs, u"Letra manuscrita"_qs, u"Llamada"_qs}},
-        {Tool::blur, {u"Pixelar"_qs, u"Desenfocar"_qs}},
+        {Tool::rectangle, {u"Relleno (F)"_s}},
+        {Tool::ellipse, {u"Relleno (F)"_s}},
+        {Tool::text, {u"Relleno (F)"_s, u"Letra manuscrita"_s, u"Llamada"_s}},
+        {Tool::blur, {u"Pixelar"_s, u"Desenfocar"_s}},
     };
     const auto size = tools.sizeHint();
-    const auto crop = button(u"Recortar (C)"_qs)->geometry();
+    const auto crop = button(u"Recortar (C)"_s)->geometry();
     for (const auto& row : toolTable) {
         model.setTool(row.value);
         EXPECT_EQ(extras(), expected.value(row.value)) << qPrintable(title(row.value));
         EXPECT_EQ(tools.sizeHint(), size);
-        EXPECT_EQ(button(u"Recortar (C)"_qs)->geometry(), crop);
+        EXPECT_EQ(button(u"Recortar (C)"_s)->geometry(), crop);
     }
     model.setTool(Tool::select);
     select(Kind::text);
-    EXPECT_EQ(extras(), (QStringList{u"Letra manuscrita"_qs, u"Llamada"_qs}));
+    EXPECT_EQ(extras(), (QStringList{u"Letra manuscrita"_s, u"Llamada"_s}));
     model.deleteSelected();
     EXPECT_EQ(extras(), QStringList());
 }
@@ -119,32 +121,32 @@ TEST_F(ChromePalette, ExtrasAreThoseOfTheToolAndMoveNothing)
 TEST_F(ChromePalette, ExtrasChangeTheDefaultAndTheMarksTheyMean)
 {
     model.setTool(Tool::rectangle);
-    click(u"Relleno (F)"_qs);
+    click(u"Relleno (F)"_s);
     EXPECT_TRUE(model.filled());
     EXPECT_EQ(model.undoCount(), 0);
-    click(u"Relleno (F)"_qs);
+    click(u"Relleno (F)"_s);
     EXPECT_FALSE(model.filled());
 
     model.setTool(Tool::text);
     model.setHandwritten(false);
     model.setCalloutText(false);
     select(Kind::text);
-    click(u"Letra manuscrita"_qs);
+    click(u"Letra manuscrita"_s);
     EXPECT_TRUE(model.handwritten() && model.selected()->handwritten);
-    click(u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_qs);
+    click(u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_s);
     EXPECT_TRUE(model.calloutText() && model.selected()->filled && model.selected()->pointer);
     EXPECT_EQ(model.undoCount(), 3);
-    click(u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_qs);
+    click(u"Llamada: texto en un bocadillo con puntero. Arrastra el nodo para apuntar"_s);
     EXPECT_FALSE(model.selected()->filled || model.selected()->pointer);
 
     select(Kind::arrow); // stays selected with the text tool, but has no letters
     const auto steps = model.undoCount();
-    click(u"Letra manuscrita"_qs);
+    click(u"Letra manuscrita"_s);
     EXPECT_EQ(model.undoCount(), steps);
 
     model.setTool(Tool::blur);
     select(Kind::blur);
-    click(u"Desenfocar"_qs);
+    click(u"Desenfocar"_s);
     EXPECT_EQ(model.blurStyle(), BlurStyle::blur);
     EXPECT_EQ(model.selected()->blurStyle, BlurStyle::blur);
 }
@@ -152,16 +154,16 @@ TEST_F(ChromePalette, ExtrasChangeTheDefaultAndTheMarksTheyMean)
 TEST_F(ChromePalette, ACropRectangleBringsItsTwoButtons)
 {
     model.setTool(Tool::crop);
-    EXPECT_FALSE(button(u"Cancelar"_qs));
+    EXPECT_FALSE(button(u"Cancelar"_s));
     model.setCropRect(QRectF(100, 100, 300, 200));
-    EXPECT_FALSE(button(u"Menta"_qs) || button(u"Fino"_qs));
-    click(u"Cancelar"_qs);
+    EXPECT_FALSE(button(u"Menta"_s) || button(u"Fino"_s));
+    click(u"Cancelar"_s);
     EXPECT_FALSE(model.cropRect());
     EXPECT_EQ(model.doc().image.width(), 1180);
     model.setCropRect(QRectF(100, 100, 300, 200));
-    click(u"Recortar"_qs);
+    click(u"Recortar"_s);
     EXPECT_EQ(model.doc().image.size(), QSize(300, 200));
-    EXPECT_TRUE(button(u"Menta"_qs));
+    EXPECT_TRUE(button(u"Menta"_s));
 }
 
 TEST_F(ChromePalette, NothingOverlapsOrIsCutOnAnyEdgeAndWidth)
@@ -185,7 +187,7 @@ TEST_F(ChromePalette, NothingOverlapsOrIsCutOnAnyEdgeAndWidth)
                             || !place.adjusted(1, 1, -1, -1)
                                     .intersects(
                                         QRect(b->mapTo(&tools, QPoint()), b->size()).adjusted(1, 1, -1, -1)))
-                            << qPrintable(a->accessibleName() + u" / "_qs + b->accessibleName());
+                            << qPrintable(a->accessibleName() + u" / "_s + b->accessibleName());
                 }
             }
             model.setTool(Tool::crop);

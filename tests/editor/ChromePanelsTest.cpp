@@ -9,6 +9,8 @@
 #include "editor/KeyboardGroup.h"
 #include "editor/WedgeSlider.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -42,9 +44,9 @@ TEST_F(ChromePanels, ArrowStylesAreInOrderAndRestyleInOneStep)
         for (const auto* icon : options.findChildren<ArrowStyleIcon*>())
             EXPECT_EQ(icon->isMarked(), icon->style() == row.value);
     }
-    click(u"Cerrar opciones de flecha"_qs);
+    click(u"Cerrar opciones de flecha"_s);
     EXPECT_FALSE(model.showArrowOptions());
-    EXPECT_TRUE(button(u"Color de la flecha"_qs));
+    EXPECT_TRUE(button(u"Color de la flecha"_s));
 }
 
 TEST_F(ChromePanels, DraggingTheWedgeIsOneUndoStep)
@@ -85,28 +87,28 @@ TEST_F(ChromePanels, ColoursAreChosenBySwatchAndByText)
     ColorChooser chooser(model, [&] { ++dismissed; });
     chooser.show();
     auto& field = *chooser.findChild<TextField*>();
-    EXPECT_EQ(field.placeholderText(), u"#RRGGBB"_qs);
+    EXPECT_EQ(field.placeholderText(), u"#RRGGBB"_s);
     select(Kind::rectangle);
-    click(*named(chooser, u"Cielo"_qs));
+    click(*named(chooser, u"Cielo"_s));
     EXPECT_EQ(model.selected()->color, QColor(0x3A, 0x86, 0xFF));
-    EXPECT_EQ(field.text(), u"#3A86FF"_qs);
-    click(*named(chooser, u"Gris"_qs));
+    EXPECT_EQ(field.text(), u"#3A86FF"_s);
+    click(*named(chooser, u"Gris"_s));
     EXPECT_EQ(model.color(), QColor(0x14, 0x14, 0x14));
     EXPECT_EQ(model.undoCount(), 3);
 
-    field.setText(u"#12345"_qs);
+    field.setText(u"#12345"_s);
     press(field, Qt::Key_Return);
     EXPECT_EQ(model.color(), QColor(0x14, 0x14, 0x14));
     EXPECT_TRUE(field.isWrong());
-    field.setText(u" 2bd67b"_qs);
+    field.setText(u" 2bd67b"_s);
     press(field, Qt::Key_Return);
     EXPECT_EQ(model.color(), QColor(0x2B, 0xD6, 0x7B));
     EXPECT_EQ(model.selected()->color, QColor(0x2B, 0xD6, 0x7B));
     EXPECT_FALSE(field.isWrong());
-    EXPECT_TRUE(named(chooser, u"Menta"_qs)->isChecked());
+    EXPECT_TRUE(named(chooser, u"Menta"_s)->isChecked());
     model.setColor(Qt::red);
-    EXPECT_EQ(field.text(), u"#FF0000"_qs);
-    EXPECT_TRUE(named(chooser, u"Otro color"_qs));
+    EXPECT_EQ(field.text(), u"#FF0000"_s);
+    EXPECT_TRUE(named(chooser, u"Otro color"_s));
     EXPECT_EQ(dismissed, 0);
 }
 
@@ -114,19 +116,19 @@ TEST_F(ChromePanels, FramingFollowsItsControlsAndTheModel)
 {
     BeautifyPanel panel(model);
     panel.show();
-    EXPECT_FALSE(named(panel, u"Océano"_qs)->isEnabled());
-    click(*named(panel, u"Embellecer captura"_qs));
+    EXPECT_FALSE(named(panel, u"Océano"_s)->isEnabled());
+    click(*named(panel, u"Embellecer captura"_s));
     EXPECT_TRUE(model.beautify().enabled);
-    ASSERT_TRUE(named(panel, u"Océano"_qs)->isEnabled());
+    ASSERT_TRUE(named(panel, u"Océano"_s)->isEnabled());
 
-    click(*named(panel, u"Papel"_qs));
+    click(*named(panel, u"Papel"_s));
     EXPECT_EQ(model.beautify().gradient, 9);
     EXPECT_EQ(settings.lastGradient(), 9);
-    click(*named(panel, u"Sin fondo (transparente)"_qs));
+    click(*named(panel, u"Sin fondo (transparente)"_s));
     EXPECT_LT(model.beautify().gradient, 0);
     EXPECT_LT(settings.lastGradient(), 0);
-    EXPECT_TRUE(named(panel, u"Sin fondo (transparente)"_qs)->isChecked());
-    EXPECT_FALSE(named(panel, u"Papel"_qs)->isChecked());
+    EXPECT_TRUE(named(panel, u"Sin fondo (transparente)"_s)->isChecked());
+    EXPECT_FALSE(named(panel, u"Papel"_s)->isChecked());
 
     const auto sliders = panel.findChildren<Slider*>();
     ASSERT_EQ(sliders.size(), 2);
@@ -135,9 +137,9 @@ TEST_F(ChromePanels, FramingFollowsItsControlsAndTheModel)
     sliders[1]->setValue(0);
     EXPECT_EQ(model.beautify().padding, 80);
     EXPECT_EQ(model.beautify().cornerRadius, 0);
-    click(*named(panel, u"Sombra suave"_qs));
-    click(*named(panel, u"Borde de luz"_qs));
-    click(*named(panel, u"Embellecer siempre las capturas nuevas"_qs));
+    click(*named(panel, u"Sombra suave"_s));
+    click(*named(panel, u"Borde de luz"_s));
+    click(*named(panel, u"Embellecer siempre las capturas nuevas"_s));
     EXPECT_FALSE(model.beautify().shadow || model.beautify().border);
     EXPECT_TRUE(settings.beautifyByDefault());
 
@@ -147,14 +149,14 @@ TEST_F(ChromePanels, FramingFollowsItsControlsAndTheModel)
     model.setBeautify(frame);
     EXPECT_EQ(model.beautify().padding, 33.4) << "showing a value must not round it";
     EXPECT_EQ(sliders[0]->value(), 33);
-    EXPECT_TRUE(named(panel, u"Sombra suave"_qs)->isChecked());
+    EXPECT_TRUE(named(panel, u"Sombra suave"_s)->isChecked());
     EXPECT_EQ(model.undoCount(), 0);
 }
 
 // A panel that outlived its window would show, and change, a capture that is gone.
 TEST_F(ChromePanels, APopoverGoesWithItsWindow)
 {
-    for (const auto& help : {u"Embellecer: fondo con degradado, esquinas y sombra"_qs, u"Más colores"_qs}) {
+    for (const auto& help : {u"Embellecer: fondo con degradado, esquinas y sombra"_s, u"Más colores"_s}) {
         click(help);
         const QPointer<QWidget> popover = QApplication::activePopupWidget();
         ASSERT_TRUE(popover) << qPrintable(help);
@@ -169,8 +171,7 @@ TEST_F(ChromePanels, APopoverGoesWithItsWindow)
 TEST_F(ChromePanels, ClicksLeaveTheFocusWithTheCanvas)
 {
     ASSERT_TRUE(canvas.hasFocus());
-    for (const auto& help :
-        {u"Menta"_qs, u"Texto (T)"_qs, u"Copiar al portapapeles (⌘C)"_qs, u"Rellena"_qs}) {
+    for (const auto& help : {u"Menta"_s, u"Texto (T)"_s, u"Copiar al portapapeles (⌘C)"_s, u"Rellena"_s}) {
         click(help);
         EXPECT_TRUE(canvas.hasFocus()) << qPrintable(help);
     }
@@ -182,10 +183,10 @@ TEST_F(ChromePanels, TheKeyboardReachesEveryGroupAndControl)
 {
     const auto group = [this] {
         const auto* focused = window.focusWidget();
-        return bar.isAncestorOf(focused)    ? u"bar"_qs
-            : tools.isAncestorOf(focused)   ? u"palette"_qs
-            : options.isAncestorOf(focused) ? u"options"_qs
-                                            : u"canvas"_qs;
+        return bar.isAncestorOf(focused)    ? u"bar"_s
+            : tools.isAncestorOf(focused)   ? u"palette"_s
+            : options.isAncestorOf(focused) ? u"options"_s
+                                            : u"canvas"_s;
     };
     const auto round = [&](bool forward) {
         QStringList seen;
@@ -195,11 +196,11 @@ TEST_F(ChromePanels, TheKeyboardReachesEveryGroupAndControl)
         }
         return seen.join(u' ');
     };
-    EXPECT_EQ(round(true), u"bar palette options canvas"_qs);
-    EXPECT_EQ(round(false), u"options palette bar canvas"_qs);
+    EXPECT_EQ(round(true), u"bar palette options canvas"_s);
+    EXPECT_EQ(round(false), u"options palette bar canvas"_s);
     options.hide();
     KeyboardGroup::walk(window, false);
-    EXPECT_EQ(group(), u"palette"_qs);
+    EXPECT_EQ(group(), u"palette"_s);
 
     // From the grip through the whole row, and back to where the group was left.
     QStringList reached;
@@ -209,15 +210,15 @@ TEST_F(ChromePanels, TheKeyboardReachesEveryGroupAndControl)
         reached << last->accessibleName();
         press(*window.focusWidget(), Qt::Key_Right);
     }
-    EXPECT_EQ(reached.value(4), u"Seleccionar y mover (V)"_qs);
-    EXPECT_EQ(reached.constLast(), u"Grueso"_qs);
+    EXPECT_EQ(reached.value(4), u"Seleccionar y mover (V)"_s);
+    EXPECT_EQ(reached.constLast(), u"Grueso"_s);
     press(*window.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(model.strokeWidth(), 7);
     press(*window.focusWidget(), Qt::Key_Escape);
-    EXPECT_EQ(group(), u"canvas"_qs);
+    EXPECT_EQ(group(), u"canvas"_s);
     KeyboardGroup::walk(window, true);
     KeyboardGroup::walk(window, true);
-    EXPECT_EQ(window.focusWidget()->accessibleName(), u"Grueso"_qs);
+    EXPECT_EQ(window.focusWidget()->accessibleName(), u"Grueso"_s);
 }
 
 TEST_F(ChromePanels, EveryControlTellsItsName)

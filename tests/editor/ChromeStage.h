@@ -21,17 +21,17 @@ struct ChromeStage : testing::Test {
 
     struct Commands : pintalux::EditorCommands {
         QStringList log;
-        void commitText() override { log << u"commitText"_qs; }
-        void undo() override { log << u"undo"_qs; }
-        void redo() override { log << u"redo"_qs; }
-        void copy() override { log << u"copy"_qs; }
-        void saveAs() override { log << u"saveAs"_qs; }
-        void quickSave() override { log << u"quickSave"_qs; }
-        void insertImage() override { log << u"insertImage"_qs; }
-        void pin() override { log << u"pin"_qs; }
-        void extractText() override { log << u"extractText"_qs; }
-        void copyHoverColor() override { log << u"copyHoverColor"_qs; }
-        void dragOut(QWidget&) override { log << u"dragOut"_qs; }
+        void commitText() override { log << QStringLiteral("commitText"); }
+        void undo() override { log << QStringLiteral("undo"); }
+        void redo() override { log << QStringLiteral("redo"); }
+        void copy() override { log << QStringLiteral("copy"); }
+        void saveAs() override { log << QStringLiteral("saveAs"); }
+        void quickSave() override { log << QStringLiteral("quickSave"); }
+        void insertImage() override { log << QStringLiteral("insertImage"); }
+        void pin() override { log << QStringLiteral("pin"); }
+        void extractText() override { log << QStringLiteral("extractText"); }
+        void copyHoverColor() override { log << QStringLiteral("copyHoverColor"); }
+        void dragOut(QWidget&) override { log << QStringLiteral("dragOut"); }
     };
 
     ChromeStage()
@@ -69,7 +69,8 @@ struct ChromeStage : testing::Test {
     /// A selected mark.
     void select(Kind kind)
     {
-        const Annotation mark{.kind = kind, .start = {10, 10}, .end = {90, 60}, .text = u"Hola"_qs};
+        const Annotation mark{
+            .kind = kind, .start = {10, 10}, .end = {90, 60}, .text = QStringLiteral("Hola")};
         model.add(mark);
         model.setSelectedID(mark.id);
     }

@@ -2,6 +2,8 @@
 
 #include "platform/UserDefaults.h"
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using Field = EditorModel::Field;
 
@@ -24,7 +26,7 @@ struct EditorModelTest : testing::Test {
 
     UserDefaults store = UserDefaults::inMemory();
     Settings settings{store};
-    EditorModel model{{picture(), 2, u"nombre"_qs}, settings};
+    EditorModel model{{picture(), 2, u"nombre"_s}, settings};
 };
 
 } // namespace

@@ -23,6 +23,8 @@
 #include <QMouseEvent>
 #include <QThreadPool>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -39,9 +41,9 @@ protected:
     EditorWindowTest()
     {
         qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
-        settings.setSaveFolder(folder.filePath(u"capturas"_qs));
+        settings.setSaveFolder(folder.filePath(u"capturas"_s));
         settings.setAutoCopy(true);
-        QGuiApplication::clipboard()->setText(u"antes"_qs);
+        QGuiApplication::clipboard()->setText(u"antes"_s);
         HUD::dismiss();
     }
 
@@ -49,7 +51,7 @@ protected:
 
     static bool isImageCopied()
     {
-        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_qs);
+        return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_s);
     }
 
     /// The message on screen, now or in a moment.
@@ -74,7 +76,7 @@ protected:
     QTemporaryDir runtime;
     UserDefaults store = UserDefaults::inMemory();
     Settings settings{store};
-    EditorWindowController editor{{picture(), 2, u"Informe"_qs}, settings};
+    EditorWindowController editor{{picture(), 2, u"Informe"_s}, settings};
 };
 
 } // namespace
@@ -169,7 +171,7 @@ TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
     editor.quickSave();
     EXPECT_TRUE(isFailure(told()));
     HUD::dismiss();
-    saveAs(disk.path() + u"/x.png"_qs);
+    saveAs(disk.path() + u"/x.png"_s);
     EXPECT_TRUE(isFailure(told()));
 }
 
@@ -183,18 +185,18 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
     EXPECT_TRUE(QFileInfo(dialog->selectedFiles().value(0)).fileName().startsWith(u"Pintalux Informe 2"));
     delete dialog;
 
-    saveAs(captures.filePath(u"a las 14.07"_qs));
+    saveAs(captures.filePath(u"a las 14.07"_s));
     EXPECT_EQ(told(), u"Guardado como a las 14.07.png");
-    EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_qs)).isNull());
+    EXPECT_FALSE(QImage(captures.filePath(u"a las 14.07.png"_s)).isNull());
 
     HUD::dismiss();
-    saveAs(captures.filePath(u"Acta \"final\" de 15\".png"_qs));
+    saveAs(captures.filePath(u"Acta \"final\" de 15\".png"_s));
     EXPECT_EQ(told(), u"Guardado como Acta \"final\" de 15\".png");
-    EXPECT_TRUE(captures.exists(u"Acta \"final\" de 15\".png"_qs));
+    EXPECT_TRUE(captures.exists(u"Acta \"final\" de 15\".png"_s));
 
-    for (const auto& name : {u"b"_qs, u"la \"b\".png"_qs}) {
+    for (const auto& name : {u"b"_s, u"la \"b\".png"_s}) {
         HUD::dismiss();
-        const auto path = captures.filePath(name.endsWith(u".png") ? name : name + u".png"_qs);
+        const auto path = captures.filePath(name.endsWith(u".png") ? name : name + u".png"_s);
         stage::put(path, "valioso");
         saveAs(captures.filePath(name));
         auto* question = editor.window().findChild<QMessageBox*>();
@@ -209,12 +211,12 @@ TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
 
 TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)
 {
-    const auto path = folder.filePath(u"doble.png"_qs);
+    const auto path = folder.filePath(u"doble.png"_s);
     auto fine = picture(40, 20);
     fine.setDotsPerMeterX(5669);
     fine.setDotsPerMeterY(5669);
     ASSERT_TRUE(QImageWriter(path).write(fine));
-    const auto broken = folder.filePath(u"roto.png"_qs);
+    const auto broken = folder.filePath(u"roto.png"_s);
     stage::put(broken, "no");
     const auto center = editor.canvas().visibleImageCenter();
     editor.insertFiles({path, broken, path, path});
@@ -230,9 +232,9 @@ TEST_F(EditorWindowTest, InsertedFilesCascadeAndWhatIsNoPictureIsSkipped)
 TEST_F(EditorWindowTest, APictureDraggedOutIsAFileOnlyOnceSomebodyAsks)
 {
     edit();
-    const DraggedPicture dragged(editor.model().renderFinal(), 2, u"Informe"_qs);
-    const QDir temporary(runtime.filePath(u"Pintalux"_qs));
-    EXPECT_TRUE(dragged.hasImage() || dragged.hasFormat(u"image/png"_qs));
+    const DraggedPicture dragged(editor.model().renderFinal(), 2, u"Informe"_s);
+    const QDir temporary(runtime.filePath(u"Pintalux"_s));
+    EXPECT_TRUE(dragged.hasImage() || dragged.hasFormat(u"image/png"_s));
     EXPECT_TRUE(dragged.hasUrls());
     EXPECT_LE(dragged.thumbnail(2).deviceIndependentSize().width(), 200);
     EXPECT_FALSE(temporary.exists());
@@ -240,7 +242,7 @@ TEST_F(EditorWindowTest, APictureDraggedOutIsAFileOnlyOnceSomebodyAsks)
     ASSERT_EQ(addresses.size(), 1);
     const auto path = addresses[0].toLocalFile();
     EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"Pintalux Informe 2"));
-    EXPECT_EQ(stage::contents(path), dragged.data(u"image/png"_qs));
+    EXPECT_EQ(stage::contents(path), dragged.data(u"image/png"_s));
     EXPECT_EQ(QImage(path).size(), QSize(400, 200));
 }
 
@@ -293,9 +295,9 @@ TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirComm
     undo->trigger();
     EXPECT_EQ(editor.model().undoCount(), 0);
     EXPECT_EQ(editor.model().redoCount(), 1);
-    editor.runMenuAction(u"editorRedo"_qs);
+    editor.runMenuAction(u"editorRedo"_s);
     EXPECT_EQ(editor.model().undoCount(), 1);
-    editor.runMenuAction(u"copy"_qs);
+    editor.runMenuAction(u"copy"_s);
     EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
     EXPECT_TRUE(isImageCopied());
 }

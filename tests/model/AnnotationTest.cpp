@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -79,7 +81,7 @@ TEST(AnnotationPointer, TooCloseATipIsKeptButDoesNotShow)
     step.pointer = {step.stepRadius() * 1.21, 0};
     EXPECT_TRUE(step.hasPointer());
 
-    auto bubble = text(u"hola"_qs, true);
+    auto bubble = text(u"hola"_s, true);
     const auto box = bubble.textBubble();
     bubble.pointer = {box.center().x(), box.bottom() + 0.29 * 32};
     EXPECT_FALSE(bubble.hasPointer());
@@ -91,13 +93,13 @@ TEST(AnnotationPointer, TooCloseATipIsKeptButDoesNotShow)
 
 TEST(AnnotationText, EmptyTextIsOneLineHigh)
 {
-    EXPECT_EQ(text(u""_qs).textSize().height(), text(u"Áy"_qs).textSize().height());
-    EXPECT_GT(text(u"a\nb"_qs).textSize().height(), 1.9 * text(u"a"_qs).textSize().height() - 1);
+    EXPECT_EQ(text(u""_s).textSize().height(), text(u"Áy"_s).textSize().height());
+    EXPECT_GT(text(u"a\nb"_s).textSize().height(), 1.9 * text(u"a"_s).textSize().height() - 1);
 }
 
 TEST(AnnotationText, BoxWidthWrapsAndNeverGoesBelowTheFontSize)
 {
-    auto bubble = text(u"una frase que no cabe en una sola línea"_qs, true);
+    auto bubble = text(u"una frase que no cabe en una sola línea"_s, true);
     const auto oneLine = bubble.textSize();
     bubble.boxWidth = oneLine.width() / 2;
     EXPECT_DOUBLE_EQ(bubble.textSize().width(), oneLine.width() / 2 - 2 * 0.62 * 32);
@@ -109,11 +111,11 @@ TEST(AnnotationText, BoxWidthWrapsAndNeverGoesBelowTheFontSize)
 
 TEST(AnnotationText, BubbleSurroundsTheTextByItsPadding)
 {
-    const auto bubble = text(u"hola"_qs, true);
+    const auto bubble = text(u"hola"_s, true);
     const auto size = bubble.textSize();
     EXPECT_EQ(bubble.textBubble(),
         QRectF(100 - 0.62 * 32, 100 - 0.3 * 32, size.width() + 1.24 * 32, size.height() + 0.6 * 32));
-    EXPECT_EQ(text(u"hola"_qs).textBubble().topLeft(), QPointF(100, 100));
+    EXPECT_EQ(text(u"hola"_s).textBubble().topLeft(), QPointF(100, 100));
 }
 
 TEST(AnnotationHitTest, DecidesByKind)

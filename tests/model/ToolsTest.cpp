@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -48,11 +50,10 @@ TEST(Color, HexTextIsReadInAllItsFormsAndRefusedInOthers)
         QString text;
         QString hex; // empty: refused
     };
-    for (const auto& row : {Row{u"#1F2328"_qs, u"#1F2328"_qs}, Row{u"1f2328"_qs, u"#1F2328"_qs},
-             Row{u"  #ffFFff\n"_qs, u"#FFFFFF"_qs}, Row{u"#12345"_qs, QString()},
-             Row{u"#1234567"_qs, QString()}, Row{u"##12345"_qs, QString()}, Row{u"#12 456"_qs, QString()},
-             Row{u"+12345"_qs, QString()}, Row{u"#GG0000"_qs, QString()}, Row{u""_qs, QString()},
-             Row{u"0x1234"_qs, QString()}}) {
+    for (const auto& row : {Row{u"#1F2328"_s, u"#1F2328"_s}, Row{u"1f2328"_s, u"#1F2328"_s},
+             Row{u"  #ffFFff\n"_s, u"#FFFFFF"_s}, Row{u"#12345"_s, QString()}, Row{u"#1234567"_s, QString()},
+             Row{u"##12345"_s, QString()}, Row{u"#12 456"_s, QString()}, Row{u"+12345"_s, QString()},
+             Row{u"#GG0000"_s, QString()}, Row{u""_s, QString()}, Row{u"0x1234"_s, QString()}}) {
         const auto color = colorFromHex(row.text);
         ASSERT_EQ(color.has_value(), !row.hex.isEmpty()) << row.text.toStdString();
         if (color) {

@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -19,7 +21,7 @@ TEST(Files, EachWayToTakeAFreeNameMovesTheFileAndNeverReplacesOne)
 {
     for (const auto how : {FreeNameMove::rename, FreeNameMove::link, FreeNameMove::reserve}) {
         const QTemporaryDir folder;
-        const auto from = folder.filePath(u"new"_qs), to = folder.filePath(u"name"_qs);
+        const auto from = folder.filePath(u"new"_s), to = folder.filePath(u"name"_s);
         stage::put(from, "new");
         stage::put(to, "old");
         EXPECT_EQ(moveToFreeName(how, from, to), EEXIST) << int(how);
@@ -29,30 +31,30 @@ TEST(Files, EachWayToTakeAFreeNameMovesTheFileAndNeverReplacesOne)
         QFile::remove(to);
         EXPECT_EQ(moveToFreeName(how, from, to), 0) << int(how);
         EXPECT_EQ(stage::contents(to), "new") << int(how);
-        EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_qs}) << int(how);
+        EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_s}) << int(how);
 
-        EXPECT_EQ(moveToFreeName(how, from, folder.filePath(u"other"_qs)), ENOENT) << int(how);
-        EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_qs}) << int(how);
+        EXPECT_EQ(moveToFreeName(how, from, folder.filePath(u"other"_s)), ENOENT) << int(how);
+        EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_s}) << int(how);
     }
 }
 
 TEST(Files, ADanglingLinkCountsAsATakenName)
 {
     const QTemporaryDir folder;
-    QFile::link(folder.filePath(u"nowhere"_qs), folder.filePath(u"name"_qs));
-    EXPECT_FALSE(writeNewFile(folder.filePath(u"name"_qs), "bytes"));
-    EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_qs});
+    QFile::link(folder.filePath(u"nowhere"_s), folder.filePath(u"name"_s));
+    EXPECT_FALSE(writeNewFile(folder.filePath(u"name"_s), "bytes"));
+    EXPECT_EQ(everythingIn(folder.path()), QStringList{u"name"_s});
 }
 
 TEST(Files, FailedWritesNameTheReasonAndLeaveNothingBehind)
 {
     const stage::SmallDisk full, readOnly;
-    stage::put(full.path() + u"/old"_qs, "old");
+    stage::put(full.path() + u"/old"_s, "old");
     readOnly.makeReadOnly();
     const QTemporaryDir folder;
-    stage::put(folder.filePath(u"file"_qs), "");
-    QDir(folder.path()).mkdir(u"closed"_qs);
-    stage::makeUnwritable(folder.filePath(u"closed"_qs));
+    stage::put(folder.filePath(u"file"_s), "");
+    QDir(folder.path()).mkdir(u"closed"_s);
+    stage::makeUnwritable(folder.filePath(u"closed"_s));
     stage::require(chmod(QFile::encodeName(folder.path()).constData(), 0755) == 0, "opening a folder");
 
     const stage::SmallDisk roomy;
@@ -62,12 +64,12 @@ TEST(Files, FailedWritesNameTheReasonAndLeaveNothingBehind)
         QFileDevice::FileError code;
         const char16_t* fragment;
     } cases[]{
-        {full.path() + u"/old"_qs, QFileDevice::ResourceError, u"No queda espacio"},
-        {readOnly.path() + u"/x"_qs, QFileDevice::PermissionsError, u"solo lectura"},
-        {folder.filePath(u"file/x"_qs), QFileDevice::OpenError, u"no es una carpeta"},
-        {folder.filePath(u"missing/x"_qs), QFileDevice::OpenError, u"no existe"},
+        {full.path() + u"/old"_s, QFileDevice::ResourceError, u"No queda espacio"},
+        {readOnly.path() + u"/x"_s, QFileDevice::PermissionsError, u"solo lectura"},
+        {folder.filePath(u"file/x"_s), QFileDevice::OpenError, u"no es una carpeta"},
+        {folder.filePath(u"missing/x"_s), QFileDevice::OpenError, u"no existe"},
         {roomy.path() + u'/' + QString(300, u'x'), QFileDevice::OpenError, u"demasiado largo"},
-        {folder.filePath(u"closed/x"_qs), QFileDevice::PermissionsError, u"No tienes permiso"},
+        {folder.filePath(u"closed/x"_s), QFileDevice::PermissionsError, u"No tienes permiso"},
     };
     for (const auto& [path, code, fragment] : cases) {
         for (const auto write : {+[](const QString&p, const QByteArray&b) { replaceFile(p, b); },
@@ -84,15 +86,15 @@ TEST(Files, FailedWritesNameTheReasonAndLeaveNothingBehind)
             }
         }
     }
-    EXPECT_EQ(everythingIn(full.path()), (QStringList{u"lleno"_qs, u"old"_qs}));
-    EXPECT_EQ(stage::contents(full.path() + u"/old"_qs), "old");
-    EXPECT_EQ(everythingIn(folder.path()), (QStringList{u"closed"_qs, u"file"_qs}));
+    EXPECT_EQ(everythingIn(full.path()), (QStringList{u"lleno"_s, u"old"_s}));
+    EXPECT_EQ(stage::contents(full.path() + u"/old"_s), "old");
+    EXPECT_EQ(everythingIn(folder.path()), (QStringList{u"closed"_s, u"file"_s}));
 }
 
 TEST(Files, ReplacingKeepsTheModeOfASharedFileClosesAPrivateOneAndFollowsALink)
 {
     const QTemporaryDir folder;
-    const auto file = folder.filePath(u"file"_qs), link = folder.filePath(u"link"_qs);
+    const auto file = folder.filePath(u"file"_s), link = folder.filePath(u"link"_s);
     stage::put(file, "old");
     stage::require(chmod(QFile::encodeName(file).constData(), 0640) == 0, "chmod");
     QFile::link(file, link);
@@ -107,7 +109,7 @@ TEST(Files, ReplacingKeepsTheModeOfASharedFileClosesAPrivateOneAndFollowsALink)
 TEST(Files, APipeIsNeitherReadNorReplaced)
 {
     const QTemporaryDir folder;
-    const auto pipe = folder.filePath(u"pipe"_qs);
+    const auto pipe = folder.filePath(u"pipe"_s);
     stage::require(mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0, "mkfifo");
     QByteArray bytes;
     EXPECT_EQ(readFile(pipe, 100, bytes), ENXIO);
@@ -115,13 +117,13 @@ TEST(Files, APipeIsNeitherReadNorReplaced)
     struct stat found { };
     ASSERT_EQ(lstat(QFile::encodeName(pipe).constData(), &found), 0);
     EXPECT_TRUE(S_ISFIFO(found.st_mode));
-    EXPECT_EQ(everythingIn(folder.path()), QStringList{u"pipe"_qs});
+    EXPECT_EQ(everythingIn(folder.path()), QStringList{u"pipe"_s});
 }
 
 TEST(Files, AFolderThatTakesNoFilesIsNotSaidToBeMissing)
 {
-    const std::array<std::function<void()>, 3> attempts{[] { makeFolders(u"/proc/Capturas"_qs); },
-        [] { writeNewFile(u"/proc/foto.png"_qs, "x"); }, [] { replaceFile(u"/proc/foto.png"_qs, "x"); }};
+    const std::array<std::function<void()>, 3> attempts{[] { makeFolders(u"/proc/Capturas"_s); },
+        [] { writeNewFile(u"/proc/foto.png"_s, "x"); }, [] { replaceFile(u"/proc/foto.png"_s, "x"); }};
     for (const auto& attempt : attempts) {
         try {
             attempt();
@@ -135,15 +137,15 @@ TEST(Files, AFolderThatTakesNoFilesIsNotSaidToBeMissing)
 TEST(Files, MakingFoldersNamesTheFileThatStandsInTheWay)
 {
     const QTemporaryDir folder;
-    makeFolders(folder.filePath(u"a/b/../c/"_qs), Audience::onlyOwner);
-    EXPECT_EQ(stage::modeOf(folder.filePath(u"a/c"_qs)), 0700u);
-    EXPECT_EQ(stage::modeOf(folder.filePath(u"a"_qs)), 0700u);
+    makeFolders(folder.filePath(u"a/b/../c/"_s), Audience::onlyOwner);
+    EXPECT_EQ(stage::modeOf(folder.filePath(u"a/c"_s)), 0700u);
+    EXPECT_EQ(stage::modeOf(folder.filePath(u"a"_s)), 0700u);
 
-    stage::put(folder.filePath(u"file"_qs), "");
+    stage::put(folder.filePath(u"file"_s), "");
     try {
-        makeFolders(folder.filePath(u"file/below/deep"_qs));
+        makeFolders(folder.filePath(u"file/below/deep"_s));
         ADD_FAILURE();
     } catch (const Error& error) {
-        EXPECT_EQ(error.localizedDescription, u"«%1» no es una carpeta."_qs.arg(folder.filePath(u"file"_qs)));
+        EXPECT_EQ(error.localizedDescription, u"«%1» no es una carpeta."_s.arg(folder.filePath(u"file"_s)));
     }
 }

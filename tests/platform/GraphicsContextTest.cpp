@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -223,7 +225,7 @@ TEST(GraphicsContextShadow, OfAChildWidgetFallsAtItsPlaceInTheWindow)
     };
     QWidget window;
     window.resize(200, 200);
-    window.setStyleSheet(u"background: white"_qs);
+    window.setStyleSheet(u"background: white"_s);
     Child child(&window);
     child.setGeometry(120, 140, 40, 50);
     const auto image = window.grab().toImage();

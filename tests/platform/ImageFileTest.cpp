@@ -16,6 +16,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 namespace {
 
@@ -93,15 +95,15 @@ protected:
     static void SetUpTestSuite()
     {
         samples = std::make_unique<QTemporaryDir>();
-        const auto name = [](const QString& kind) { return samples->filePath(u"a."_qs + kind); };
-        ASSERT_TRUE(quarters({80, 60}).save(name(u"png"_qs)));
-        for (const QString& kind : {u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs})
-            runTool(u"convert"_qs, {name(u"png"_qs), u"-quality"_qs, u"95"_qs, name(kind)});
-        runTool(u"heif-enc"_qs, {u"-q"_qs, u"90"_qs, u"-o"_qs, name(u"heic"_qs), name(u"png"_qs)});
+        const auto name = [](const QString& kind) { return samples->filePath(u"a."_s + kind); };
+        ASSERT_TRUE(quarters({80, 60}).save(name(u"png"_s)));
+        for (const QString& kind : {u"jpg"_s, u"tiff"_s, u"gif"_s, u"webp"_s, u"bmp"_s})
+            runTool(u"convert"_s, {name(u"png"_s), u"-quality"_s, u"95"_s, name(kind)});
+        runTool(u"heif-enc"_s, {u"-q"_s, u"90"_s, u"-o"_s, name(u"heic"_s), name(u"png"_s)});
     }
     static void TearDownTestSuite() { samples.reset(); }
 
-    QByteArray sample(const QString& kind) const { return bytes(samples->filePath(u"a."_qs + kind)); }
+    QByteArray sample(const QString& kind) const { return bytes(samples->filePath(u"a."_s + kind)); }
 
     static inline std::unique_ptr<QTemporaryDir> samples;
     QTemporaryDir folder;
@@ -109,9 +111,8 @@ protected:
 
 TEST_F(ImageFiles, ReadsEveryKindWhateverItsName)
 {
-    for (const QString& kind :
-        {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs, u"heic"_qs}) {
-        for (const QString& name : {u"a."_qs + kind, kind + u".txt"_qs}) {
+    for (const QString& kind : {u"png"_s, u"jpg"_s, u"tiff"_s, u"gif"_s, u"webp"_s, u"bmp"_s, u"heic"_s}) {
+        for (const QString& name : {u"a."_s + kind, kind + u".txt"_s}) {
             write(name, sample(kind));
             const ImageFile file = readImageFile(path(name));
             expectQuarters(file.image, {80, 60}, name.toStdString());
@@ -124,58 +125,57 @@ TEST_F(ImageFiles, ReadsEveryKindWhateverItsName)
 
 TEST_F(ImageFiles, BrokenAndCutOffFilesAreErrorsAndNotHalfPictures)
 {
-    for (const QString& kind :
-        {u"png"_qs, u"jpg"_qs, u"tiff"_qs, u"gif"_qs, u"webp"_qs, u"bmp"_qs, u"heic"_qs}) {
+    for (const QString& kind : {u"png"_s, u"jpg"_s, u"tiff"_s, u"gif"_s, u"webp"_s, u"bmp"_s, u"heic"_s}) {
         const QByteArray whole = sample(kind);
-        const QImage expected = readImageFile(samples->filePath(u"a."_qs + kind)).image;
+        const QImage expected = readImageFile(samples->filePath(u"a."_s + kind)).image;
         for (const double part : {0.02, 0.1, 0.3, 0.5, 0.7, 0.9, 0.97}) {
-            write(u"cut"_qs, whole.left(qsizetype(double(whole.size()) * part)));
-            if (failure(u"cut"_qs).isEmpty()) {
-                EXPECT_EQ(readImageFile(path(u"cut"_qs)).image, expected) << qPrintable(kind) << ' ' << part;
+            write(u"cut"_s, whole.left(qsizetype(double(whole.size()) * part)));
+            if (failure(u"cut"_s).isEmpty()) {
+                EXPECT_EQ(readImageFile(path(u"cut"_s)).image, expected) << qPrintable(kind) << ' ' << part;
             }
         }
         for (qsizetype at = 3; at < whole.size(); at += whole.size() / 60 + 1) {
             QByteArray broken = whole;
             broken.replace(at, 3, "\xff\x00\x7f", 3);
-            write(u"broken"_qs, broken);
-            failure(u"broken"_qs); // either way, but no crash
+            write(u"broken"_s, broken);
+            failure(u"broken"_s); // either way, but no crash
         }
     }
 }
 
 TEST_F(ImageFiles, SaysWhatIsWrongWithAFile)
 {
-    const QString notAnImage = u"«x» no es una imagen que se pueda abrir."_qs;
+    const QString notAnImage = u"«x» no es una imagen que se pueda abrir."_s;
     for (const QByteArray& content : {QByteArray(), QByteArray("\xff"), QByteArray("\xff\xd8\xff"),
              QByteArray("hello, world"), QByteArray(100'000, 'x'),
              QByteArray("\0\0\0\x18"
                         "ftypheic\0\0\0\0mif1heic",
                  24)}) {
-        write(u"x"_qs, content);
-        EXPECT_EQ(failure(u"x"_qs), notAnImage) << content.size();
+        write(u"x"_s, content);
+        EXPECT_EQ(failure(u"x"_s), notAnImage) << content.size();
     }
-    EXPECT_EQ(failure(u"none.png"_qs), u"No existe el archivo «none.png»."_qs);
-    ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.png"_qs));
-    EXPECT_EQ(failure(u"folder.png"_qs), u"«folder.png» no es un archivo."_qs);
-    ASSERT_EQ(mkfifo(qPrintable(path(u"pipe.png"_qs)), 0600), 0);
-    EXPECT_EQ(failure(u"pipe.png"_qs), u"«pipe.png» no es un archivo."_qs);
+    EXPECT_EQ(failure(u"none.png"_s), u"No existe el archivo «none.png»."_s);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.png"_s));
+    EXPECT_EQ(failure(u"folder.png"_s), u"«folder.png» no es un archivo."_s);
+    ASSERT_EQ(mkfifo(qPrintable(path(u"pipe.png"_s)), 0600), 0);
+    EXPECT_EQ(failure(u"pipe.png"_s), u"«pipe.png» no es un archivo."_s);
 }
 
 TEST_F(ImageFiles, RefusesWhatWouldNotFitBeforeTakingTheMemory)
 {
     // Headers that promise 30000 x 30000 pixels, without the pixels.
     const QByteArray huge("\0\0\x75\x30\0\0\x75\x30", 8);
-    QByteArray png = sample(u"png"_qs);
+    QByteArray png = sample(u"png"_s);
     png.replace(16, 8, huge);
     const quint32 checksum = qToBigEndian(libdeflate_crc32(0, png.constData() + 12, 17));
     png.replace(29, 4, QByteArray(reinterpret_cast<const char*>(&checksum), 4));
-    QByteArray heic = sample(u"heic"_qs);
+    QByteArray heic = sample(u"heic"_s);
     for (qsizetype at = heic.indexOf("ispe"); at >= 0; at = heic.indexOf("ispe", at + 1))
         heic.replace(at + 8, 8, huge);
-    write(u"x"_qs, png);
-    EXPECT_EQ(failure(u"x"_qs), u"La imagen «x» es demasiado grande."_qs);
-    write(u"x"_qs, heic);
-    EXPECT_EQ(failure(u"x"_qs), u"La imagen «x» es demasiado grande."_qs);
+    write(u"x"_s, png);
+    EXPECT_EQ(failure(u"x"_s), u"La imagen «x» es demasiado grande."_s);
+    write(u"x"_s, heic);
+    EXPECT_EQ(failure(u"x"_s), u"La imagen «x» es demasiado grande."_s);
 }
 
 TEST_F(ImageFiles, TurnsPhotographsTheWayTheyWereTaken)
@@ -183,15 +183,15 @@ TEST_F(ImageFiles, TurnsPhotographsTheWayTheyWereTaken)
     // As the camera stores it, and which turn the file asks for to see it upright.
     for (const auto& [orientation, turn] : {std::pair{3, QTransform().rotate(180)},
              {6, QTransform().rotate(-90)}, {8, QTransform().rotate(90)}, {2, QTransform().scale(-1, 1)}}) {
-        ASSERT_TRUE(quarters({80, 60}).transformed(turn).save(path(u"stored.jpg"_qs), "jpg", 95));
-        QByteArray photo = bytes(u"stored.jpg"_qs);
+        ASSERT_TRUE(quarters({80, 60}).transformed(turn).save(path(u"stored.jpg"_s), "jpg", 95));
+        QByteArray photo = bytes(u"stored.jpg"_s);
         // A block of metadata with one entry: 0x0112, a short number.
         constexpr char start[] = "\xff\xe1\0\0Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1";
         QByteArray exif(start, sizeof start - 1);
         exif.append('\0').append(char(orientation)).append(QByteArray(6, '\0'));
         exif[3] = char(exif.size() - 2);
-        write(u"turned.jpg"_qs, photo.insert(2, exif));
-        expectQuarters(readImageFile(path(u"turned.jpg"_qs)).image, {80, 60}, std::to_string(orientation));
+        write(u"turned.jpg"_s, photo.insert(2, exif));
+        expectQuarters(readImageFile(path(u"turned.jpg"_s)).image, {80, 60}, std::to_string(orientation));
     }
 }
 
@@ -200,9 +200,9 @@ TEST_F(ImageFiles, ConvertsColoursToTheStandardSpace)
     QImage image(20, 20, QImage::Format_RGB32);
     image.fill(QColor(200, 80, 60));
     image.setColorSpace(QColorSpace::DisplayP3);
-    ASSERT_TRUE(image.save(path(u"wide.png"_qs)));
+    ASSERT_TRUE(image.save(path(u"wide.png"_s)));
     const QColor expected = image.convertedToColorSpace(QColorSpace::SRgb).pixelColor(3, 3);
-    const QImage read = readImageFile(path(u"wide.png"_qs)).image;
+    const QImage read = readImageFile(path(u"wide.png"_s)).image;
     EXPECT_GT(distance(expected, QColor(200, 80, 60)), 8);
     EXPECT_LE(distance(read.pixelColor(3, 3), expected), 1);
     EXPECT_EQ(read.colorSpace(), QColorSpace(QColorSpace::SRgb));
@@ -214,7 +214,7 @@ TEST_F(ImageFiles, KeepsThePixelsOfAPngThatDescribesTheStandardSpaceByGammaAndPr
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 256; ++x)
             image.setPixel(x, y, qRgb(y == 0 ? x : 0, y == 1 ? x : 90, y == 2 ? x : 20));
-    ASSERT_TRUE(image.save(path(u"plain.png"_qs)));
+    ASSERT_TRUE(image.save(path(u"plain.png"_s)));
     const auto gamma = QByteArray::fromHex("0000000467414d410000b18f0bfc6105");
     const auto primaries = QByteArray::fromHex("000000206348524d00007a26000080840000fa00000080e8"
                                                "000075300000ea6000003a98000017709cba513c");
@@ -222,23 +222,23 @@ TEST_F(ImageFiles, KeepsThePixelsOfAPngThatDescribesTheStandardSpaceByGammaAndPr
                                            "000052080001155800003a9800001770dc49d778");
     constexpr int afterHeader = 8 + 25;
     for (const auto& chunks : {gamma, gamma + primaries}) {
-        write(u"old.png"_qs, bytes(u"plain.png"_qs).insert(afterHeader, chunks));
-        EXPECT_EQ(readImageFile(path(u"old.png"_qs)).image.convertToFormat(QImage::Format_RGB32),
-            readImageFile(path(u"plain.png"_qs)).image);
+        write(u"old.png"_s, bytes(u"plain.png"_s).insert(afterHeader, chunks));
+        EXPECT_EQ(readImageFile(path(u"old.png"_s)).image.convertToFormat(QImage::Format_RGB32),
+            readImageFile(path(u"plain.png"_s)).image);
     }
-    write(u"wide.png"_qs, bytes(u"plain.png"_qs).insert(afterHeader, gamma + wider));
-    EXPECT_NE(readImageFile(path(u"wide.png"_qs)).image, readImageFile(path(u"plain.png"_qs)).image);
+    write(u"wide.png"_s, bytes(u"plain.png"_s).insert(afterHeader, gamma + wider));
+    EXPECT_NE(readImageFile(path(u"wide.png"_s)).image, readImageFile(path(u"plain.png"_s)).image);
 }
 
 TEST_F(ImageFiles, KeepsTransparencyAndDropsAnEmptyOne)
 {
     QImage image(20, 20, QImage::Format_ARGB32);
     image.fill(QColor(200, 80, 60));
-    ASSERT_TRUE(image.save(path(u"a.png"_qs)));
-    EXPECT_EQ(readImageFile(path(u"a.png"_qs)).image.format(), QImage::Format_RGB32);
+    ASSERT_TRUE(image.save(path(u"a.png"_s)));
+    EXPECT_EQ(readImageFile(path(u"a.png"_s)).image.format(), QImage::Format_RGB32);
     image.setPixelColor(4, 4, QColor(200, 80, 60, 100));
-    ASSERT_TRUE(image.save(path(u"a.png"_qs)));
-    const QImage read = readImageFile(path(u"a.png"_qs)).image;
+    ASSERT_TRUE(image.save(path(u"a.png"_s)));
+    const QImage read = readImageFile(path(u"a.png"_s)).image;
     EXPECT_EQ(read.format(), QImage::Format_ARGB32_Premultiplied);
     EXPECT_EQ(qAlpha(read.pixel(4, 4)), 100);
 }
@@ -248,8 +248,8 @@ TEST_F(ImageFiles, OpensAtTheScaleThatItsResolutionSays)
     for (const auto& [dotsPerInch, scale] : {std::pair{72., 1.}, {96., 1.}, {100., 1.}, {101., 1.},
              {107., 1.}, {108., 2.}, {144., 2.}, {180., 3.}, {216., 3.}, {252., 4.}, {300., 4.}, {36., 1.}}) {
         EXPECT_EQ((ImageFile{{}, dotsPerInch}.pixelScale()), scale) << dotsPerInch;
-        write(u"a.png"_qs, PngEncoder::encode(quarters({8, 8}), dotsPerInch / 72).value());
-        const ImageFile file = readImageFile(path(u"a.png"_qs));
+        write(u"a.png"_s, PngEncoder::encode(quarters({8, 8}), dotsPerInch / 72).value());
+        const ImageFile file = readImageFile(path(u"a.png"_s));
         EXPECT_EQ(file.dotsPerInch, dotsPerInch);
         EXPECT_EQ(file.pixelScale(), scale) << dotsPerInch;
     }

@@ -2,6 +2,8 @@
 
 #include <QKeySequence>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 TEST(KeyLabel, SymbolsBecomeWhatIsPrintedOnTheKeys)
@@ -55,10 +57,10 @@ TEST(KeyLabel, TheToolkitsCombinationsReadLikeTheWrittenOnes)
         {QKeySequence(Qt::Key_Escape), "Esc"},
         {QKeySequence(Qt::SHIFT | Qt::Key_Space), "Mayús+Espacio"},
         {QKeySequence(Qt::CTRL | Qt::Key_Plus), "Ctrl++"},
-        {QKeySequence(u"Ctrl+K, F2"_qs), "Ctrl+K, F2"},
+        {QKeySequence(u"Ctrl+K, F2"_s), "Ctrl+K, F2"},
         {QKeySequence(), ""},
     };
     for (const auto& row : table)
         EXPECT_EQ(KeyLabel::text(row.sequence).toStdString(), row.label);
-    EXPECT_EQ(KeyLabel::hotKey(KeyModifier::command | KeyModifier::shift, u"1"_qs), u"Super+Mayús+1");
+    EXPECT_EQ(KeyLabel::hotKey(KeyModifier::command | KeyModifier::shift, u"1"_s), u"Super+Mayús+1");
 }

@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QThread>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -17,9 +19,9 @@ protected:
     LoginItemTest()
         : previous(qgetenv("XDG_CONFIG_HOME"))
     {
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(root.filePath(u"config"_qs)));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(root.filePath(u"config"_s)));
         QDir(root.path()).mkpath(programFolder);
-        program = root.filePath(programFolder + u"/pintalux"_qs);
+        program = root.filePath(programFolder + u"/pintalux"_s);
         stage::put(program, "#!/bin/sh\nprintf %s \"$# $0\" > \"${0%/*}/ran\"\n");
         QFile(program).setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
         item = LoginItem::create(program);
@@ -29,10 +31,10 @@ protected:
         previous.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", previous);
     }
 
-    const QString programFolder = u"a b \"c\" $HOME `d` \\e 'g' ñ\tz"_qs;
+    const QString programFolder = u"a b \"c\" $HOME `d` \\e 'g' ñ\tz"_s;
     QTemporaryDir root;
     QByteArray previous;
-    QString entry = root.filePath(u"config/autostart/pintalux.desktop"_qs);
+    QString entry = root.filePath(u"config/autostart/pintalux.desktop"_s);
     QString program;
     std::unique_ptr<LoginItem> item;
 };
@@ -49,20 +51,20 @@ TEST_F(LoginItemTest, IsOnAfterItWasTurnedOnAndLeavesNothingWhenTurnedOff)
     EXPECT_TRUE(item->isEnabled());
     item->setEnabled(false);
     EXPECT_FALSE(item->isEnabled());
-    EXPECT_TRUE(QDir(root.filePath(u"config/autostart"_qs))
+    EXPECT_TRUE(QDir(root.filePath(u"config/autostart"_s))
                     .isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 TEST_F(LoginItemTest, TheDesktopStartsThisVeryProgramWhateverItsPathIsMadeOf)
 {
     item->setEnabled(true);
-    ASSERT_EQ(QProcess::execute(u"gio"_qs, {u"launch"_qs, entry}), 0);
-    const auto ran = root.filePath(programFolder + u"/ran"_qs);
+    ASSERT_EQ(QProcess::execute(u"gio"_s, {u"launch"_s, entry}), 0);
+    const auto ran = root.filePath(programFolder + u"/ran"_s);
     for (int i = 0; i < 200 && QFileInfo(ran).size() == 0; ++i)
         QThread::msleep(10);
     EXPECT_EQ(stage::contents(ran), "0 " + QFile::encodeName(program));
 
-    LoginItem::create(u"/tmp/50%f/p"_qs)->setEnabled(true);
+    LoginItem::create(u"/tmp/50%f/p"_s)->setEnabled(true);
     EXPECT_TRUE(stage::contents(entry).contains("Exec=\"/tmp/50%%f/p\"\n")) << "no field code";
 }
 
@@ -97,8 +99,8 @@ TEST_F(LoginItemTest, WhatTheSessionWouldNotStartCountsAsOff)
 
 TEST_F(LoginItemTest, AFailureIsToldAndTheStateStaysTrue)
 {
-    QDir().mkpath(root.filePath(u"config"_qs));
-    stage::put(root.filePath(u"config/autostart"_qs), "in the way");
+    QDir().mkpath(root.filePath(u"config"_s));
+    stage::put(root.filePath(u"config/autostart"_s), "in the way");
     try {
         item->setEnabled(true);
         ADD_FAILURE() << "nothing was thrown";
@@ -107,5 +109,5 @@ TEST_F(LoginItemTest, AFailureIsToldAndTheStateStaysTrue)
             << error.localizedDescription.toStdString();
     }
     EXPECT_FALSE(item->isEnabled());
-    EXPECT_EQ(stage::contents(root.filePath(u"config/autostart"_qs)), "in the way");
+    EXPECT_EQ(stage::contents(root.filePath(u"config/autostart"_s)), "in the way");
 }

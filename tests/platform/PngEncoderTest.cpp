@@ -15,6 +15,8 @@
 #include <cmath>
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux {
 namespace {
 
@@ -35,7 +37,7 @@ QImage mixed(QSize size, QImage::Format format)
     image.fill(QColor(240, 240, 245, 200));
     QPainter painter(&image);
     for (int y = 0; y < size.height() / 2; y += 20)
-        painter.drawText(3, y, u"Lorem ipsum dolor sit amet"_qs);
+        painter.drawText(3, y, u"Lorem ipsum dolor sit amet"_s);
     painter.end();
     QRandomGenerator random(3);
     for (int y = size.height() / 2; y < size.height(); ++y)
@@ -164,15 +166,15 @@ TEST(PngEncoder, ConvertsColoursThatAreNotStandard)
 TEST(PngEncoder, AnIndependentReaderFindsTheSameFile)
 {
     QTemporaryDir folder;
-    const QString path = folder.filePath(u"a.png"_qs);
+    const QString path = folder.filePath(u"a.png"_s);
     const QImage image = mixed({1200, 900}, QImage::Format_ARGB32_Premultiplied);
     QFile file(path);
     ASSERT_TRUE(file.open(QFile::WriteOnly));
     file.write(PngEncoder::encode(image, 2).value());
     file.close();
     QProcess identify;
-    identify.start(u"identify"_qs,
-        {u"-units"_qs, u"PixelsPerInch"_qs, u"-format"_qs, u"%w %h %x %[colorspace] %m"_qs, path});
+    identify.start(
+        u"identify"_s, {u"-units"_s, u"PixelsPerInch"_s, u"-format"_s, u"%w %h %x %[colorspace] %m"_s, path});
     ASSERT_TRUE(identify.waitForFinished());
     const QList<QByteArray> found = identify.readAllStandardOutput().split(' ');
     ASSERT_EQ(found.size(), 5) << identify.readAllStandardError().constData();
@@ -183,7 +185,7 @@ TEST(PngEncoder, AnIndependentReaderFindsTheSameFile)
     EXPECT_EQ(found[4], "PNG");
 
     QProcess convert;
-    convert.start(u"convert"_qs, {path, u"-depth"_qs, u"8"_qs, u"rgba:-"_qs});
+    convert.start(u"convert"_s, {path, u"-depth"_s, u"8"_s, u"rgba:-"_s});
     ASSERT_TRUE(convert.waitForFinished());
     const QImage expected = expectedPixels(image);
     EXPECT_EQ(convert.readAllStandardOutput(),

@@ -6,6 +6,8 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -62,7 +64,7 @@ TEST(Symbol, EverySymbolOfTheTablesExists)
 
 TEST(Symbol, IsTintedByTheBrushAndGrowsWithTheSize)
 {
-    const auto red = drawn(u"trash"_qs, 40, Qt::red);
+    const auto red = drawn(u"trash"_s, 40, Qt::red);
     for (int y = 0; y < red.height(); ++y)
         for (int x = 0; x < red.width(); ++x)
             ASSERT_EQ(qGreen(red.pixel(x, y)) + qBlue(red.pixel(x, y)), 0);
@@ -77,10 +79,10 @@ TEST(Symbol, IconsAreDrawnForTheDevicePixelRatioAndTheState)
     const auto icon = Symbol::icon(u"folder", Symbol::IconColors{Qt::black, Qt::gray, Qt::white});
     const auto twice = icon.pixmap(QSize(17, 17), 2, QIcon::Normal).toImage();
     ASSERT_EQ(twice.size(), QSize(34, 34));
-    const auto expected = drawn(u"folder"_qs, 34, Qt::black);
+    const auto expected = drawn(u"folder"_s, 34, Qt::black);
     EXPECT_EQ(twice.convertToFormat(expected.format()), expected) << "not an enlarged small picture";
     const auto active = icon.pixmap(QSize(17, 17), 1, QIcon::Active).toImage();
-    EXPECT_NEAR(coverage(active), coverage(drawn(u"folder"_qs, 17, Qt::black)), 0.01);
+    EXPECT_NEAR(coverage(active), coverage(drawn(u"folder"_s, 17, Qt::black)), 0.01);
     EXPECT_EQ(qRed(active.pixel(3, 8)), qAlpha(active.pixel(3, 8))) << "white, premultiplied or not";
 }
 

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QThread>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 TEST(SystemSound, TheWaveIsWellFormedAudibleUndistortedAndEndsInSilence)
@@ -50,7 +52,7 @@ TEST(SystemSound, WithoutASoundServerItIsSilentAndTheFileIsThePersonsOwn)
     const auto before = qgetenv("XDG_CACHE_HOME");
     qputenv("XDG_CACHE_HOME", cache.path().toLocal8Bit());
     SystemSound::play();
-    const auto path = cache.filePath(u"pintalux/tink.wav"_qs);
+    const auto path = cache.filePath(u"pintalux/tink.wav"_s);
     for (const QDeadlineTimer limit(5000); !QFileInfo::exists(path) && !limit.hasExpired();)
         QThread::msleep(5);
     const QFileInfo file(path);

@@ -6,11 +6,13 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
 
-const QString sample = u"Configuración guardada: ¡Ñandú, pingüino!\nWAVE 0123456789"_qs;
+const QString sample = u"Configuración guardada: ¡Ñandú, pingüino!\nWAVE 0123456789"_s;
 
 TextAttributes rounded(double size)
 {
@@ -52,7 +54,7 @@ TEST(TextBlock, TwiceTheSizeMeasuresTwiceAsMuch)
 
 TEST(TextBlock, DrawsWhereItMeasures)
 {
-    const TextBlock block(u"HHHH\nHHHH"_qs, rounded(40.5));
+    const TextBlock block(u"HHHH\nHHHH"_s, rounded(40.5));
     const auto size = block.size();
     const auto inked = inkedArea(block, {20, 10}, {400, 200});
     EXPECT_GE(inked.left(), 20);
@@ -67,14 +69,14 @@ TEST(TextBlock, LineHeightMultipleSpacesTheLines)
     auto loose = rounded(30);
     auto tight = loose;
     tight.lineHeightMultiple = 1;
-    const QString lines = u"a\nb\nc\nd"_qs;
+    const QString lines = u"a\nb\nc\nd"_s;
     EXPECT_NEAR(
         TextBlock(lines, loose).size().height() / TextBlock(lines, tight).size().height(), 1.05, 0.001);
 }
 
 TEST(TextBlock, AWordWiderThanTheBoxIsBroken)
 {
-    const auto size = TextBlock(u"Desoxirribonucleico"_qs, rounded(20), 60).size();
+    const auto size = TextBlock(u"Desoxirribonucleico"_s, rounded(20), 60).size();
     EXPECT_LE(size.width(), 60);
     EXPECT_GT(size.height(), 60);
 }
@@ -90,11 +92,11 @@ TEST(TextBlock, SymbolsAndEmojiComeFromOtherFonts)
         return image;
     };
     const auto missing = picture(QString(QChar(0xE123)));
-    for (const auto& text : {u"↩"_qs, u"⌘"_qs, u"✓"_qs, u"😀"_qs, u"👍🏽"_qs}) {
+    for (const auto& text : {u"↩"_s, u"⌘"_s, u"✓"_s, u"😀"_s, u"👍🏽"_s}) {
         EXPECT_NE(picture(text), missing) << text.toStdString();
-        EXPECT_NE(picture(text), picture(u" "_qs)) << text.toStdString();
+        EXPECT_NE(picture(text), picture(u" "_s)) << text.toStdString();
     }
-    const auto emoji = picture(u"😀"_qs);
+    const auto emoji = picture(u"😀"_s);
     bool coloured = false;
     for (int y = 0; y < emoji.height() && !coloured; ++y)
         for (int x = 0; x < emoji.width() && !coloured; ++x)

@@ -5,14 +5,16 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 TEST(ThemeName, AThemeIsDarkWhenAWordOfItsNameSaysSo)
 {
-    for (const auto& name : {u"Adwaita-dark"_qs, u"Adwaita:dark"_qs, u"Mint-Y-Dark-Aqua"_qs, u"Arc-Dark"_qs,
-             u"Yaru-viridian-dark"_qs, u"dark"_qs})
+    for (const auto& name : {u"Adwaita-dark"_s, u"Adwaita:dark"_s, u"Mint-Y-Dark-Aqua"_s, u"Arc-Dark"_s,
+             u"Yaru-viridian-dark"_s, u"dark"_s})
         EXPECT_TRUE(isDarkTheme(name)) << name.toStdString();
-    for (const auto& name : {u"Adwaita"_qs, u"Arc-Darker"_qs, u"Darkroom"_qs, u""_qs})
+    for (const auto& name : {u"Adwaita"_s, u"Arc-Darker"_s, u"Darkroom"_s, u""_s})
         EXPECT_FALSE(isDarkTheme(name)) << name.toStdString();
 }
 

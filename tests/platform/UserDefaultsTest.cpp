@@ -11,15 +11,17 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
 
 class UserDefaultsTest : public testing::Test {
 protected:
-    UserDefaults open() const { return UserDefaults(u"app"_qs, root.path()); }
-    QString own(const QString& name) const { return root.filePath(u"app/"_qs + name); }
-    QString file() const { return own(u"defaults.json"_qs); }
+    UserDefaults open() const { return UserDefaults(u"app"_s, root.path()); }
+    QString own(const QString& name) const { return root.filePath(u"app/"_s + name); }
+    QString file() const { return own(u"defaults.json"_s); }
     QStringList files() const
     {
         return QDir(own({})).entryList(
@@ -56,8 +58,8 @@ TEST_F(UserDefaultsTest, ValuesOfOneTypeNeverReadAsAnother)
         {2.5, {}, {}, 2.5, {}},
         {huge, {}, {}, huge, {}},
         {std::numeric_limits<qint64>::max(), {}, std::numeric_limits<qint64>::max(), 0x1p63, {}},
-        {u"true"_qs, {}, {}, {}, u"true"_qs},
-        {u"8"_qs, {}, {}, {}, u"8"_qs},
+        {u"true"_s, {}, {}, {}, u"true"_s},
+        {u"8"_s, {}, {}, {}, u"8"_s},
         {QString(), {}, {}, {}, QString()},
         {QJsonArray{1}, {}, {}, {}, {}},
         {QJsonValue(), {}, {}, {}, {}},
@@ -109,10 +111,10 @@ TEST_F(UserDefaultsTest, ADamagedFileIsKeptAsideAndNeverReplaced)
         auto defaults = open();
         EXPECT_FALSE(defaults.contains(key));
         EXPECT_EQ(stage::contents(file()), damage) << "reading alone changes nothing";
-        defaults.set(u"other"_qs, true);
-        EXPECT_EQ(onDisk(), (QJsonObject{{u"other"_qs, true}}));
-        expected << (expected.isEmpty() ? u"defaults.damaged.json"_qs
-                                        : u"defaults.damaged-%1.json"_qs.arg(expected.size() + 1));
+        defaults.set(u"other"_s, true);
+        EXPECT_EQ(onDisk(), (QJsonObject{{u"other"_s, true}}));
+        expected << (expected.isEmpty() ? u"defaults.damaged.json"_s
+                                        : u"defaults.damaged-%1.json"_s.arg(expected.size() + 1));
         EXPECT_EQ(stage::contents(own(expected.back())), damage);
     }
     for (qsizetype i = 0; i < expected.size(); ++i)
@@ -124,8 +126,8 @@ TEST_F(UserDefaultsTest, AFileDamagedWhileRunningIsWrittenAgainWithAllThatIsKnow
     auto defaults = open();
     defaults.set(key, 1);
     put("{");
-    defaults.set(u"other"_qs, 2);
-    EXPECT_EQ(onDisk(), (QJsonObject{{key, 1}, {u"other"_qs, 2}}));
+    defaults.set(u"other"_s, 2);
+    EXPECT_EQ(onDisk(), (QJsonObject{{key, 1}, {u"other"_s, 2}}));
 }
 
 TEST_F(UserDefaultsTest, AFileThatCannotBeReadIsLeftAloneAndValuesLiveInMemory)
@@ -144,10 +146,10 @@ TEST_F(UserDefaultsTest, AFileThatCannotBeReadIsLeftAloneAndValuesLiveInMemory)
         auto defaults = open();
         ASSERT_TRUE(defaults.lastError());
         EXPECT_EQ(defaults.lastError()->code, QFileDevice::PermissionsError);
-        defaults.set(u"other"_qs, 2);
-        EXPECT_EQ(defaults.integer(u"other"_qs), 2);
+        defaults.set(u"other"_s, 2);
+        EXPECT_EQ(defaults.integer(u"other"_s), 2);
         EXPECT_TRUE(defaults.lastError());
-        EXPECT_FALSE(files().contains(u"defaults.damaged.json"_qs));
+        EXPECT_FALSE(files().contains(u"defaults.damaged.json"_s));
     }
     stage::require(chmod(QFile::encodeName(file()).constData(), 0600) == 0, "chmod");
     EXPECT_EQ(stage::contents(file()), secret);
@@ -173,36 +175,36 @@ TEST_F(UserDefaultsTest, WhatIsNotAFileNeitherHangsNorIsReplaced)
 TEST_F(UserDefaultsTest, AFullDiskChangesNothingAndTheNextWriteCatchesUp)
 {
     const stage::SmallDisk disk;
-    UserDefaults defaults(u"app"_qs, disk.path());
+    UserDefaults defaults(u"app"_s, disk.path());
     defaults.set(key, 1);
     ASSERT_FALSE(defaults.lastError());
-    const auto path = disk.path() + u"/app/defaults.json"_qs;
+    const auto path = disk.path() + u"/app/defaults.json"_s;
     const auto before = stage::contents(path);
     disk.fill();
 
     defaults.set(key, 2);
-    defaults.set(u"long"_qs, QString(10'000, u'x'));
+    defaults.set(u"long"_s, QString(10'000, u'x'));
     ASSERT_TRUE(defaults.lastError());
     EXPECT_EQ(defaults.lastError()->code, QFileDevice::ResourceError);
     EXPECT_EQ(defaults.integer(key), 2);
     EXPECT_EQ(stage::contents(path), before);
-    EXPECT_EQ(QDir(disk.path() + u"/app"_qs).entryList(QDir::Files | QDir::Hidden),
-        (QStringList{u"defaults.json"_qs, u"defaults.lock"_qs}));
+    EXPECT_EQ(QDir(disk.path() + u"/app"_s).entryList(QDir::Files | QDir::Hidden),
+        (QStringList{u"defaults.json"_s, u"defaults.lock"_s}));
 
     disk.makeRoom();
     EXPECT_TRUE(defaults.synchronize());
     EXPECT_FALSE(defaults.lastError());
-    EXPECT_EQ(UserDefaults(u"app"_qs, disk.path()).integer(key), 2);
+    EXPECT_EQ(UserDefaults(u"app"_s, disk.path()).integer(key), 2);
 }
 
 TEST_F(UserDefaultsTest, AnInstanceKeepsWhatAnotherHasWrittenMeanwhile)
 {
     auto first = open(), second = open();
-    first.set(u"first"_qs, 1);
-    second.set(u"second"_qs, 2);
-    first.set(u"third"_qs, 3);
-    EXPECT_EQ(onDisk(), (QJsonObject{{u"first"_qs, 1}, {u"second"_qs, 2}, {u"third"_qs, 3}}));
-    EXPECT_EQ(first.integer(u"second"_qs), 2);
+    first.set(u"first"_s, 1);
+    second.set(u"second"_s, 2);
+    first.set(u"third"_s, 3);
+    EXPECT_EQ(onDisk(), (QJsonObject{{u"first"_s, 1}, {u"second"_s, 2}, {u"third"_s, 3}}));
+    EXPECT_EQ(first.integer(u"second"_s), 2);
 }
 
 TEST_F(UserDefaultsTest, ProcessesThatWriteAtOnceLoseNoKey)
@@ -214,7 +216,7 @@ TEST_F(UserDefaultsTest, ProcessesThatWriteAtOnceLoseNoKey)
         if (child == 0) {
             auto defaults = open();
             for (int i = 0; i < keys; ++i)
-                defaults.set(u"%1-%2"_qs.arg(writer).arg(i), i);
+                defaults.set(u"%1-%2"_s.arg(writer).arg(i), i);
             // Whoever did not get the lock in time has kept the value and tries again.
             for (int i = 0; i < 50 && !defaults.synchronize(); ++i) { }
             _exit(defaults.lastError() ? 1 : 0);
@@ -233,7 +235,7 @@ TEST_F(UserDefaultsTest, AStuckHolderOfTheLockIsWaitedForOnlyBriefly)
 {
     auto defaults = open();
     defaults.set(key, 1);
-    QFile lock(own(u"defaults.lock"_qs));
+    QFile lock(own(u"defaults.lock"_s));
     ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
     ASSERT_EQ(flock(lock.handle(), LOCK_EX), 0);
     defaults.set(key, 2);
@@ -265,13 +267,13 @@ TEST_F(UserDefaultsTest, WhatIsHeldCountsAtOnceAndIsWrittenAtTheEnd)
 
 TEST_F(UserDefaultsTest, OtherDomainsAreReadAndNeverTouched)
 {
-    QDir().mkpath(root.filePath(u"other"_qs));
-    const auto other = root.filePath(u"other/defaults.json"_qs);
+    QDir().mkpath(root.filePath(u"other"_s));
+    const auto other = root.filePath(u"other/defaults.json"_s);
     stage::put(other, "{\"a\": 1}");
     const auto defaults = open();
-    EXPECT_EQ(defaults.persistentDomain(u"other"_qs), (QJsonObject{{u"a"_qs, 1}}));
+    EXPECT_EQ(defaults.persistentDomain(u"other"_s), (QJsonObject{{u"a"_s, 1}}));
     stage::put(other, "[");
-    for (const auto& name : {u"other"_qs, u"none"_qs, u""_qs, u".."_qs, u"other/../other"_qs})
+    for (const auto& name : {u"other"_s, u"none"_s, u""_s, u".."_s, u"other/../other"_s})
         EXPECT_FALSE(defaults.persistentDomain(name)) << name.toStdString();
     EXPECT_EQ(stage::contents(other), "[");
 }

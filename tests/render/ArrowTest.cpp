@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::testing_scene;
 
@@ -14,7 +16,7 @@ QList<QPointF> straight(double length, QPointF from = {0, 0})
     return Annotation{.start = from, .end = from + QPointF(length, 0), .color = Qt::red}.curveSamples();
 }
 
-const QUuid someId(u"00112233-4455-6677-8899-aabbccddeeff"_qs);
+const QUuid someId(u"00112233-4455-6677-8899-aabbccddeeff"_s);
 
 } // namespace
 

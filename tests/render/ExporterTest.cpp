@@ -10,6 +10,8 @@
 
 #include <sys/wait.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -19,7 +21,7 @@ QDateTime standingClock() { return moment; }
 const QString stamp = QStringLiteral("2024-05-03 a las 14.07.09");
 
 QString fileName(const QString& title) { return Exporter::defaultFileName(title, moment); }
-QString expected(const QString& title) { return u"Pintalux %1 %2.png"_qs.arg(title, stamp); }
+QString expected(const QString& title) { return u"Pintalux %1 %2.png"_s.arg(title, stamp); }
 
 QImage picture()
 {
@@ -56,11 +58,11 @@ protected:
         } catch (const Error& error) {
             return error;
         }
-        return {u"none"_qs, 0, {}};
+        return {u"none"_s, 0, {}};
     }
 
     const QTemporaryDir root;
-    QString folder = root.filePath(u"Capturas/hoy"_qs); ///< where captures are saved
+    QString folder = root.filePath(u"Capturas/hoy"_s); ///< where captures are saved
 };
 
 } // namespace
@@ -81,57 +83,56 @@ TEST_F(ExporterTest, APictureKeepsItsPixelsAndOpensAtItsSizeOnScreen)
 
 TEST_F(ExporterTest, FileNamesFollowTheTitle)
 {
-    const auto plain = u"Pintalux %1.png"_qs.arg(stamp);
+    const auto plain = u"Pintalux %1.png"_s.arg(stamp);
     EXPECT_EQ(Exporter::defaultFileName(std::nullopt, moment), plain);
     const struct {
         QString title, shown;
     } cases[]{
-        {u"Informe: Q1/Q2"_qs, u"Informe- Q1-Q2"_qs},
-        {u"../../etc"_qs, u"..-..-etc"_qs},
-        {u"."_qs, u"."_qs},
-        {u" \n dos\nlíneas \t\n"_qs, u"dos\nlíneas"_qs},
-        {u"PINTALUX  — Dibujo"_qs, u"— Dibujo"_qs},
-        {u"pintaluxury"_qs, u"ury"_qs},
-        {u"Pintalux Pintalux"_qs, u"Pintalux"_qs},
-        {u"Pintalux \nx"_qs, u"\nx"_qs},                  // only the first trimming takes line breaks
-        {u"Pintalux\u0301 x"_qs, u"Pintalux\u0301 x"_qs}, // its last letter is another one
-        {u"Mi Pintalux"_qs, u"Mi Pintalux"_qs},
-        {u"a\0b"_qs, u"a-b"_qs},
-        {u"a"_qs + QChar(0xD800) + u'b' + QChar(0xDC00), u"a-b-"_qs},
-        {u"%1 %2 100 %"_qs, u"%1 %2 100 %"_qs},
-        {u"🇪🇸 año"_qs, u"🇪🇸 año"_qs},
+        {u"Informe: Q1/Q2"_s, u"Informe- Q1-Q2"_s},
+        {u"../../etc"_s, u"..-..-etc"_s},
+        {u"."_s, u"."_s},
+        {u" \n dos\nlíneas \t\n"_s, u"dos\nlíneas"_s},
+        {u"PINTALUX  — Dibujo"_s, u"— Dibujo"_s},
+        {u"pintaluxury"_s, u"ury"_s},
+        {u"Pintalux Pintalux"_s, u"Pintalux"_s},
+        {u"Pintalux \nx"_s, u"\nx"_s},                  // only the first trimming takes line breaks
+        {u"Pintalux\u0301 x"_s, u"Pintalux\u0301 x"_s}, // its last letter is another one
+        {u"Mi Pintalux"_s, u"Mi Pintalux"_s},
+        {u"a\0b"_s, u"a-b"_s},
+        {u"a"_s + QChar(0xD800) + u'b' + QChar(0xDC00), u"a-b-"_s},
+        {u"%1 %2 100 %"_s, u"%1 %2 100 %"_s},
+        {u"🇪🇸 año"_s, u"🇪🇸 año"_s},
     };
     for (const auto& [title, shown] : cases)
-        EXPECT_EQ(fileName(title), u"Pintalux "_qs + shown + u' ' + stamp + u".png"_qs)
-            << title.toStdString();
-    for (const auto& title : {u""_qs, u" \t\n "_qs, u"Pintalux"_qs, u" pinTALUX \u00A0"_qs})
+        EXPECT_EQ(fileName(title), u"Pintalux "_s + shown + u' ' + stamp + u".png"_s) << title.toStdString();
+    for (const auto& title : {u""_s, u" \t\n "_s, u"Pintalux"_s, u" pinTALUX \u00A0"_s})
         EXPECT_EQ(fileName(title), plain) << title.toStdString();
 }
 
 TEST_F(ExporterTest, TitlesAreCutBetweenCharactersAsAPersonCountsThem)
 {
-    for (const auto& character : {u"x"_qs, u"é"_qs, u"e\u0301"_qs, u"各"_qs}) {
+    for (const auto& character : {u"x"_s, u"é"_s, u"e\u0301"_s, u"各"_s}) {
         EXPECT_EQ(fileName(character.repeated(60)), expected(character.repeated(60)));
         EXPECT_EQ(fileName(character.repeated(61)), expected(character.repeated(60)));
     }
-    EXPECT_EQ(fileName(QString(59, u'x') + u"e\u0301z"_qs), expected(QString(59, u'x') + u"e\u0301"_qs));
+    EXPECT_EQ(fileName(QString(59, u'x') + u"e\u0301z"_s), expected(QString(59, u'x') + u"e\u0301"_s));
 
     // Longer ones meet the limit of bytes first, the number of a taken name included.
-    const QString flag = u"🇪🇸"_qs, family = u"👨‍👩‍👧‍👦"_qs;
-    for (const auto& character : {flag, family, u"👍🏽"_qs, u"e"_qs + QString(20, QChar(0x301))}) {
+    const QString flag = u"🇪🇸"_s, family = u"👨‍👩‍👧‍👦"_s;
+    for (const auto& character : {flag, family, u"👍🏽"_s, u"e"_s + QString(20, QChar(0x301))}) {
         const auto name = fileName(character.repeated(80));
         EXPECT_LE(name.toUtf8().size() + 12, 255);
         EXPECT_GT(name.toUtf8().size() + 12 + character.toUtf8().size(), 255) << "cut too early";
         const auto title = name.mid(9, name.size() - 9 - 1 - stamp.size() - 4);
         EXPECT_EQ(title, character.repeated(title.size() / character.size())) << name.toStdString();
     }
-    EXPECT_EQ(fileName(u"e"_qs + QString(400, QChar(0x301))), u"Pintalux %1.png"_qs.arg(stamp));
+    EXPECT_EQ(fileName(u"e"_s + QString(400, QChar(0x301))), u"Pintalux %1.png"_s.arg(stamp));
 }
 
 TEST_F(ExporterTest, SavesWithinOneSecondAreNumberedAndNoneIsReplaced)
 {
     const auto title
-        = u"👨‍👩‍👧‍👦"_qs.repeated(80); // the longest name, so that a number must find room
+        = u"👨‍👩‍👧‍👦"_s.repeated(80); // the longest name, so that a number must find room
     QStringList paths;
     for (int i = 1; i <= 3; ++i) {
         auto image = picture();
@@ -140,7 +141,7 @@ TEST_F(ExporterTest, SavesWithinOneSecondAreNumberedAndNoneIsReplaced)
         EXPECT_EQ(QImage(paths.back()).pixelColor(0, 0), QColor(i, i, i));
     }
     const auto base = folder + u'/' + fileName(title).chopped(4);
-    EXPECT_EQ(paths, (QStringList{base + u".png"_qs, base + u" (2).png"_qs, base + u" (3).png"_qs}));
+    EXPECT_EQ(paths, (QStringList{base + u".png"_s, base + u" (2).png"_s, base + u" (3).png"_s}));
     EXPECT_EQ(saved().size(), 3);
     EXPECT_EQ(QImage(paths.front()).pixelColor(0, 0), QColor(1, 1, 1));
 }
@@ -175,59 +176,59 @@ TEST_F(ExporterTest, FailedSavesSayWhyAndLeaveNothingBehind)
 {
     EXPECT_EQ(saveError(QImage()).domain, Error::ownDomain);
     EXPECT_EQ(saveError(QImage()).code, 1);
-    EXPECT_EQ(saveError(QImage()).localizedDescription, u"No se pudo codificar el PNG."_qs);
+    EXPECT_EQ(saveError(QImage()).localizedDescription, u"No se pudo codificar el PNG."_s);
 
     const stage::SmallDisk small;
     folder = small.path();
-    EXPECT_TRUE(saveError(noise(256)).localizedDescription.startsWith(u"No queda espacio"_qs));
+    EXPECT_TRUE(saveError(noise(256)).localizedDescription.startsWith(u"No queda espacio"_s));
     EXPECT_TRUE(saved().isEmpty());
     EXPECT_EQ(saveError(picture()).code, 0) << "the failed one still takes the room";
     EXPECT_THROW(Exporter::write(noise(256), 1, small.path() + u'/' + saved().front()), Error);
     EXPECT_EQ(QImage(small.path() + u'/' + saved().front()).size(), picture().size());
 
     small.makeReadOnly();
-    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
-    folder = small.path() + u"/carpeta"_qs;
-    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_qs));
+    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_s));
+    folder = small.path() + u"/carpeta"_s;
+    EXPECT_TRUE(saveError(picture()).localizedDescription.contains(u"solo lectura"_s));
 
-    stage::put(root.filePath(u"archivo"_qs), "x");
-    folder = root.filePath(u"archivo"_qs);
+    stage::put(root.filePath(u"archivo"_s), "x");
+    folder = root.filePath(u"archivo"_s);
     EXPECT_EQ(saveError(picture()).localizedDescription,
-        u"«%1» no es una carpeta."_qs.arg(root.filePath(u"archivo"_qs)));
+        u"«%1» no es una carpeta."_s.arg(root.filePath(u"archivo"_s)));
 }
 
 TEST_F(ExporterTest, TheTemporaryFileIsForItsPersonAlone)
 {
-    const auto runtime = root.filePath(u"run"_qs), shared = root.filePath(u"tmp"_qs);
+    const auto runtime = root.filePath(u"run"_s), shared = root.filePath(u"tmp"_s);
     QDir().mkdir(runtime);
     QDir().mkdir(shared);
     stage::require(chmod(QFile::encodeName(runtime).constData(), 0700) == 0, "chmod");
     qputenv("TMPDIR", QFile::encodeName(shared));
-    const auto perUser = u"%1/pintalux-%2"_qs.arg(shared).arg(geteuid());
+    const auto perUser = u"%1/pintalux-%2"_s.arg(shared).arg(geteuid());
 
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
-    const auto first = Exporter::temporaryFile(picture(), 2, u"Título"_qs);
+    const auto first = Exporter::temporaryFile(picture(), 2, u"Título"_s);
     ASSERT_TRUE(first);
-    EXPECT_EQ(QFileInfo(*first).path(), runtime + u"/Pintalux"_qs);
-    EXPECT_TRUE(QFileInfo(*first).fileName().startsWith(u"Pintalux Título 20"_qs));
+    EXPECT_EQ(QFileInfo(*first).path(), runtime + u"/Pintalux"_s);
+    EXPECT_TRUE(QFileInfo(*first).fileName().startsWith(u"Pintalux Título 20"_s));
     EXPECT_EQ(stage::contents(*first), Exporter::pngData(picture(), 2));
-    EXPECT_EQ(stage::modeOf(runtime + u"/Pintalux"_qs), 0700u);
+    EXPECT_EQ(stage::modeOf(runtime + u"/Pintalux"_s), 0700u);
     EXPECT_EQ(stage::modeOf(*first), 0600u);
 
-    const auto old = runtime + u"/Pintalux/Pintalux ayer.png"_qs;
+    const auto old = runtime + u"/Pintalux/Pintalux ayer.png"_s;
     stage::put(old, "x");
     QFile aged(old);
     stage::require(aged.open(QIODevice::ReadWrite)
             && aged.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime),
         "making a file look old");
-    EXPECT_TRUE(Exporter::temporaryFile(picture(), 2, u"Otro"_qs));
+    EXPECT_TRUE(Exporter::temporaryFile(picture(), 2, u"Otro"_s));
     EXPECT_FALSE(QFile::exists(old));
     EXPECT_TRUE(QFile::exists(*first)) << "somebody may still be reading it";
 
     // A runtime folder that others can enter is not used, nor one that is missing.
     stage::require(chmod(QFile::encodeName(runtime).constData(), 0755) == 0, "chmod");
     EXPECT_EQ(QFileInfo(Exporter::temporaryFile(picture(), 1).value_or(QString())).path(),
-        perUser + u"/Pintalux"_qs);
+        perUser + u"/Pintalux"_s);
     qunsetenv("XDG_RUNTIME_DIR");
     stage::require(chmod(QFile::encodeName(perUser).constData(), 0777) == 0, "chmod");
     EXPECT_TRUE(Exporter::temporaryFile(picture(), 1));
@@ -246,7 +247,7 @@ TEST_F(ExporterTest, ATemporaryFolderOfSomebodyElseIsRefused)
 {
     if (geteuid() != 0)
         FAIL() << "only root can give a folder to somebody else";
-    const auto shared = root.filePath(u"tmp"_qs), perUser = shared + u"/pintalux-0"_qs;
+    const auto shared = root.filePath(u"tmp"_s), perUser = shared + u"/pintalux-0"_s;
     QDir().mkpath(perUser);
     stage::require(
         chown(QFile::encodeName(perUser).constData(), stage::WithoutPrivileges::nobody, 0) == 0, "chown");

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::testing_scene;
 
@@ -63,7 +65,7 @@ TEST(Marks, TwiceTheScaleIsTheSamePictureTwiceAsLarge)
     for (const bool filled : {false, true}) {
         for (const bool pointing : {false, true}) {
             marks << mark(AnnotationKind::text, {30, 40}, {}, filled ? Qt::blue : Qt::red);
-            marks.back().text = u"Ñandú"_qs;
+            marks.back().text = u"Ñandú"_s;
             marks.back().filled = filled;
             marks.back().handwritten = pointing;
             if (pointing)
@@ -109,7 +111,7 @@ TEST(Text, TheGlowIsWhiteBehindDarkAndDarkBehindLight)
 {
     const auto extremes = [](const QColor& ink) {
         auto label = mark(AnnotationKind::text, {20, 20}, {}, ink);
-        label.text = u"IIII"_qs;
+        label.text = u"IIII"_s;
         const auto image = drawn(plain(140, 80, QColor(128, 128, 128)), {label}, 2);
         int least = 255;
         int most = 0;
@@ -128,7 +130,7 @@ TEST(Text, TheGlowIsWhiteBehindDarkAndDarkBehindLight)
 TEST(Callout, HasAWhiteRimAndNoTailWithoutAPointer)
 {
     auto bubble = mark(AnnotationKind::text, {60, 60}, {}, Qt::blue);
-    bubble.text = u"Hola"_qs;
+    bubble.text = u"Hola"_s;
     bubble.filled = true;
     const auto box = bubble.textBubble();
     auto image = drawn(plain(240, 200, Qt::gray), {bubble}, 1);
@@ -181,7 +183,7 @@ TEST(Callout, UnionHasNoHoles)
 TEST(Callout, TheLightFromAboveCrossesIntoATailAtTheSide)
 {
     auto bubble = mark(AnnotationKind::text, {100, 40}, {}, Qt::darkBlue);
-    bubble.text = u"Hola"_qs;
+    bubble.text = u"Hola"_s;
     bubble.filled = true;
     const auto box = bubble.textBubble();
     for (const double side : {box.left(), box.right()}) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 using namespace pintalux::testing_scene;
 
@@ -49,8 +51,8 @@ TEST(Frame, ImageKeepsItsPixelsAwayFromCornersAndBorder)
 TEST(Frame, GradientRunsAlongTheDiagonalUnderAHighlight)
 {
     const auto image = drawn({plain(200, 160), {}, 1}, {}, framed);
-    const auto first = QColor(u"#16352D"_qs);
-    const auto last = QColor(u"#3C7A5E"_qs);
+    const auto first = QColor(u"#16352D"_s);
+    const auto last = QColor(u"#3C7A5E"_s);
     EXPECT_GT(qGray(image.pixel(2, 2)), qGray(first.rgb())) << "no highlight";
     EXPECT_TRUE(isColor(image, {310, 270}, last, 4));
     EXPECT_EQ(qAlpha(image.pixel(0, 0)), 255);
@@ -126,7 +128,7 @@ TEST(Pipeline, HiddenMarksVanishButKeepTheirSelectionFrame)
 TEST(Pipeline, GlyphlessDraftsKeepTheirBubble)
 {
     auto bubble = mark(AnnotationKind::text, {40, 40}, {}, Qt::blue);
-    bubble.text = u"MMM"_qs;
+    bubble.text = u"MMM"_s;
     bubble.filled = true;
     const Document document{plain(240, 120), {}, 1};
     const auto with = drawn(document, {.draft = bubble});
@@ -154,7 +156,7 @@ TEST(Handles, SitOnThePointsOfTheMark)
     arrow.setCurveMidpoint({150, 60});
     auto step = mark(AnnotationKind::step, {100, 100}, {});
     auto bubble = mark(AnnotationKind::text, {60, 60}, {}, Qt::blue);
-    bubble.text = u"Hola"_qs;
+    bubble.text = u"Hola"_s;
     bubble.filled = true;
     auto picture = mark(AnnotationKind::image, {50, 50}, {200, 150});
     picture.image = plain(10, 10);

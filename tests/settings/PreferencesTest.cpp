@@ -15,6 +15,8 @@
 #include <QMenu>
 #include <QScrollBar>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -38,17 +40,17 @@ protected:
     void SetUp() override
     {
         PreferencesHost host;
-        host.version = u"3.2"_qs;
+        host.version = u"3.2"_s;
         host.loginItem = &login;
         host.hasPermission = [this] { return permission; };
         host.requestPermission = [this] { permission = true; };
         host.failedShortcuts = [this] { return failed; };
         host.hasSavedCopy = [this] { return savedCopy; };
         host.saveCopy = [this] { savedCopy = true; };
-        host.restoreSavedCopy = [this] { log << u"restore"_qs; };
-        host.exportSettings = [this] { log << u"export"_qs; };
-        host.importSettings = [this] { log << u"import"_qs; };
-        host.resetSettings = [this] { log << u"reset"_qs; };
+        host.restoreSavedCopy = [this] { log << u"restore"_s; };
+        host.exportSettings = [this] { log << u"export"_s; };
+        host.importSettings = [this] { log << u"import"_s; };
+        host.resetSettings = [this] { log << u"reset"_s; };
         window = std::make_unique<PreferencesWindow>(settings, host);
         window->place();
         gesture::present(*window);
@@ -111,13 +113,13 @@ TEST_F(PreferencesTest, EverySwitchWritesItsSettingAndFollowsIt)
         void (Settings::*set)(bool);
         bool inverted = false;
     } rows[] = {
-        {u"Copiar al portapapeles automáticamente"_qs, u"autoCopy"_qs, &Settings::setAutoCopy},
-        {u"Guardar automáticamente en la carpeta"_qs, u"autoSave"_qs, &Settings::setAutoSave},
-        {u"Sonido al capturar"_qs, u"playSound"_qs, &Settings::setPlaySound},
-        {u"Letra manuscrita en los textos"_qs, u"handwritten"_qs, &Settings::setHandwritten},
-        {u"Textos tipo llamada (bocadillo con puntero)"_qs, u"calloutText"_qs, &Settings::setCalloutText},
-        {u"Mostrar la paleta al abrir el editor"_qs, u"toolbarHidden"_qs, &Settings::setToolbarHidden, true},
-        {u"Embellecer las capturas nuevas"_qs, u"beautifyByDefault"_qs, &Settings::setBeautifyByDefault},
+        {u"Copiar al portapapeles automáticamente"_s, u"autoCopy"_s, &Settings::setAutoCopy},
+        {u"Guardar automáticamente en la carpeta"_s, u"autoSave"_s, &Settings::setAutoSave},
+        {u"Sonido al capturar"_s, u"playSound"_s, &Settings::setPlaySound},
+        {u"Letra manuscrita en los textos"_s, u"handwritten"_s, &Settings::setHandwritten},
+        {u"Textos tipo llamada (bocadillo con puntero)"_s, u"calloutText"_s, &Settings::setCalloutText},
+        {u"Mostrar la paleta al abrir el editor"_s, u"toolbarHidden"_s, &Settings::setToolbarHidden, true},
+        {u"Embellecer las capturas nuevas"_s, u"beautifyByDefault"_s, &Settings::setBeautifyByDefault},
     };
     for (const auto& [title, key, set, inverted] : rows) {
         auto& toggle = named<Switch>(title);
@@ -134,46 +136,46 @@ TEST_F(PreferencesTest, EverySwitchWritesItsSettingAndFollowsIt)
 
 TEST_F(PreferencesTest, ListsTilesSwatchesAndTheSliderWriteTheirSettings)
 {
-    choose(named<PopUpButton>(u"Estilo de flecha: A mano"_qs), u"Doble punta"_qs);
-    EXPECT_EQ(store.string(u"arrowStyle"_qs), u"double"_qs);
-    choose(named<PopUpButton>(u"Posición de la paleta: Abajo"_qs), u"Izquierda"_qs);
-    EXPECT_EQ(store.string(u"paletteEdge"_qs), u"left"_qs);
-    choose(named<PopUpButton>(u"Fondo: Pizarrón"_qs), u"Sin fondo"_qs);
-    EXPECT_EQ(store.integer(u"lastGradient"_qs), -1);
-    choose(named<PopUpButton>(u"Fondo: Sin fondo"_qs), u"Papel"_qs);
-    EXPECT_EQ(store.integer(u"lastGradient"_qs), 9);
+    choose(named<PopUpButton>(u"Estilo de flecha: A mano"_s), u"Doble punta"_s);
+    EXPECT_EQ(store.string(u"arrowStyle"_s), u"double"_s);
+    choose(named<PopUpButton>(u"Posición de la paleta: Abajo"_s), u"Izquierda"_s);
+    EXPECT_EQ(store.string(u"paletteEdge"_s), u"left"_s);
+    choose(named<PopUpButton>(u"Fondo: Pizarrón"_s), u"Sin fondo"_s);
+    EXPECT_EQ(store.integer(u"lastGradient"_s), -1);
+    choose(named<PopUpButton>(u"Fondo: Sin fondo"_s), u"Papel"_s);
+    EXPECT_EQ(store.integer(u"lastGradient"_s), 9);
     settings.setLastGradient(99);
-    EXPECT_EQ(named<PopUpButton>(u"Fondo: Sin fondo"_qs).currentIndex(), 10);
+    EXPECT_EQ(named<PopUpButton>(u"Fondo: Sin fondo"_s).currentIndex(), 10);
 
-    gesture::click(named<QAbstractButton>(u"Mostrar miniatura flotante"_qs));
-    EXPECT_EQ(store.string(u"afterCapture"_qs), u"thumbnail"_qs);
+    gesture::click(named<QAbstractButton>(u"Mostrar miniatura flotante"_s));
+    EXPECT_EQ(store.string(u"afterCapture"_s), u"thumbnail"_s);
     settings.setAfterCapture(AfterCapture::copyOnly);
-    EXPECT_TRUE(named<QAbstractButton>(u"Solo copiar (y guardar si está activado)"_qs).isChecked());
+    EXPECT_TRUE(named<QAbstractButton>(u"Solo copiar (y guardar si está activado)"_s).isChecked());
 
-    gesture::click(named<QAbstractButton>(u"Menta"_qs));
-    EXPECT_EQ(store.string(u"lastColor"_qs), u"#2BD67B"_qs);
+    gesture::click(named<QAbstractButton>(u"Menta"_s));
+    EXPECT_EQ(store.string(u"lastColor"_s), u"#2BD67B"_s);
     settings.setLastColor(QColor(0x12, 0x34, 0x56));
-    EXPECT_FALSE(named<QAbstractButton>(u"Menta"_qs).isChecked()) << "a colour of one's own is no swatch";
-    gesture::click(named<QAbstractButton>(u"Menta"_qs));
-    EXPECT_TRUE(named<QAbstractButton>(u"Menta"_qs).isChecked());
+    EXPECT_FALSE(named<QAbstractButton>(u"Menta"_s).isChecked()) << "a colour of one's own is no swatch";
+    gesture::click(named<QAbstractButton>(u"Menta"_s));
+    EXPECT_TRUE(named<QAbstractButton>(u"Menta"_s).isChecked());
 
-    auto& slider = named<Slider>(u"Grosor"_qs);
+    auto& slider = named<Slider>(u"Grosor"_s);
     gesture::click(slider, {slider.width() - 1.0, 12});
-    EXPECT_EQ(store.real(u"strokeWidth"_qs), 20);
+    EXPECT_EQ(store.real(u"strokeWidth"_s), 20);
     settings.setStrokeWidth(6.6);
     EXPECT_EQ(slider.value(), 7);
-    EXPECT_TRUE(shows<QLabel>(u"7 pt"_qs));
-    EXPECT_EQ(store.real(u"strokeWidth"_qs), 6.6) << "showing a width does not round it";
+    EXPECT_TRUE(shows<QLabel>(u"7 pt"_s));
+    EXPECT_EQ(store.real(u"strokeWidth"_s), 6.6) << "showing a width does not round it";
 }
 
 TEST_F(PreferencesTest, ANewCombinationShowsAtOnceAndATakenKeyIsMarked)
 {
-    EXPECT_TRUE(shows<QLabel>(u"Ctrl+Mayús+5"_qs));
+    EXPECT_TRUE(shows<QLabel>(u"Ctrl+Mayús+5"_s));
     failed = {CaptureAction::window};
-    choose(named<PopUpButton>(u"Combinación: Ctrl+Mayús+número"_qs), u"Super+Mayús+número"_qs);
-    EXPECT_EQ(store.string(u"shortcutPreset"_qs), u"commandShift"_qs);
-    EXPECT_TRUE(shows<QLabel>(u"Super+Mayús+1"_qs));
-    EXPECT_FALSE(shows<QLabel>(u"Ctrl+Mayús+5"_qs));
+    choose(named<PopUpButton>(u"Combinación: Ctrl+Mayús+número"_s), u"Super+Mayús+número"_s);
+    EXPECT_EQ(store.string(u"shortcutPreset"_s), u"commandShift"_s);
+    EXPECT_TRUE(shows<QLabel>(u"Super+Mayús+1"_s));
+    EXPECT_FALSE(shows<QLabel>(u"Ctrl+Mayús+5"_s));
     int marked = 0;
     for (const auto* widget : all())
         if (widget->isVisible() && widget->toolTip().startsWith(u"El atajo está en uso"))
@@ -183,7 +185,7 @@ TEST_F(PreferencesTest, ANewCombinationShowsAtOnceAndATakenKeyIsMarked)
 
 TEST_F(PreferencesTest, ARefusedLoginItemStaysOffAndItsReasonHasRoom)
 {
-    auto& toggle = named<Switch>(u"Abrir al iniciar sesión"_qs);
+    auto& toggle = named<Switch>(u"Abrir al iniciar sesión"_s);
     gesture::click(toggle);
     EXPECT_TRUE(login.enabled && toggle.isChecked());
     login.enabled = false;
@@ -191,10 +193,10 @@ TEST_F(PreferencesTest, ARefusedLoginItemStaysOffAndItsReasonHasRoom)
     EXPECT_FALSE(toggle.isChecked()) << "it may be changed elsewhere";
 
     login.refusal
-        = QString(u"no se puede escribir en una carpeta con un nombre bastante largo "_qs).repeated(4);
+        = QString(u"no se puede escribir en una carpeta con un nombre bastante largo "_s).repeated(4);
     gesture::click(toggle);
     EXPECT_FALSE(toggle.isChecked());
-    const auto message = u"No se pudo cambiar: "_qs + *login.refusal;
+    const auto message = u"No se pudo cambiar: "_s + *login.refusal;
     ASSERT_TRUE(shows<Form::Label>(message));
     QCoreApplication::sendPostedEvents();
     auto& label = named<Form::Label>(message);
@@ -210,36 +212,36 @@ TEST_F(PreferencesTest, ARefusedLoginItemStaysOffAndItsReasonHasRoom)
 
 TEST_F(PreferencesTest, PermissionAndSettingsFileActionsShowTheirState)
 {
-    auto& restore = named<PushButton>(u"Volver a la guardada"_qs);
+    auto& restore = named<PushButton>(u"Volver a la guardada"_s);
     EXPECT_FALSE(restore.isEnabled());
     gesture::click(restore);
-    gesture::click(named<PushButton>(u"Guardar"_qs));
+    gesture::click(named<PushButton>(u"Guardar"_s));
     EXPECT_TRUE(restore.isEnabled());
     gesture::click(restore);
-    auto& more = named<PushButton>(u"Más"_qs);
-    choose(more, u"Exportar a un archivo…"_qs);
-    choose(more, u"Importar desde un archivo…"_qs);
-    choose(more, u"Restablecer valores iniciales…"_qs);
+    auto& more = named<PushButton>(u"Más"_s);
+    choose(more, u"Exportar a un archivo…"_s);
+    choose(more, u"Importar desde un archivo…"_s);
+    choose(more, u"Restablecer valores iniciales…"_s);
     EXPECT_EQ(log.join(u' ').toStdString(), "restore export import reset");
 
-    EXPECT_TRUE(shows<QLabel>(u"Permiso de Grabación de pantalla concedido"_qs));
+    EXPECT_TRUE(shows<QLabel>(u"Permiso de Grabación de pantalla concedido"_s));
     permission = false;
     window->view().refresh();
-    EXPECT_TRUE(shows<QLabel>(u"Falta el permiso de Grabación de pantalla"_qs));
-    gesture::click(named<PushButton>(u"Conceder…"_qs));
-    EXPECT_TRUE(shows<QLabel>(u"Permiso de Grabación de pantalla concedido"_qs));
-    EXPECT_FALSE(named<PushButton>(u"Conceder…"_qs).isVisible());
+    EXPECT_TRUE(shows<QLabel>(u"Falta el permiso de Grabación de pantalla"_s));
+    gesture::click(named<PushButton>(u"Conceder…"_s));
+    EXPECT_TRUE(shows<QLabel>(u"Permiso de Grabación de pantalla concedido"_s));
+    EXPECT_FALSE(named<PushButton>(u"Conceder…"_s).isVisible());
 }
 
 TEST_F(PreferencesTest, NothingIsClippedAndOnlyALongFolderGivesWay)
 {
     settings.setShortcutPreset(ShortcutPreset::commandShift);
-    settings.setSaveFolder(u"/media/"_qs + QString(u"una carpeta "_qs).repeated(12) + u"/capturas"_qs);
+    settings.setSaveFolder(u"/media/"_s + QString(u"una carpeta "_s).repeated(12) + u"/capturas"_s);
     permission = false;
     failed = {CaptureAction::text};
     savedCopy = true;
-    login.refusal = u"permiso denegado"_qs;
-    gesture::click(named<Switch>(u"Abrir al iniciar sesión"_qs));
+    login.refusal = u"permiso denegado"_s;
+    gesture::click(named<Switch>(u"Abrir al iniciar sesión"_s));
     window->view().refresh();
     QCoreApplication::sendPostedEvents();
     int shortened = 0;
@@ -247,7 +249,7 @@ TEST_F(PreferencesTest, NothingIsClippedAndOnlyALongFolderGivesWay)
         if (!widget->isVisible() || widget->testAttribute(Qt::WA_TransparentForMouseEvents))
             continue;
         const auto what
-            = QString(u"%1 “%2”"_qs)
+            = QString(u"%1 “%2”"_s)
                   .arg(QString::fromLatin1(widget->metaObject()->className()), widget->accessibleName())
                   .toStdString();
         EXPECT_TRUE(widget->parentWidget()->rect().contains(widget->geometry())) << what;
@@ -299,13 +301,13 @@ TEST_F(PreferencesTest, EveryControlIsReachedByTabHasANameAndComesIntoView)
         EXPECT_GE(alone, 17);
     }
 
-    named<QAbstractButton>(u"Abrir el editor directamente"_qs).setFocus();
+    named<QAbstractButton>(u"Abrir el editor directamente"_s).setFocus();
     gesture::key(Qt::Key_Right);
     EXPECT_EQ(settings.afterCapture(), AfterCapture::thumbnail) << "arrows move within the group";
     settings.setLastColor(Palette::annotation().front().color);
-    named<QAbstractButton>(u"Rojo"_qs).setFocus();
+    named<QAbstractButton>(u"Rojo"_s).setFocus();
     gesture::key(Qt::Key_Right);
-    EXPECT_EQ(store.string(u"lastColor"_qs), u"#FF9F1C"_qs);
+    EXPECT_EQ(store.string(u"lastColor"_s), u"#FF9F1C"_s);
 
     int closings = 0;
     QObject::connect(window.get(), &PreferencesWindow::closed, [&] { ++closings; });

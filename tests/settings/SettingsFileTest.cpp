@@ -15,6 +15,8 @@
 #include <QMessageBox>
 #include <QProcess>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -25,13 +27,13 @@ protected:
     SettingsFileTest()
     {
         qputenv("HOME", QFile::encodeName(home.path()));
-        qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_qs)));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_s)));
         settings.setAutoCopy(false);
         settings.setAutoSave(true);
         settings.setPlaySound(true);
         settings.setAfterCapture(AfterCapture::thumbnail);
         settings.setShortcutPreset(ShortcutPreset::commandShift);
-        settings.setSaveFolder(u"/tmp/ñ \"a\"\\/b"_qs);
+        settings.setSaveFolder(u"/tmp/ñ \"a\"\\/b"_s);
         settings.setLastColor(QColor(0x12, 0xAB, 0xEF));
         settings.setStrokeWidth(7.5);
         settings.setArrowStyle(ArrowStyle::double_);
@@ -68,7 +70,7 @@ protected:
 
     QByteArray previousHome = qgetenv("HOME");
     QTemporaryDir home;
-    QString file = home.filePath(u"ajustes.json"_qs);
+    QString file = home.filePath(u"ajustes.json"_s);
     UserDefaults store = UserDefaults::inMemory();
     Settings settings{store};
     QList<Setting> announced;
@@ -78,7 +80,7 @@ protected:
 
 TEST_F(SettingsFileTest, EverySettingTravelsToAnotherAccount)
 {
-    const auto path = home.filePath(u"carpeta/nueva/Configuración de Pintalux.json"_qs);
+    const auto path = home.filePath(u"carpeta/nueva/Configuración de Pintalux.json"_s);
     settings.write(path);
     auto otherStore = UserDefaults::inMemory();
     Settings other(otherStore);
@@ -95,16 +97,16 @@ TEST_F(SettingsFileTest, TheFileHasSortedNamesAndEscapedSlashesAndAnotherReaderU
 {
     settings.write(file);
     QProcess reader;
-    reader.start(u"python3"_qs,
-        {u"-c"_qs,
+    reader.start(u"python3"_s,
+        {u"-c"_s,
             u"import json,sys; d = json.load(open(sys.argv[1], encoding='utf-8'));"
-            "print(' '.join(d), d['saveFolder'], d['strokeWidth'], d['color'], d['app'], d['version'])"_qs,
+            "print(' '.join(d), d['saveFolder'], d['strokeWidth'], d['color'], d['app'], d['version'])"_s,
             file});
     ASSERT_TRUE(reader.waitForFinished());
     EXPECT_EQ(QString::fromUtf8(reader.readAllStandardOutput()),
         u"afterCapture app arrowStyle autoCopy autoSave beautifyByDefault calloutText color gradient "
         "handwritten paletteEdge playSound saveFolder shortcutPreset strokeWidth toolbarHidden version "
-        "/tmp/ñ \"a\"\\/b 7.5 #12ABEF Pintalux 1\n"_qs);
+        "/tmp/ñ \"a\"\\/b 7.5 #12ABEF Pintalux 1\n"_s);
     const auto text = stage::contents(file);
     EXPECT_TRUE(text.contains("\"\\/tmp\\/ñ \\\"a\\\"\\\\\\/b\"")) << text.toStdString();
     EXPECT_TRUE(text.startsWith("{\n    \"afterCapture\""));
@@ -126,19 +128,19 @@ TEST_F(SettingsFileTest, ValuesThatMeanNothingAreReplaced)
              {"gradient", -5, Setting::lastGradient, -1},
              {"gradient", 99, Setting::lastGradient, int(Palette::gradients().size()) - 1},
              {"gradient", qint64(1) << 60, Setting::lastGradient, int(Palette::gradients().size()) - 1},
-             {"afterCapture", u"thumb"_qs, Setting::afterCapture, u"editor"_qs},
-             {"arrowStyle", u""_qs, Setting::arrowStyle, u"sketch"_qs},
-             {"paletteEdge", u"Top"_qs, Setting::paletteEdge, u"bottom"_qs},
-             {"color", u"rojo"_qs, Setting::lastColor, u"#FF0000"_qs},
-             {"color", u" 00ff00 "_qs, Setting::lastColor, u"#00FF00"_qs},
-             {"shortcutPreset", u"none"_qs, Setting::shortcutPreset, u"commandShift"_qs},
-             {"saveFolder", u"~/Capturas"_qs, Setting::saveFolder, inHome("/Capturas")},
-             {"saveFolder", u"~"_qs, Setting::saveFolder, inHome("")},
-             {"saveFolder", u"Capturas/./"_qs, Setting::saveFolder, inHome("/Capturas")},
-             {"saveFolder", u":/a"_qs, Setting::saveFolder, inHome("/:/a")},
-             {"saveFolder", u"/a/~/b"_qs, Setting::saveFolder, u"/a/~/b"_qs},
-             {"saveFolder", u""_qs, Setting::saveFolder, Settings::defaultFolder()},
-             {"saveFolder", u"/a\0b"_qs, Setting::saveFolder, Settings::defaultFolder()},
+             {"afterCapture", u"thumb"_s, Setting::afterCapture, u"editor"_s},
+             {"arrowStyle", u""_s, Setting::arrowStyle, u"sketch"_s},
+             {"paletteEdge", u"Top"_s, Setting::paletteEdge, u"bottom"_s},
+             {"color", u"rojo"_s, Setting::lastColor, u"#FF0000"_s},
+             {"color", u" 00ff00 "_s, Setting::lastColor, u"#00FF00"_s},
+             {"shortcutPreset", u"none"_s, Setting::shortcutPreset, u"commandShift"_s},
+             {"saveFolder", u"~/Capturas"_s, Setting::saveFolder, inHome("/Capturas")},
+             {"saveFolder", u"~"_s, Setting::saveFolder, inHome("")},
+             {"saveFolder", u"Capturas/./"_s, Setting::saveFolder, inHome("/Capturas")},
+             {"saveFolder", u":/a"_s, Setting::saveFolder, inHome("/:/a")},
+             {"saveFolder", u"/a/~/b"_s, Setting::saveFolder, u"/a/~/b"_s},
+             {"saveFolder", u""_s, Setting::saveFolder, Settings::defaultFolder()},
+             {"saveFolder", u"/a\0b"_s, Setting::saveFolder, Settings::defaultFolder()},
              {"version", 7, Setting::autoCopy, false},
              {"somethingNew", QJsonArray{1}, Setting::autoCopy, false},
          }) {
@@ -152,7 +154,7 @@ TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
 {
     const auto good = settings.snapshot().encoded();
     auto incomplete = fields();
-    incomplete.remove(u"gradient"_qs);
+    incomplete.remove(u"gradient"_s);
     const auto twice
         = [&](const QByteArray& field) { return QByteArray(good).replace("{\n", "{" + field + ","); };
     struct Row {
@@ -161,8 +163,8 @@ TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
     };
     const auto foreign = "El archivo no es una configuración de Pintalux.";
     for (const auto& row : std::initializer_list<Row>{
-             {with(u"app"_qs, u"Otro"_qs), foreign},
-             {with(u"app"_qs, u"pintalux"_qs), foreign},
+             {with(u"app"_s, u"Otro"_s), foreign},
+             {with(u"app"_s, u"pintalux"_s), foreign},
              {"{}", foreign},
              {"[1, 2]", foreign},
              {"", "El archivo está vacío."},
@@ -176,15 +178,15 @@ TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
              {QByteArray(2 << 20, ' '),
                  "El archivo es demasiado grande para ser una configuración de Pintalux."},
              {QJsonDocument(incomplete).toJson(), "Al archivo le falta «gradient»."},
-             {with(u"app"_qs, 1), "En el archivo, «app» debe ser un texto."},
-             {with(u"version"_qs, u"1"_qs), "En el archivo, «version» debe ser un número entero."},
-             {with(u"autoCopy"_qs, 1), "En el archivo, «autoCopy» debe ser true o false."},
-             {with(u"color"_qs, QJsonArray{}), "En el archivo, «color» debe ser un texto."},
-             {with(u"color"_qs, QJsonValue::Null), "En el archivo, «color» debe ser un texto."},
-             {with(u"paletteEdge"_qs, 2), "En el archivo, «paletteEdge» debe ser un texto."},
-             {with(u"strokeWidth"_qs, true), "En el archivo, «strokeWidth» debe ser un número."},
-             {with(u"gradient"_qs, 1.5), "En el archivo, «gradient» debe ser un número entero."},
-             {with(u"gradient"_qs, 1e40), "En el archivo, «gradient» debe ser un número entero."},
+             {with(u"app"_s, 1), "En el archivo, «app» debe ser un texto."},
+             {with(u"version"_s, u"1"_s), "En el archivo, «version» debe ser un número entero."},
+             {with(u"autoCopy"_s, 1), "En el archivo, «autoCopy» debe ser true o false."},
+             {with(u"color"_s, QJsonArray{}), "En el archivo, «color» debe ser un texto."},
+             {with(u"color"_s, QJsonValue::Null), "En el archivo, «color» debe ser un texto."},
+             {with(u"paletteEdge"_s, 2), "En el archivo, «paletteEdge» debe ser un texto."},
+             {with(u"strokeWidth"_s, true), "En el archivo, «strokeWidth» debe ser un número."},
+             {with(u"gradient"_s, 1.5), "En el archivo, «gradient» debe ser un número entero."},
+             {with(u"gradient"_s, 1e40), "En el archivo, «gradient» debe ser un número entero."},
              {QByteArray(good).replace("7.5", "1e999"), "El archivo no es JSON válido (línea 16)."},
              {twice("\"autoCopy\": true"), "El archivo contiene «autoCopy» dos veces."},
              {twice("\"\\u0061pp\" :\"x\""), "El archivo contiene «app» dos veces."},
@@ -199,9 +201,9 @@ TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
             EXPECT_EQ(error.code == 2, row.sentence == foreign) << row.sentence;
         }
     }
-    EXPECT_THROW(settings.read(home.filePath(u"no.json"_qs)), Error);
+    EXPECT_THROW(settings.read(home.filePath(u"no.json"_s)), Error);
     EXPECT_THROW(settings.read(home.path()), Error);
-    EXPECT_THROW(settings.read(u"/dev/zero"_qs), Error);
+    EXPECT_THROW(settings.read(u"/dev/zero"_s), Error);
     EXPECT_EQ(settings.snapshot().encoded(), good);
     EXPECT_TRUE(announced.isEmpty());
     read("\xEF\xBB\xBF" + QByteArray(good).replace("\\/", "/").replace("Pintalux", "Pintalu\\u0078"));
@@ -261,7 +263,7 @@ protected:
     {
         const auto open = panels<QFileDialog>();
         ASSERT_EQ(open.size(), 1);
-        EXPECT_EQ(open[0]->nameFilters(), QStringList{u"Archivos JSON (*.json)"_qs});
+        EXPECT_EQ(open[0]->nameFilters(), QStringList{u"Archivos JSON (*.json)"_s});
         open[0]->selectFile(path);
         static_cast<QDialog*>(open[0])->accept();
     }
@@ -293,18 +295,18 @@ TEST_F(SettingsFileActionsTest, ACopyIsKeptAndRestoredAndAFailureIsTold)
     int saved = 0;
     QObject::connect(&actions, &SettingsFileActions::copySaved, [&] { ++saved; });
     actions.restoreSavedCopy();
-    expectMessage(u"No se pudo restaurar: «%1» no existe."_qs.arg(Settings::savedCopyPath()));
-    stage::put(home.filePath(u"data"_qs), "in the way");
+    expectMessage(u"No se pudo restaurar: «%1» no existe."_s.arg(Settings::savedCopyPath()));
+    stage::put(home.filePath(u"data"_s), "in the way");
     actions.saveCopy();
-    expectMessage(u"No se pudo guardar: «%1» no es una carpeta."_qs.arg(home.filePath(u"data"_qs)));
+    expectMessage(u"No se pudo guardar: «%1» no es una carpeta."_s.arg(home.filePath(u"data"_s)));
     EXPECT_EQ(saved, 0);
-    QFile::remove(home.filePath(u"data"_qs));
+    QFile::remove(home.filePath(u"data"_s));
     actions.saveCopy();
-    expectMessage(u"Configuración guardada"_qs);
+    expectMessage(u"Configuración guardada"_s);
     EXPECT_EQ(saved, 1);
     settings.setStrokeWidth(3);
     actions.restoreSavedCopy();
-    expectMessage(u"Configuración guardada restaurada"_qs);
+    expectMessage(u"Configuración guardada restaurada"_s);
     EXPECT_EQ(settings.strokeWidth(), 7.5);
 }
 
@@ -315,9 +317,9 @@ TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothi
     ASSERT_EQ(panels<QFileDialog>().size(), 1) << "one panel at a time";
     EXPECT_EQ(QFileInfo(panels<QFileDialog>()[0]->selectedFiles().value(0)).fileName(),
         u"Configuración de Pintalux.json");
-    choose(home.filePath(u"mía"_qs));
-    expectMessage(u"Configuración exportada"_qs);
-    EXPECT_EQ(stage::contents(home.filePath(u"mía.json"_qs)), settings.snapshot().encoded());
+    choose(home.filePath(u"mía"_s));
+    expectMessage(u"Configuración exportada"_s);
+    EXPECT_EQ(stage::contents(home.filePath(u"mía.json"_s)), settings.snapshot().encoded());
 
     actions.importSettings();
     panels<QFileDialog>()[0]->reject();
@@ -325,15 +327,15 @@ TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothi
     panels<QFileDialog>()[0]->reject();
     EXPECT_EQ(HUD::currentMessage(), std::nullopt);
 
-    stage::put(file, with(u"app"_qs, u"Otro"_qs));
+    stage::put(file, with(u"app"_s, u"Otro"_s));
     actions.importSettings();
     choose(file);
-    expectMessage(u"No se pudo importar: El archivo no es una configuración de Pintalux."_qs);
-    stage::put(file, with(u"strokeWidth"_qs, 9));
+    expectMessage(u"No se pudo importar: El archivo no es una configuración de Pintalux."_s);
+    stage::put(file, with(u"strokeWidth"_s, 9));
     actions.importSettings();
     EXPECT_EQ(panels<QFileDialog>()[0]->labelText(QFileDialog::Accept), u"Importar");
     choose(file);
-    expectMessage(u"Configuración importada"_qs);
+    expectMessage(u"Configuración importada"_s);
     EXPECT_EQ(settings.strokeWidth(), 9);
 }
 
@@ -343,11 +345,11 @@ TEST_F(SettingsFileActionsTest, AResetAsksFirst)
     actions.reset();
     ASSERT_EQ(panels<QMessageBox>().size(), 1);
     EXPECT_EQ(panels<QMessageBox>()[0]->text(), u"¿Restablecer los valores iniciales?");
-    press(u"Cancelar"_qs);
+    press(u"Cancelar"_s);
     EXPECT_EQ(settings.values(), before);
     EXPECT_EQ(HUD::currentMessage(), std::nullopt);
     actions.reset();
-    press(u"Restablecer"_qs);
+    press(u"Restablecer"_s);
     EXPECT_EQ(settings.values(), SettingsValues());
-    expectMessage(u"Valores iniciales restablecidos"_qs);
+    expectMessage(u"Valores iniciales restablecidos"_s);
 }

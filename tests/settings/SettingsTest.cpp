@@ -7,6 +7,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -33,7 +35,7 @@ SettingsValues otherValues()
     values.autoCopy = false;
     values.autoSave = true;
     values.playSound = true;
-    values.saveFolder = u"/tmp/ñ carpeta"_qs;
+    values.saveFolder = u"/tmp/ñ carpeta"_s;
     values.shortcutPreset = ShortcutPreset::controlOption;
     values.afterCapture = AfterCapture::copyOnly;
     values.lastColor = QColor(0x12, 0xAB, 0xEF);
@@ -74,7 +76,7 @@ TEST(Settings, AFreshAccountHasTheFactoryValuesAndTheCopyIsDoneWith)
     auto store = UserDefaults::inMemory();
     const Settings settings(store);
     EXPECT_EQ(settings.values(), SettingsValues());
-    EXPECT_TRUE(settings.saveFolder().endsWith(u"/Pintalux"_qs));
+    EXPECT_TRUE(settings.saveFolder().endsWith(u"/Pintalux"_s));
     EXPECT_EQ(settings.lastColor(), QColor(255, 0, 0));
     EXPECT_FALSE(settings.hasLaunchedBefore());
     EXPECT_EQ(store.boolean(copiedKey), true);
@@ -87,7 +89,7 @@ TEST(Settings, EverySettingComesBackFromDiskUnderItsOwnKeyAndIsAnnounced)
     const QTemporaryDir root;
     const auto values = otherValues();
     {
-        UserDefaults store(u"app"_qs, root.path());
+        UserDefaults store(u"app"_s, root.path());
         Settings settings(store);
         QList<Setting> announced;
         QObject::connect(&settings, &Settings::changed, [&](Setting setting) { announced << setting; });
@@ -99,45 +101,44 @@ TEST(Settings, EverySettingComesBackFromDiskUnderItsOwnKeyAndIsAnnounced)
         settings.setHasLaunchedBefore(true);
         EXPECT_EQ(announced.size(), qsizetype(settingTable.size()));
     }
-    UserDefaults store(u"app"_qs, root.path());
+    UserDefaults store(u"app"_s, root.path());
     EXPECT_EQ(Settings(store).values(), values);
     EXPECT_TRUE(Settings(store).hasLaunchedBefore());
     // What is on disk are words, not ordinals.
-    EXPECT_EQ(store.string(u"shortcutPreset"_qs), u"controlOption"_qs);
-    EXPECT_EQ(store.string(u"afterCapture"_qs), u"copyOnly"_qs);
-    EXPECT_EQ(store.string(u"arrowStyle"_qs), u"double"_qs);
-    EXPECT_EQ(store.string(u"paletteEdge"_qs), u"right"_qs);
-    EXPECT_EQ(store.string(u"lastColor"_qs), u"#12ABEF"_qs);
-    EXPECT_EQ(store.string(u"saveFolder"_qs), u"/tmp/ñ carpeta"_qs);
+    EXPECT_EQ(store.string(u"shortcutPreset"_s), u"controlOption"_s);
+    EXPECT_EQ(store.string(u"afterCapture"_s), u"copyOnly"_s);
+    EXPECT_EQ(store.string(u"arrowStyle"_s), u"double"_s);
+    EXPECT_EQ(store.string(u"paletteEdge"_s), u"right"_s);
+    EXPECT_EQ(store.string(u"lastColor"_s), u"#12ABEF"_s);
+    EXPECT_EQ(store.string(u"saveFolder"_s), u"/tmp/ñ carpeta"_s);
 }
 
 TEST(Settings, UnreadableValuesReadAsTheFactorys)
 {
-    const QJsonValue wrongTypes[]{QJsonValue(), QJsonArray{1}, QJsonObject{}, u"true"_qs, u""_qs, 1e300, 2.5};
+    const QJsonValue wrongTypes[]{QJsonValue(), QJsonArray{1}, QJsonObject{}, u"true"_s, u""_s, 1e300, 2.5};
     for (const auto& row : settingTable) {
         for (const auto& wrong : wrongTypes) {
             const bool isRight = (row.value == Setting::strokeWidth && wrong.isDouble())
-                || (row.value == Setting::saveFolder && wrong == u"true"_qs);
+                || (row.value == Setting::saveFolder && wrong == u"true"_s);
             if (!isRight) {
                 EXPECT_EQ(read({{row.key.toString(), wrong}}), SettingsValues())
                     << row.key.toString().toStdString();
             }
         }
     }
-    for (const auto& [key, wrong] :
-        std::initializer_list<std::pair<QString, QJsonValue>>{{u"autoCopy"_qs, 0}, {u"toolbarHidden"_qs, 1},
-            {u"strokeWidth"_qs, false}, {u"lastGradient"_qs, true}, {u"afterCapture"_qs, u"thumb"_qs},
-            {u"afterCapture"_qs, u"Thumbnail"_qs}, {u"shortcutPreset"_qs, u"controlShift "_qs},
-            {u"paletteEdge"_qs, 2}, {u"lastColor"_qs, u"rojo"_qs}})
+    for (const auto& [key, wrong] : std::initializer_list<std::pair<QString, QJsonValue>>{{u"autoCopy"_s, 0},
+             {u"toolbarHidden"_s, 1}, {u"strokeWidth"_s, false}, {u"lastGradient"_s, true},
+             {u"afterCapture"_s, u"thumb"_s}, {u"afterCapture"_s, u"Thumbnail"_s},
+             {u"shortcutPreset"_s, u"controlShift "_s}, {u"paletteEdge"_s, 2}, {u"lastColor"_s, u"rojo"_s}})
         EXPECT_EQ(read({{key, wrong}}), SettingsValues()) << key.toStdString();
 }
 
 TEST(Settings, NumbersOutOfRangeAreKeptAndDoNotWrapAround)
 {
-    EXPECT_EQ(read({{u"strokeWidth"_qs, -3}}), changed(&SettingsValues::strokeWidth, -3.0));
-    EXPECT_EQ(read({{u"strokeWidth"_qs, 1e300}}), changed(&SettingsValues::strokeWidth, 1e300));
-    EXPECT_EQ(read({{u"lastGradient"_qs, 99}}), changed(&SettingsValues::lastGradient, 99));
-    EXPECT_EQ(read({{u"lastGradient"_qs, qint64(1) << 40}}),
+    EXPECT_EQ(read({{u"strokeWidth"_s, -3}}), changed(&SettingsValues::strokeWidth, -3.0));
+    EXPECT_EQ(read({{u"strokeWidth"_s, 1e300}}), changed(&SettingsValues::strokeWidth, 1e300));
+    EXPECT_EQ(read({{u"lastGradient"_s, 99}}), changed(&SettingsValues::lastGradient, 99));
+    EXPECT_EQ(read({{u"lastGradient"_s, qint64(1) << 40}}),
         changed(&SettingsValues::lastGradient, std::numeric_limits<int>::max()));
     auto store = UserDefaults::inMemory();
     Settings settings(store);
@@ -147,19 +148,19 @@ TEST(Settings, NumbersOutOfRangeAreKeptAndDoNotWrapAround)
 
 TEST(Settings, TheSiblingsValuesAreCopiedOnceAndNeverOverOwnOnes)
 {
-    const QJsonObject sibling{{u"strokeWidth"_qs, 8}, {u"autoCopy"_qs, false}, {u"paletteEdge"_qs, u"top"_qs},
-        {u"unknown"_qs, QJsonArray{1, 2}}};
-    auto store = UserDefaults::inMemory({{u"paletteEdge"_qs, u"left"_qs}}, {{u"trazalio"_qs, sibling}});
+    const QJsonObject sibling{{u"strokeWidth"_s, 8}, {u"autoCopy"_s, false}, {u"paletteEdge"_s, u"top"_s},
+        {u"unknown"_s, QJsonArray{1, 2}}};
+    auto store = UserDefaults::inMemory({{u"paletteEdge"_s, u"left"_s}}, {{u"trazalio"_s, sibling}});
     Settings settings(store);
     EXPECT_EQ(settings.strokeWidth(), 8);
     EXPECT_FALSE(settings.autoCopy());
     EXPECT_EQ(settings.paletteEdge(), PaletteEdge::left);
-    EXPECT_TRUE(store.contains(u"unknown"_qs));
+    EXPECT_TRUE(store.contains(u"unknown"_s));
 
     settings.setStrokeWidth(6);
     EXPECT_EQ(Settings(store).strokeWidth(), 6);
     // Not asked again, also for keys that are missing here.
-    auto done = UserDefaults::inMemory({{copiedKey, true}}, {{u"trazalio"_qs, sibling}});
+    auto done = UserDefaults::inMemory({{copiedKey, true}}, {{u"trazalio"_s, sibling}});
     EXPECT_EQ(Settings(done).values(), SettingsValues());
 }
 
@@ -170,7 +171,7 @@ TEST(Settings, SettingTheSameShortcutsAgainIsAnnouncedSoThatTheyAreRegisteredAga
     int count = 0;
     QObject::connect(&settings, &Settings::changed, [&](Setting setting) {
         count += setting == Setting::shortcutPreset;
-        EXPECT_EQ(store.string(u"shortcutPreset"_qs), rawValue(settings.shortcutPreset()))
+        EXPECT_EQ(store.string(u"shortcutPreset"_s), rawValue(settings.shortcutPreset()))
             << "announced too early";
     });
     settings.setShortcutPreset(ShortcutPreset::commandShift);

@@ -12,6 +12,8 @@
 #include <deque>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::x11 {
 
 namespace {
@@ -133,8 +135,7 @@ private:
 
     static Error unreadableFormat()
     {
-        return {
-            ScreenSource::errorDomain, 2, u"La pantalla usa un formato de color que no se puede leer."_qs};
+        return {ScreenSource::errorDomain, 2, u"La pantalla usa un formato de color que no se puede leer."_s};
     }
 
     const XcbConnection& connection;

@@ -8,6 +8,8 @@
 
 #include <xcb/composite.h>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::x11 {
 
 namespace {
@@ -15,11 +17,11 @@ namespace {
 // How long an application gets to paint what nobody could see before.
 constexpr unsigned long repaintMilliseconds = 80;
 
-Error windowGone() { return {ScreenSource::errorDomain, 3, u"La ventana ya no está en la pantalla."_qs}; }
+Error windowGone() { return {ScreenSource::errorDomain, 3, u"La ventana ya no está en la pantalla."_s}; }
 
 Error compositeMissing()
 {
-    return {ScreenSource::errorDomain, 4, u"El servidor gráfico no permite capturar ventanas sueltas."_qs};
+    return {ScreenSource::errorDomain, 4, u"El servidor gráfico no permite capturar ventanas sueltas."_s};
 }
 
 // The memory that a window paints into while it is redirected, as long as this lives.

@@ -9,6 +9,8 @@
 
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace pintalux::x11 {
 
 namespace {
@@ -46,13 +48,13 @@ constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> atomNam
 
 Error connectionLost()
 {
-    return {ScreenSource::errorDomain, 1, u"No hay conexión con el servidor gráfico."_qs};
+    return {ScreenSource::errorDomain, 1, u"No hay conexión con el servidor gráfico."_s};
 }
 
 Error temporaryFailure()
 {
     return {ScreenSource::errorDomain, ScreenSource::temporaryFailure,
-        u"La pantalla no se pudo leer en este momento."_qs};
+        u"La pantalla no se pudo leer en este momento."_s};
 }
 
 void ignoreBrokenPipe()

@@ -9,6 +9,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 using namespace pintalux;
 
 namespace {
@@ -17,7 +19,7 @@ void say(const QString& line) { QTextStream(stdout) << line << Qt::endl; }
 
 QString nameOf(SingleInstance::Role role)
 {
-    const std::array names{u"first"_qs, u"second"_qs, u"alone"_qs};
+    const std::array names{u"first"_s, u"second"_s, u"alone"_s};
     return names[std::size_t(role)];
 }
 
@@ -42,18 +44,18 @@ int main(int argc, char** argv)
     say(nameOf(instance.role()));
     if (instance.role() == SingleInstance::Role::second) {
         const bool done = handOver(instance, application.arguments().mid(1));
-        say((done ? u"true "_qs : u"false "_qs) + nameOf(instance.role()));
+        say((done ? u"true "_s : u"false "_s) + nameOf(instance.role()));
         return 0;
     }
-    QObject::connect(&instance, &SingleInstance::activated, [] { say(u"activated"_qs); });
+    QObject::connect(&instance, &SingleInstance::activated, [] { say(u"activated"_s); });
     QObject::connect(&instance, &SingleInstance::openRequested,
-        [](const QStringList& paths) { say(u"open "_qs + paths.join(u'|')); });
+        [](const QStringList& paths) { say(u"open "_s + paths.join(u'|')); });
     QObject::connect(
         &instance, &SingleInstance::actionRequested, [](const QString& name, const QVariantList& parameters) {
             QStringList texts;
             for (const auto& parameter : parameters)
                 texts.append(QString::fromLatin1(parameter.typeName()) + u'=' + parameter.toString());
-            say(u"action "_qs + name + u' ' + texts.join(u'|'));
+            say(u"action "_s + name + u' ' + texts.join(u'|'));
         });
     return QCoreApplication::exec();
 }
