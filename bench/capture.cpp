@@ -2,7 +2,7 @@
 
 #include "DisplaySession.h"
 #include "capture/ScreenCapture.h"
-#include "platform/x11/X11ScreenSource.h"
+#include "platform/x11/capture/X11ScreenSource.h"
 
 #include <QGuiApplication>
 

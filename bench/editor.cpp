@@ -2,9 +2,9 @@
 // painted window, from opening to the first paint, and the memory that editor and history take.
 
 #include "Pictures.h"
-#include "editor/CanvasView.h"
+#include "editor/canvas/CanvasView.h"
 #include "model/Palette.h"
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 
 #include <QApplication>
 #include <QColorSpace>

@@ -1,7 +1,7 @@
 // Reading text: how many words come out right, and how long it takes, over pictures as people capture them.
 // The counter "acierto" is the share of the words that were drawn and come out, in order, as they were.
 
-#include "capture/OCR.h"
+#include "capture/text/OCR.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>

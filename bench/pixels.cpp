@@ -1,8 +1,8 @@
 // The pixel kernels on whole 4K frames, each beside a memory copy of the same frame. Prints a table.
 
 #include "Pictures.h"
-#include "platform/ImageFilter.h"
-#include "platform/PngEncoder.h"
+#include "platform/image/ImageFilter.h"
+#include "platform/image/PngEncoder.h"
 
 #include <QBuffer>
 #include <QColorSpace>

@@ -1,9 +1,9 @@
 // Flattening a 4K document with 60 marks, and laying out text, beside a memory copy of the frame.
 
-#include "model/Geometry.h"
 #include "model/Palette.h"
-#include "render/Exporter.h"
+#include "platform/graphics/Geometry.h"
 #include "render/Renderer.h"
+#include "render/export/Exporter.h"
 
 #include <QApplication>
 #include <QColorSpace>

@@ -1,7 +1,7 @@
 // Marks with any numbers that a marks file may hold, drawn: none makes the renderer fall, hang or eat the
 // memory.
 
-#include "render/Exporter.h"
+#include "render/export/Exporter.h"
 
 #include <QGuiApplication>
 

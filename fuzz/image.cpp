@@ -1,7 +1,7 @@
 // Opening a picture: whatever the file holds, there is a picture within the limits or a sentence.
 
-#include "platform/Error.h"
-#include "platform/ImageFile.h"
+#include "platform/base/Error.h"
+#include "platform/image/ImageFile.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 // The marks file: what is accepted has only finite numbers and can be measured.
 
 #include "model/MarksFile.h"
-#include "platform/Error.h"
+#include "platform/base/Error.h"
 
 #include <QGuiApplication>
 

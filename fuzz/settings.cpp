@@ -1,7 +1,7 @@
 // The settings file: what is accepted is applied to valid values and survives being written and read again.
 
 #include "model/Palette.h"
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 #include "settings/SettingsFile.h"
 
 #include <cstdlib>

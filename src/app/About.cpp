@@ -1,11 +1,11 @@
 #include "app/About.h"
 
-#include "app/AppIcon.h"
-#include "app/Author.h"
-#include "app/CommandLine.h"
-#include "app/Theme.h"
-#include "platform/PanelWindow.h"
-#include "render/Draw.h"
+#include "app/commandline/CommandLine.h"
+#include "app/icon/AppIcon.h"
+#include "controls/theme/Theme.h"
+#include "platform/base/Author.h"
+#include "platform/graphics/Draw.h"
+#include "platform/windowing/PanelWindow.h"
 
 #include <QKeyEvent>
 #include <QLabel>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/Delivery.h"
-#include "capture/CaptureAction.h"
 #include "capture/CaptureOverlay.h"
-#include "platform/Workspace.h"
+#include "model/CaptureAction.h"
+#include "platform/desktop/Workspace.h"
 
 #include <QObject>
 #include <QPointer>

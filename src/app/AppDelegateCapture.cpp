@@ -1,13 +1,13 @@
 // Captures, from the action to the delivery.
 
 #include "app/AppDelegate.h"
-#include "app/HUD.h"
-#include "app/Thumbnail.h"
-#include "capture/OCR.h"
+#include "app/floating/Thumbnail.h"
+#include "app/messages/HUD.h"
 #include "capture/ScreenCapture.h"
-#include "platform/SystemSound.h"
-#include "platform/Trace.h"
-#include "platform/Worker.h"
+#include "capture/text/OCR.h"
+#include "platform/base/Trace.h"
+#include "platform/base/Worker.h"
+#include "platform/desktop/SystemSound.h"
 #include "settings/Settings.h"
 
 namespace pintalux {

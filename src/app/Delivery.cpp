@@ -1,9 +1,9 @@
 #include "app/Delivery.h"
 
-#include "model/Color.h"
-#include "platform/Error.h"
-#include "render/Clipboard.h"
-#include "render/Exporter.h"
+#include "platform/base/Error.h"
+#include "platform/graphics/Color.h"
+#include "render/export/Clipboard.h"
+#include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
 using namespace Qt::StringLiterals;

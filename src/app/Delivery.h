@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/CaptureResult.h"
+#include "model/CaptureResult.h"
 
 #include <QColor>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "app/SingleInstance.h"
 
-#include "platform/SessionBus.h"
+#include "platform/desktop/SessionBus.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnectionInterface>
@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QUrl>
 #include <QVariantMap>
+
+using namespace Qt::StringLiterals;
 
 namespace pintalux {
 
@@ -158,5 +160,3 @@ bool SingleInstance::forward(const QString& method, const QVariantList& argument
 } // namespace pintalux
 
 #include "SingleInstance.moc"
-
-using namespace Qt::StringLiterals;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ApplicationId.h"
+#include "platform/base/ApplicationId.h"
 
 #include <QObject>
 #include <QStringList>

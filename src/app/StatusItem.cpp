@@ -1,10 +1,10 @@
 #include "app/StatusItem.h"
 
-#include "app/AppIcon.h"
-#include "app/MenuStyle.h"
-#include "app/Theme.h"
-#include "platform/DesktopAppearance.h"
-#include "platform/TrayHost.h"
+#include "app/icon/AppIcon.h"
+#include "controls/Menu.h"
+#include "controls/theme/Theme.h"
+#include "platform/windowing/DesktopAppearance.h"
+#include "platform/windowing/TrayHost.h"
 
 #include <QCursor>
 #include <QEvent>

@@ -1,10 +1,10 @@
 #include "app/StatusMenu.h"
 
-#include "app/Author.h"
-#include "app/BrandMark.h"
-#include "app/MenuStyle.h"
-#include "app/Theme.h"
-#include "platform/Symbol.h"
+#include "app/icon/BrandMark.h"
+#include "controls/Menu.h"
+#include "controls/theme/Theme.h"
+#include "platform/base/Author.h"
+#include "platform/graphics/Symbol.h"
 
 #include <QKeySequence>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "capture/CaptureAction.h"
+#include "model/CaptureAction.h"
 
 #include <QList>
 #include <QSet>

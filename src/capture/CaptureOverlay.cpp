@@ -1,8 +1,9 @@
 #include "capture/CaptureOverlay.h"
 
 #include "capture/OverlayWindow.h"
-#include "model/Geometry.h"
-#include "platform/PanelWindow.h"
+#include "platform/desktop/ToolkitScreens.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/windowing/PanelWindow.h"
 
 #include <QGuiApplication>
 #include <QScreen>

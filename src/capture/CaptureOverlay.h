@@ -1,8 +1,8 @@
 #pragma once
 
-#include "capture/CaptureResult.h"
 #include "capture/ScreenCapture.h"
-#include "platform/StringEnum.h"
+#include "model/CaptureResult.h"
+#include "platform/base/StringEnum.h"
 
 #include <QObject>
 #include <QPointF>

@@ -1,10 +1,10 @@
 #include "capture/OverlayDrawing.h"
 
-#include "capture/PixelSampler.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
 #include "model/Palette.h"
-#include "render/Draw.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/image/PixelSampler.h"
 
 using namespace Qt::StringLiterals;
 

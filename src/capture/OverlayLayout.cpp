@@ -1,7 +1,7 @@
 #include "capture/OverlayLayout.h"
 
-#include "model/Geometry.h"
 #include "model/Palette.h"
+#include "platform/graphics/Geometry.h"
 
 #include <span>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/CaptureOverlay.h"
-#include "platform/TextLine.h"
+#include "platform/graphics/TextLine.h"
 
 #include <QRegion>
 

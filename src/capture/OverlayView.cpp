@@ -1,13 +1,13 @@
 #include "capture/OverlayView.h"
 
 #include "capture/OverlayDrawing.h"
-#include "capture/PixelSampler.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
-#include "platform/LetterKey.h"
-#include "platform/PanelWindow.h"
-#include "platform/PointerPosition.h"
-#include "platform/Trace.h"
+#include "platform/base/Trace.h"
+#include "platform/desktop/LetterKey.h"
+#include "platform/desktop/PointerPosition.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/image/PixelSampler.h"
+#include "platform/windowing/PanelWindow.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>

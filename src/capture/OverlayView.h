@@ -1,7 +1,7 @@
 #pragma once
 
 #include "capture/OverlayLayout.h"
-#include "platform/DirectSurface.h"
+#include "platform/windowing/DirectSurface.h"
 
 #include <QPointer>
 #include <QWidget>

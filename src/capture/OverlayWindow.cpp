@@ -1,6 +1,6 @@
 #include "capture/OverlayWindow.h"
 
-#include "platform/PanelWindow.h"
+#include "platform/windowing/PanelWindow.h"
 
 #include <QScreen>
 

@@ -1,7 +1,7 @@
 #include "capture/ScreenCapture.h"
 
-#include "model/Geometry.h"
-#include "platform/Worker.h"
+#include "platform/base/Worker.h"
+#include "platform/graphics/Geometry.h"
 
 #include <QThread>
 

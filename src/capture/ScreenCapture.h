@@ -1,7 +1,7 @@
 #pragma once
 
-#include "capture/CaptureResult.h"
-#include "platform/ScreenSource.h"
+#include "model/CaptureResult.h"
+#include "platform/desktop/ScreenSource.h"
 
 #include <QFuture>
 

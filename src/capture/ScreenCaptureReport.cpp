@@ -1,6 +1,6 @@
 // What the capture service tells a person.
 
-#include "app/HUD.h"
+#include "app/messages/HUD.h"
 #include "capture/ScreenCapture.h"
 
 #include <QDesktopServices>

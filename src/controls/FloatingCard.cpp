@@ -1,10 +1,10 @@
 #include "controls/FloatingCard.h"
 
-#include "app/Theme.h"
-#include "controls/Elevation.h"
-#include "model/Color.h"
-#include "platform/Compositor.h"
-#include "render/Draw.h"
+#include "controls/theme/Elevation.h"
+#include "controls/theme/Theme.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/windowing/Compositor.h"
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>

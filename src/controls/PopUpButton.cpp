@@ -1,11 +1,11 @@
 #include "controls/PopUpButton.h"
 
-#include "app/MenuStyle.h"
-#include "controls/ControlPainting.h"
-#include "controls/FocusRing.h"
-#include "platform/Symbol.h"
-#include "platform/VectorIcon.h"
-#include "render/Draw.h"
+#include "controls/Menu.h"
+#include "controls/theme/ControlPainting.h"
+#include "controls/theme/FocusRing.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Symbol.h"
+#include "platform/graphics/VectorIcon.h"
 
 #include <QKeyEvent>
 #include <QPainter>

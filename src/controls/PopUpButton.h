@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/Fade.h"
+#include "controls/theme/Fade.h"
 
 #include <QAbstractButton>
 

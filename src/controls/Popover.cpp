@@ -1,11 +1,11 @@
 #include "controls/Popover.h"
 
-#include "app/Theme.h"
-#include "controls/Elevation.h"
-#include "controls/FocusRing.h"
-#include "platform/Compositor.h"
-#include "platform/VisibleFrame.h"
-#include "render/Draw.h"
+#include "controls/theme/Elevation.h"
+#include "controls/theme/FocusRing.h"
+#include "controls/theme/Theme.h"
+#include "platform/graphics/Draw.h"
+#include "platform/windowing/Compositor.h"
+#include "platform/windowing/VisibleFrame.h"
 
 #include <QAbstractButton>
 #include <QMouseEvent>

@@ -1,13 +1,13 @@
 #include "controls/PushButton.h"
 
-#include "app/MenuStyle.h"
-#include "controls/ControlPainting.h"
-#include "controls/FocusRing.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
-#include "platform/GraphicsContext.h"
-#include "platform/Symbol.h"
-#include "render/Draw.h"
+#include "controls/Menu.h"
+#include "controls/theme/ControlPainting.h"
+#include "controls/theme/FocusRing.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/graphics/GraphicsContext.h"
+#include "platform/graphics/Symbol.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #include "controls/Slider.h"
 
-#include "controls/ControlPainting.h"
-#include "controls/FocusRing.h"
-#include "render/Draw.h"
+#include "controls/theme/ControlPainting.h"
+#include "controls/theme/FocusRing.h"
+#include "platform/graphics/Draw.h"
 
 #include <QMouseEvent>
 #include <QPainter>

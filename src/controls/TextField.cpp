@@ -1,7 +1,7 @@
 #include "controls/TextField.h"
 
-#include "controls/ControlPainting.h"
-#include "render/Draw.h"
+#include "controls/theme/ControlPainting.h"
+#include "platform/graphics/Draw.h"
 
 #include <QEvent>
 #include <QPainter>

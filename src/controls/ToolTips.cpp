@@ -1,13 +1,13 @@
 #include "controls/ToolTips.h"
 
-#include "app/Theme.h"
 #include "controls/Popover.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
-#include "platform/Compositor.h"
-#include "platform/TextBlock.h"
-#include "platform/VisibleFrame.h"
-#include "render/Draw.h"
+#include "controls/theme/Theme.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/graphics/TextBlock.h"
+#include "platform/windowing/Compositor.h"
+#include "platform/windowing/VisibleFrame.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "model/Annotation.h"
 
-#include "model/Color.h"
-#include "model/Geometry.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Geometry.h"
 
 using namespace Qt::StringLiterals;
 

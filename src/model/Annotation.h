@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Tool.h"
-#include "platform/TextBlock.h"
+#include "platform/graphics/TextBlock.h"
 
 #include <QColor>
 #include <QImage>

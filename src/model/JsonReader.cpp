@@ -1,6 +1,6 @@
 #include "model/JsonReader.h"
 
-#include "model/Color.h"
+#include "platform/graphics/Color.h"
 
 #include <QJsonArray>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Error.h"
-#include "platform/StringEnum.h"
+#include "platform/base/Error.h"
+#include "platform/base/StringEnum.h"
 
 #include <QColor>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "model/Palette.h"
 
-#include "model/Color.h"
+#include "platform/graphics/Color.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/StringEnum.h"
+#include "platform/base/StringEnum.h"
 
 namespace pintalux {
 

@@ -1,6 +1,6 @@
 #include "render/EffectCache.h"
 
-#include "platform/ImageFilter.h"
+#include "platform/image/ImageFilter.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "render/Renderer.h"
 
-#include "render/Draw.h"
+#include "platform/graphics/Draw.h"
 #include "render/RendererInternal.h"
 
 namespace pintalux::Renderer {

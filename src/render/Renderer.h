@@ -3,7 +3,7 @@
 #include "model/BeautifySettings.h"
 #include "model/Document.h"
 #include "model/Palette.h"
-#include "platform/GraphicsContext.h"
+#include "platform/graphics/GraphicsContext.h"
 #include "render/EffectCache.h"
 
 #include <QUuid>

@@ -1,4 +1,4 @@
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 #include "render/RendererInternal.h"
 #include "render/SeededRandom.h"
 

@@ -1,4 +1,4 @@
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 #include "render/Renderer.h"
 
 namespace pintalux::Renderer {

@@ -1,6 +1,6 @@
-#include "model/Color.h"
-#include "model/Geometry.h"
-#include "render/Draw.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Geometry.h"
 #include "render/RendererInternal.h"
 
 #include <QLinearGradient>

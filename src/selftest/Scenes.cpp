@@ -1,9 +1,9 @@
 #include "selftest/Scenes.h"
 
-#include "app/AppIcon.h"
-#include "model/Color.h"
+#include "app/icon/AppIcon.h"
 #include "model/Palette.h"
-#include "render/Draw.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
 
 #include <QColorSpace>
 #include <QPainter>

@@ -3,7 +3,7 @@
 #include "selftest/SelfTest.h"
 
 #include "app/AppDelegate.h"
-#include "render/Exporter.h"
+#include "render/export/Exporter.h"
 #include "selftest/Scenes.h"
 
 #include <QApplication>

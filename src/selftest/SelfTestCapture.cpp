@@ -2,8 +2,8 @@
 
 #include "app/AppDelegate.h"
 #include "capture/OverlayWindow.h"
-#include "editor/EditorWindowController.h"
-#include "platform/Worker.h"
+#include "editor/window/EditorWindowController.h"
+#include "platform/base/Worker.h"
 #include "selftest/SelfTest.h"
 
 #include <QTimer>

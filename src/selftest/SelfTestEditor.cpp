@@ -1,9 +1,9 @@
 // An editor on the screen, worked by the canvas's own scripted drags.
 
 #include "app/AppDelegate.h"
-#include "app/AppIcon.h"
-#include "editor/CanvasView.h"
-#include "editor/EditorWindowController.h"
+#include "app/icon/AppIcon.h"
+#include "editor/canvas/CanvasView.h"
+#include "editor/window/EditorWindowController.h"
 #include "selftest/Scenes.h"
 #include "selftest/SelfTest.h"
 

@@ -1,20 +1,20 @@
 // What needs no window: recognising, exporting, the model, the clipboard, the settings.
 
 #include "app/AppDelegate.h"
-#include "app/CommandLine.h"
-#include "app/Theme.h"
-#include "capture/OCR.h"
+#include "app/commandline/CommandLine.h"
 #include "capture/ScreenCapture.h"
-#include "editor/ColorChooser.h"
-#include "editor/EditorModel.h"
-#include "model/Color.h"
-#include "platform/LoginItem.h"
-#include "render/Clipboard.h"
-#include "render/Exporter.h"
+#include "capture/text/OCR.h"
+#include "controls/theme/Theme.h"
+#include "editor/state/EditorModel.h"
+#include "editor/style/ColorChooser.h"
+#include "platform/desktop/LoginItem.h"
+#include "platform/graphics/Color.h"
+#include "render/export/Clipboard.h"
+#include "render/export/Exporter.h"
 #include "selftest/Scenes.h"
 #include "selftest/SelfTest.h"
-#include "settings/PreferencesView.h"
 #include "settings/SettingsFile.h"
+#include "settings/preferences/PreferencesView.h"
 
 #include <QApplication>
 #include <QClipboard>

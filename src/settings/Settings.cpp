@@ -1,7 +1,7 @@
 #include "settings/Settings.h"
 
-#include "model/Color.h"
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
+#include "platform/graphics/Color.h"
 #include "settings/SettingsFile.h"
 
 #include <QDir>

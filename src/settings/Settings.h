@@ -1,9 +1,9 @@
 #pragma once
 
-#include "capture/CaptureAction.h"
+#include "model/CaptureAction.h"
 #include "model/Palette.h"
 #include "model/Tool.h"
-#include "platform/StringEnum.h"
+#include "platform/base/StringEnum.h"
 
 #include <QColor>
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "settings/SettingsFile.h"
 
-#include "model/Color.h"
+#include "platform/graphics/Color.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/base/Files.h"
 #include "settings/Settings.h"
 
 #include <QByteArray>

@@ -3,13 +3,13 @@
 #include "app/AppDelegate.h"
 
 #include "Gestures.h"
-#include "app/HUD.h"
-#include "capture/HotKeyCenter.h"
-#include "editor/EditorWindowController.h"
-#include "platform/FakeHotKeys.h"
-#include "platform/FakeScreenSource.h"
-#include "platform/FakeWorkspace.h"
-#include "platform/UserDefaults.h"
+#include "app/HotKeyCenter.h"
+#include "app/messages/HUD.h"
+#include "editor/window/EditorWindowController.h"
+#include "fakes/FakeHotKeys.h"
+#include "fakes/FakeScreenSource.h"
+#include "fakes/FakeWorkspace.h"
+#include "platform/base/UserDefaults.h"
 #include "settings/Settings.h"
 
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "app/Delivery.h"
 
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 #include "settings/Settings.h"
 
 #include <QClipboard>

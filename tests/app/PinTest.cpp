@@ -1,4 +1,4 @@
-#include "app/PinGeometry.h"
+#include "app/floating/PinGeometry.h"
 
 #include <gtest/gtest.h>
 

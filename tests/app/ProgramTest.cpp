@@ -1,6 +1,6 @@
 // The real executable, run as a person would from a shell without any display.
 
-#include "model/Color.h"
+#include "platform/graphics/Color.h"
 
 #include <QDir>
 #include <QImage>

@@ -1,9 +1,9 @@
-#include "app/AppIcon.h"
-#include "app/HUD.h"
-#include "app/MainMenu.h"
-#include "app/MenuStyle.h"
 #include "app/StatusItem.h"
-#include "platform/Symbol.h"
+#include "app/icon/AppIcon.h"
+#include "app/messages/HUD.h"
+#include "controls/Menu.h"
+#include "editor/window/MainMenu.h"
+#include "platform/graphics/Symbol.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,8 +1,8 @@
-#include "capture/OCR.h"
+#include "capture/text/OCR.h"
 
 #include "Gestures.h"
-#include "app/HUD.h"
-#include "platform/FakeTextRecognizer.h"
+#include "app/messages/HUD.h"
+#include "fakes/FakeTextRecognizer.h"
 
 #include <QGuiApplication>
 

@@ -1,6 +1,6 @@
 #include "capture/OverlayDrawing.h"
 
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 #include "capture/CaptureOverlay.h"
 #include "capture/OverlayWindow.h"
-#include "capture/PixelSampler.h"
-#include "platform/FakeScreenSource.h"
+#include "fakes/FakeScreenSource.h"
+#include "platform/image/PixelSampler.h"
 
 #include <QApplication>
 #include <QColorSpace>

@@ -1,7 +1,7 @@
 #include "capture/ScreenCapture.h"
 
-#include "platform/FakeScreenSource.h"
-#include "platform/Worker.h"
+#include "fakes/FakeScreenSource.h"
+#include "platform/base/Worker.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

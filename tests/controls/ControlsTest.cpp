@@ -1,12 +1,12 @@
 #include "Gestures.h"
-#include "app/Theme.h"
-#include "controls/FocusRing.h"
 #include "controls/PopUpButton.h"
 #include "controls/PushButton.h"
 #include "controls/Slider.h"
 #include "controls/Switch.h"
 #include "controls/TextField.h"
 #include "controls/ToolTips.h"
+#include "controls/theme/FocusRing.h"
+#include "controls/theme/Theme.h"
 
 #include <QAccessible>
 #include <QBoxLayout>

@@ -1,13 +1,13 @@
 #include "Gestures.h"
-#include "controls/Elevation.h"
 #include "controls/FloatingCard.h"
 #include "controls/Popover.h"
 #include "controls/PushButton.h"
 #include "controls/Slider.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
-#include "platform/GraphicsContext.h"
-#include "render/Draw.h"
+#include "controls/theme/Elevation.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Draw.h"
+#include "platform/graphics/Geometry.h"
+#include "platform/graphics/GraphicsContext.h"
 
 #include <QBoxLayout>
 #include <QPainter>

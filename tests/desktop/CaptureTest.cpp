@@ -1,5 +1,5 @@
 #include "Desktop.h"
-#include "platform/x11/X11ScreenSource.h"
+#include "platform/x11/capture/X11ScreenSource.h"
 
 #include <QApplication>
 #include <QColorSpace>

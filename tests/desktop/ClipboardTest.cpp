@@ -1,6 +1,6 @@
-#include "render/Clipboard.h"
+#include "render/export/Clipboard.h"
 
-#include "render/Exporter.h"
+#include "render/export/Exporter.h"
 
 #include <QApplication>
 #include <QClipboard>

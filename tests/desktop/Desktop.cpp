@@ -1,6 +1,6 @@
 #include "Desktop.h"
 
-#include "platform/x11/X11ScreenSource.h"
+#include "platform/x11/capture/X11ScreenSource.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,9 +2,9 @@
 // back.
 
 #include "Desktop.h"
-#include "model/Color.h"
-#include "platform/Files.h"
-#include "render/Exporter.h"
+#include "platform/base/Files.h"
+#include "platform/graphics/Color.h"
+#include "render/export/Exporter.h"
 
 #include <QClipboard>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "Desktop.h"
-#include "capture/CaptureAction.h"
-#include "capture/HotKeyCenter.h"
+#include "app/HotKeyCenter.h"
+#include "model/CaptureAction.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/XcbConnection.h"
 

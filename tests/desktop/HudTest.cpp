@@ -1,7 +1,7 @@
-#include "app/HUD.h"
+#include "app/messages/HUD.h"
 
 #include "Desktop.h"
-#include "platform/Compositor.h"
+#include "platform/windowing/Compositor.h"
 
 #include <QApplication>
 #include <QMouseEvent>

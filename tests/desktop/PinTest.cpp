@@ -1,9 +1,9 @@
 // Pinned pictures under a real mouse and a real window manager.
 
-#include "app/Pin.h"
+#include "app/floating/Pin.h"
 
 #include "Desktop.h"
-#include "app/HUD.h"
+#include "app/messages/HUD.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,8 +1,8 @@
 // The preferences as a person uses them: the real executable, real clicks, its files read back.
 
 #include "Desktop.h"
-#include "app/Theme.h"
-#include "platform/Files.h"
+#include "controls/theme/Theme.h"
+#include "platform/base/Files.h"
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 

@@ -1,7 +1,7 @@
 // The real executable as a person uses it: hot keys and mouse from outside, files and clipboard read back.
 
 #include "Desktop.h"
-#include "platform/Files.h"
+#include "platform/base/Files.h"
 
 #include <QClipboard>
 #include <QDir>

@@ -1,7 +1,7 @@
 // The program's own run through everything, on a real display.
 
 #include "Desktop.h"
-#include "platform/Files.h"
+#include "platform/base/Files.h"
 
 #include <QDir>
 #include <QJsonDocument>

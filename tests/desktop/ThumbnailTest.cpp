@@ -1,11 +1,11 @@
 // The floating thumbnail under a real mouse.
 
-#include "app/Thumbnail.h"
+#include "app/floating/Thumbnail.h"
 
 #include "Desktop.h"
-#include "app/HUD.h"
-#include "platform/UserDefaults.h"
-#include "render/Exporter.h"
+#include "app/messages/HUD.h"
+#include "platform/base/UserDefaults.h"
+#include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
 #include <QApplication>

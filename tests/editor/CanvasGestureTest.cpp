@@ -1,5 +1,5 @@
 #include "CanvasStage.h"
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 
 using namespace Qt::StringLiterals;
 

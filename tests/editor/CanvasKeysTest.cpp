@@ -1,8 +1,8 @@
 #include "CanvasStage.h"
 #include "Gestures.h"
-#include "app/HUD.h"
-#include "editor/CanvasPasteboard.h"
-#include "render/Clipboard.h"
+#include "app/messages/HUD.h"
+#include "editor/canvas/CanvasPasteboard.h"
+#include "render/export/Clipboard.h"
 
 #include <QAccessible>
 #include <QClipboard>

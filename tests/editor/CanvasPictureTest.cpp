@@ -1,7 +1,7 @@
-#include "editor/CanvasPicture.h"
+#include "editor/canvas/CanvasPicture.h"
 
 #include "CanvasStage.h"
-#include "render/Exporter.h"
+#include "render/export/Exporter.h"
 
 #include <QRandomGenerator>
 

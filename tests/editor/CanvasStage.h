@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editor/CanvasView.h"
+#include "editor/canvas/CanvasView.h"
 #include "model/Palette.h"
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -1,6 +1,6 @@
 #include "CanvasStage.h"
-#include "editor/CanvasTextField.h"
-#include "render/Exporter.h"
+#include "editor/canvas/CanvasTextField.h"
+#include "render/export/Exporter.h"
 
 #include <QClipboard>
 #include <QInputMethodEvent>

@@ -1,9 +1,9 @@
 #include "ChromeStage.h"
-#include "editor/BarButton.h"
-#include "editor/BeautifyPanel.h"
-#include "editor/BrandMarkView.h"
-#include "editor/InfoText.h"
-#include "editor/PalettePositionMenu.h"
+#include "controls/BarButton.h"
+#include "editor/bars/BrandMarkView.h"
+#include "editor/bars/InfoText.h"
+#include "editor/bars/PalettePositionMenu.h"
+#include "editor/style/BeautifyPanel.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,9 +1,9 @@
 #include "ChromeStage.h"
+#include "controls/ChromeButton.h"
 #include "controls/PushButton.h"
-#include "editor/ChromeButton.h"
-#include "editor/InstrumentView.h"
-#include "editor/StyleButtons.h"
-#include "editor/ToolButton.h"
+#include "editor/bars/InstrumentView.h"
+#include "editor/bars/ToolButton.h"
+#include "editor/style/StyleButtons.h"
 #include "model/Palette.h"
 
 using namespace Qt::StringLiterals;

@@ -1,13 +1,13 @@
 #include "ChromeStage.h"
-#include "controls/FocusRing.h"
 #include "controls/Slider.h"
 #include "controls/TextField.h"
-#include "editor/ArrowStyleIcon.h"
-#include "editor/BeautifyPanel.h"
-#include "editor/ColorChooser.h"
-#include "editor/GradientSwatch.h"
-#include "editor/KeyboardGroup.h"
-#include "editor/WedgeSlider.h"
+#include "controls/theme/FocusRing.h"
+#include "editor/style/ArrowStyleIcon.h"
+#include "editor/style/BeautifyPanel.h"
+#include "editor/style/ColorChooser.h"
+#include "editor/style/GradientSwatch.h"
+#include "editor/style/KeyboardGroup.h"
+#include "editor/style/WedgeSlider.h"
 
 using namespace Qt::StringLiterals;
 

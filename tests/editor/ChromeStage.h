@@ -1,12 +1,12 @@
 #pragma once
 
-#include "editor/ArrowOptionsPanel.h"
-#include "editor/CanvasView.h"
-#include "editor/EditorChrome.h"
-#include "editor/EditorCommands.h"
-#include "editor/ToolPalette.h"
-#include "platform/KeyLabel.h"
-#include "platform/UserDefaults.h"
+#include "editor/bars/EditorChrome.h"
+#include "editor/bars/ToolPalette.h"
+#include "editor/canvas/CanvasView.h"
+#include "editor/state/EditorCommands.h"
+#include "editor/style/ArrowOptionsPanel.h"
+#include "platform/base/UserDefaults.h"
+#include "platform/desktop/KeyLabel.h"
 
 #include <QAbstractButton>
 #include <QApplication>

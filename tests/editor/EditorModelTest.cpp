@@ -1,6 +1,6 @@
-#include "editor/EditorModel.h"
+#include "editor/state/EditorModel.h"
 
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "editor/EditorWindowLayout.h"
+#include "editor/window/EditorWindowLayout.h"
 
 using namespace pintalux;
 using namespace pintalux::EditorWindowLayout;

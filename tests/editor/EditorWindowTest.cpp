@@ -2,15 +2,15 @@
 
 #include "Gestures.h"
 #include "Stage.h"
-#include "app/HUD.h"
-#include "editor/ArrowOptionsPanel.h"
-#include "editor/CanvasView.h"
-#include "editor/ColorPanelBridge.h"
-#include "editor/EditorWindowController.h"
-#include "editor/EditorWindowDrag.h"
-#include "editor/ToolPalette.h"
-#include "platform/UserDefaults.h"
-#include "render/Exporter.h"
+#include "app/messages/HUD.h"
+#include "editor/bars/ToolPalette.h"
+#include "editor/canvas/CanvasView.h"
+#include "editor/style/ArrowOptionsPanel.h"
+#include "editor/style/ColorPanelBridge.h"
+#include "editor/window/EditorWindowController.h"
+#include "editor/window/EditorWindowDrag.h"
+#include "platform/base/UserDefaults.h"
+#include "render/export/Exporter.h"
 
 #include <QClipboard>
 #include <QColorDialog>

@@ -1,6 +1,6 @@
 #include "model/Annotation.h"
 
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 
 #include <gtest/gtest.h>
 

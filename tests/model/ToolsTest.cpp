@@ -1,7 +1,7 @@
-#include "capture/CaptureAction.h"
-#include "model/Color.h"
+#include "model/CaptureAction.h"
 #include "model/Palette.h"
 #include "model/Tool.h"
+#include "platform/graphics/Color.h"
 
 #include <QSet>
 

@@ -1,4 +1,4 @@
-#include "platform/Files.h"
+#include "platform/base/Files.h"
 
 #include "Stage.h"
 

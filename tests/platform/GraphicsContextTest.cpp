@@ -1,6 +1,6 @@
-#include "platform/GraphicsContext.h"
+#include "platform/graphics/GraphicsContext.h"
 
-#include "platform/LargeImage.h"
+#include "platform/image/LargeImage.h"
 
 #include <QWidget>
 

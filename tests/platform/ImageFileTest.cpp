@@ -1,7 +1,7 @@
-#include "platform/ImageFile.h"
+#include "platform/image/ImageFile.h"
 
-#include "platform/Error.h"
-#include "platform/PngEncoder.h"
+#include "platform/base/Error.h"
+#include "platform/image/PngEncoder.h"
 
 #include <QColorSpace>
 #include <QDir>

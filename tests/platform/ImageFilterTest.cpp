@@ -1,4 +1,4 @@
-#include "platform/ImageFilter.h"
+#include "platform/image/ImageFilter.h"
 
 #include <QColorSpace>
 #include <QRandomGenerator>

@@ -1,4 +1,4 @@
-#include "platform/KeyLabel.h"
+#include "platform/desktop/KeyLabel.h"
 
 #include <QKeySequence>
 

@@ -1,4 +1,4 @@
-#include "platform/LoginItem.h"
+#include "platform/desktop/LoginItem.h"
 
 #include "Stage.h"
 

@@ -1,6 +1,6 @@
-#include "platform/PngEncoder.h"
+#include "platform/image/PngEncoder.h"
 
-#include "platform/DeflateSegment.h"
+#include "platform/image/DeflateSegment.h"
 
 #include <QBuffer>
 #include <QColorSpace>

@@ -1,8 +1,8 @@
-#include "platform/Symbol.h"
+#include "platform/graphics/Symbol.h"
 
-#include "capture/CaptureAction.h"
+#include "model/CaptureAction.h"
 #include "model/Tool.h"
-#include "platform/PathData.h"
+#include "platform/graphics/PathData.h"
 
 #include <QRegularExpression>
 

@@ -1,4 +1,4 @@
-#include "platform/SystemSound.h"
+#include "platform/desktop/SystemSound.h"
 
 #include <QDataStream>
 #include <QDeadlineTimer>

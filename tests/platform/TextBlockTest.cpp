@@ -1,4 +1,4 @@
-#include "platform/TextBlock.h"
+#include "platform/graphics/TextBlock.h"
 
 #include <QFontDatabase>
 #include <QImage>

@@ -1,6 +1,6 @@
-#include "platform/ThemeName.h"
+#include "platform/desktop/ThemeName.h"
 
-#include "platform/Error.h"
+#include "platform/base/Error.h"
 #include "platform/x11/XSettings.h"
 
 #include <gtest/gtest.h>

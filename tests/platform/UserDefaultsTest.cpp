@@ -1,4 +1,4 @@
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 
 #include "Stage.h"
 

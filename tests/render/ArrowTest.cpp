@@ -1,5 +1,5 @@
 #include "Scene.h"
-#include "model/Geometry.h"
+#include "platform/graphics/Geometry.h"
 #include "render/SeededRandom.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "render/Exporter.h"
+#include "render/export/Exporter.h"
 
 #include "Stage.h"
-#include "platform/Error.h"
+#include "platform/base/Error.h"
 
 #include <QColorSpace>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "Scene.h"
-#include "model/Color.h"
-#include "model/Geometry.h"
+#include "platform/graphics/Color.h"
+#include "platform/graphics/Geometry.h"
 
 #include <gtest/gtest.h>
 

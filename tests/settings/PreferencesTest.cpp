@@ -1,15 +1,15 @@
 #include "Gestures.h"
-#include "controls/ControlPainting.h"
 #include "controls/PopUpButton.h"
 #include "controls/PushButton.h"
 #include "controls/Slider.h"
 #include "controls/Switch.h"
-#include "platform/LoginItem.h"
-#include "platform/UserDefaults.h"
-#include "settings/PreferencesForm.h"
-#include "settings/PreferencesView.h"
-#include "settings/PreferencesWindow.h"
+#include "controls/theme/ControlPainting.h"
+#include "platform/base/UserDefaults.h"
+#include "platform/desktop/LoginItem.h"
 #include "settings/Settings.h"
+#include "settings/preferences/PreferencesForm.h"
+#include "settings/preferences/PreferencesView.h"
+#include "settings/preferences/PreferencesWindow.h"
 
 #include <QAccessible>
 #include <QMenu>

@@ -1,9 +1,9 @@
 #include "settings/SettingsFile.h"
 
 #include "Stage.h"
-#include "app/HUD.h"
-#include "platform/UserDefaults.h"
-#include "settings/SettingsFileActions.h"
+#include "app/messages/HUD.h"
+#include "platform/base/UserDefaults.h"
+#include "settings/preferences/SettingsFileActions.h"
 
 #include <QAbstractButton>
 #include <QApplication>

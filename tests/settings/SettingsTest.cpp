@@ -1,6 +1,6 @@
 #include "settings/Settings.h"
 
-#include "platform/UserDefaults.h"
+#include "platform/base/UserDefaults.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "platform/x11/DrawableImage.h"
 
-#include "platform/LargeImage.h"
-#include "platform/Vectorized.h"
+#include "platform/base/Vectorized.h"
+#include "platform/image/LargeImage.h"
 #include "platform/x11/Pixels.h"
 #include "platform/x11/XcbConnection.h"
 

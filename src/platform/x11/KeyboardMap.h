@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/KeyModifiers.h"
+#include "platform/base/KeyModifiers.h"
 
 #include <xcb/xcb.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ScreenSource.h"
+#include "platform/desktop/ScreenSource.h"
 
 namespace pintalux::x11 {
 

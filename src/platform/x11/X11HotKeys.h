@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/HotKeyBackend.h"
+#include "platform/desktop/HotKeyBackend.h"
 #include "platform/x11/KeyboardMap.h"
 
 #include <QAbstractNativeEventFilter>

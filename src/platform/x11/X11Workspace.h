@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SystemWorkspace.h"
+#include "platform/desktop/SystemWorkspace.h"
 
 #include <QByteArray>
 

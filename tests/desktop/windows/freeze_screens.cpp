@@ -3,8 +3,8 @@
 //   pintalux_freeze_screens FOLDER
 
 #include "capture/ScreenCapture.h"
-#include "platform/PanelWindow.h"
-#include "platform/VisibleFrame.h"
+#include "platform/desktop/ToolkitScreens.h"
+#include "platform/windowing/VisibleFrame.h"
 
 #include <QGuiApplication>
 #include <QTextStream>

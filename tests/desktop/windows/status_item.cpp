@@ -2,8 +2,8 @@
 //   pintalux_status_item [--dark] [--no-permission] [--message TEXT SYMBOL [#RRGGBB]] [--menu X Y]
 // Lines: "missing", "appeared", "chosen ID", "menu" each time the menu opens, "visible" once the icon is.
 
-#include "app/HUD.h"
 #include "app/StatusItem.h"
+#include "app/messages/HUD.h"
 
 #include <QApplication>
 #include <QMenu>

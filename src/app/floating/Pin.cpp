@@ -1,0 +1,235 @@
+#include "app/floating/Pin.h"
+
+#include "app/floating/PinGeometry.h"
+#include "app/messages/HUD.h"
+#include "controls/Menu.h"
+#include "controls/theme/Elevation.h"
+#include "controls/theme/Theme.h"
+#include "platform/graphics/Draw.h"
+#include "platform/windowing/Compositor.h"
+#include "platform/windowing/FloatingWindow.h"
+#include "platform/windowing/VisibleFrame.h"
+#include "render/export/Clipboard.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace pintalux {
+
+namespace {
+
+constexpr double faintest = 0.25;
+constexpr double opacityPerStep = 0.01;
+constexpr double stepsPerNotch = 10; // of a wheel that does not count in pixels
+
+QList<PinnedImage*> openPins;
+
+// The windows must be gone before the connection to the display is.
+void closeAtTheEnd()
+{
+    static bool promised = false;
+    if (std::exchange(promised, true))
+        return;
+    qAddPostRoutine([] {
+        qDeleteAll(std::exchange(openPins, {}));
+        promised = false;
+    });
+}
+
+} // namespace
+
+void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* near)
+{
+    const auto* screen = near && near->isVisible() ? near->screen() : QGuiApplication::primaryScreen();
+    if (image.isNull() || !screen)
+        return;
+    closeAtTheEnd();
+    const auto visible = visibleFrame(*screen);
+    auto* pin = new PinnedImage(image, PinGeometry::sizeOnScreen(image.size(), pixelScale, visible.size()));
+    QRect frame({}, pin->proportions);
+    frame.moveCenter(visible.center());
+    pin->setPicture(frame);
+    openPins.append(pin);
+    pin->QWidget::show();
+    pin->raise();
+    pin->activateWindow();
+    HUD::show(u"Fijada en pantalla · doble clic para cerrar"_s, u"pin.fill"_s);
+}
+
+const QList<PinnedImage*>& PinnedImage::open() { return openPins; }
+
+PinnedImage::PinnedImage(const QImage& picture, QSize size)
+    : image(picture)
+    , proportions(size)
+    , translucent(hasCompositor())
+{
+    setWindowTitle(u"Imagen fijada"_s);
+    setAccessibleName(windowTitle());
+    setAttribute(Qt::WA_TranslucentBackground, translucent);
+    setAttribute(Qt::WA_OpaquePaintEvent, !translucent);
+    setMouseTracking(true);
+    makePinWindow(*this);
+}
+
+PinnedImage::~PinnedImage() { openPins.removeOne(this); }
+
+void PinnedImage::dismiss()
+{
+    hide();
+    openPins.removeOne(this);
+    deleteLater(); // it may be its own event that asks
+}
+
+void PinnedImage::copyImage() const
+{
+    const double scale = image.width() / std::max(1.0, double(sheet().width()));
+    Clipboard::copy(image, std::max(1.0, scale));
+    HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
+}
+
+// Room for the shadow, where there can be one.
+int PinnedImage::margin() const { return translucent ? int(Theme::shadowMargin) : 0; }
+
+QRect PinnedImage::sheet() const { return rect().adjusted(margin(), margin(), -margin(), -margin()); }
+
+void PinnedImage::setPicture(const QRect& screenRect)
+{
+    setGeometry(screenRect.adjusted(-margin(), -margin(), margin(), margin()));
+}
+
+// A fraction of a point was rounded up, which is less than a point in device pixels.
+bool PinnedImage::isPixelForPixel() const
+{
+    const double ratio = devicePixelRatioF();
+    const auto spare = QSizeF(sheet().size()) * ratio - QSizeF(image.size());
+    return spare.width() > -1 && spare.height() > -1 && spare.width() < ratio && spare.height() < ratio;
+}
+
+void PinnedImage::drawPicture(const QRectF& sheet, QPainter& painter)
+{
+    const double ratio = devicePixelRatioF();
+    if (isPixelForPixel()) {
+        scaled = QImage();
+        painter.drawImage(sheet, image); // behind the picture's last pixels
+        painter.drawImage(QRectF(sheet.topLeft(), QSizeF(image.size()) / ratio), image);
+        return;
+    }
+    const auto wanted = (sheet.size() * ratio).toSize();
+    if (scaled.size() != wanted)
+        scaled = image.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    painter.drawImage(sheet, scaled);
+}
+
+void PinnedImage::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto& theme = Theme::of(palette());
+    const QRectF card(sheet());
+    if (!translucent) {
+        painter.fillRect(card, theme.card); // below what is transparent
+        drawPicture(card, painter);
+        Elevation::drawInnerEdge(card, 0, theme, painter);
+        return;
+    }
+    Elevation::drawShadow(Elevation::Level::floating, card, Theme::pinRadius, theme, painter);
+    painter.setClipPath(Draw::roundedRect(card, Theme::pinRadius));
+    drawPicture(card, painter);
+    painter.setClipping(false);
+    Elevation::drawEdge(card, Theme::pinRadius, theme, painter);
+}
+
+void PinnedImage::showEvent(QShowEvent*)
+{
+    shapeToSheet();
+    windowHandle()->installEventFilter(this);
+}
+
+void PinnedImage::resizeEvent(QResizeEvent*) { shapeToSheet(); }
+
+bool PinnedImage::eventFilter(QObject* watched, QEvent* event)
+{
+    // Now the window manager has taken it into its care.
+    if (event->type() == QEvent::Expose && !std::exchange(exposed, true))
+        shapeToSheet();
+    return QWidget::eventFilter(watched, event);
+}
+
+void PinnedImage::shapeToSheet()
+{
+    keepProportions(*this, proportions, margin());
+    if (translucent)
+        declareShadowAround(*this, sheet());
+}
+
+void PinnedImage::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    const auto point = event->position().toPoint() - sheet().topLeft();
+    grip = Grip{event->globalPosition().toPoint(), picture(), PinGeometry::edgesAt(point, sheet().size())};
+}
+
+void PinnedImage::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!grip) {
+        const auto point = event->position().toPoint() - sheet().topLeft();
+        setCursor(PinGeometry::cursorFor(PinGeometry::edgesAt(point, sheet().size())));
+        return;
+    }
+    const auto delta = event->globalPosition().toPoint() - grip->screenPoint;
+    if (grip->edges) {
+        setPicture(PinGeometry::resized(grip->picture, grip->edges, delta, proportions));
+        return;
+    }
+    // Not before it is a drag, for a double click may shake. The window manager is not asked to do it: it
+    // would take the release, and some of them only move it in the end.
+    grip->moving = grip->moving || delta.manhattanLength() >= QApplication::startDragDistance();
+    if (grip->moving)
+        setPicture(grip->picture.translated(delta));
+}
+
+void PinnedImage::mouseReleaseEvent(QMouseEvent*) { grip.reset(); }
+
+void PinnedImage::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        dismiss();
+}
+
+void PinnedImage::wheelEvent(QWheelEvent* event)
+{
+    const double pixels = event->pixelDelta().y();
+    const double steps = pixels != 0
+        ? pixels
+        : event->angleDelta().y() * stepsPerNotch / int(QWheelEvent::DefaultDeltasPerStep);
+    opacity = std::clamp(opacity + steps * opacityPerStep, faintest, 1.0);
+    setWindowOpacity(opacity);
+    event->accept();
+}
+
+void PinnedImage::contextMenuEvent(QContextMenuEvent* event)
+{
+    constexpr int menuWidth = 132;
+    auto* menu = new Menu(this);
+    menu->setCardWidth(menuWidth);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(menu->addAction(u"Copiar"_s), &QAction::triggered, this, &PinnedImage::copyImage);
+    connect(menu->addAction(u"Cerrar"_s), &QAction::triggered, this, &PinnedImage::dismiss);
+    menu->popUpAt(event->globalPos());
+}
+
+void PinnedImage::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape)
+        dismiss();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+} // namespace pintalux

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "model/CaptureResult.h"
+
+#include <QDeadlineTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+
+namespace pintalux {
+
+class Settings;
+class ThumbnailPanel;
+
+/// A finished capture as a small card in the lower right corner of the screen under the pointer: a click
+/// annotates it, a drag drops it into another program, buttons save (or show), annotate and copy it.
+///
+/// It lies above everything, never takes the keyboard, and goes by itself after a few seconds without the
+/// pointer on it. Main thread only.
+class ThumbnailController : public QObject {
+    Q_OBJECT
+
+public:
+    /// What the card leaves to others.
+    struct Actions {
+        std::function<void(const CaptureResult&)> openEditor;
+        /// Shows the file in the person's file manager.
+        std::function<void(const QString& path)> revealFile;
+    };
+
+    /// `savedPath` is where the capture was saved already. Nothing is shown yet.
+    ThumbnailController(CaptureResult shot, std::optional<QString> savedPath, const Settings& settings,
+        Actions actions, QObject* parent);
+    ~ThumbnailController() override;
+
+    void show();
+    /// Takes the card off the screen, at once or gliding away. Closing it again does nothing.
+    void close(bool animated);
+
+    /// Closes the card and opens the capture in an editor.
+    void edit();
+    void copy();
+    /// Saves the capture where it is not saved yet, shows the file and closes the card, in a moment. When
+    /// that fails the card stays. What was begun is finished also when the card is closed meanwhile.
+    void save();
+    /// The file to hand to another program: the saved one, else one made for it now; none when that fails.
+    std::optional<QString> fileToDrag();
+
+Q_SIGNALS:
+    /// The card has gone, once.
+    void closed();
+
+private:
+    void checkLifetime();
+    QPoint restingPlace() const;
+    void slideIn();
+
+    const CaptureResult shot;
+    std::optional<QString> savedPath;
+    std::optional<QString> temporaryPath; ///< made for an earlier drag
+    const Settings& settings;
+    Actions actions;
+    bool isSaving = false;
+    QPointer<ThumbnailPanel> panel; ///< while it is shown
+    QTimer timer;
+    QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
+};
+
+} // namespace pintalux

@@ -1,0 +1,298 @@
+#include "app/messages/HUD.h"
+
+#include "model/Palette.h"
+#include "platform/desktop/ToolkitScreens.h"
+#include "platform/graphics/GraphicsContext.h"
+#include "platform/graphics/Symbol.h"
+#include "platform/graphics/TextBlock.h"
+#include "platform/windowing/Compositor.h"
+#include "platform/windowing/VisibleFrame.h"
+
+#include <QApplication>
+#include <QLinearGradient>
+#include <QPaintEvent>
+#include <QScreen>
+#include <QTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace pintalux::HUD {
+
+namespace {
+
+constexpr int fadeInMilliseconds = 180;
+constexpr int shownMilliseconds = 2000;
+constexpr int fadeOutMilliseconds = 300;
+
+// Points.
+constexpr double aboveVisibleBottom = 56;
+constexpr double freeSpace = 16;   ///< around the capsule, part of the panel that stands above the bottom
+constexpr double shadowSpace = 32; ///< around the capsule in our window: the shadow fades out within it
+constexpr double sidePadding = 18;
+constexpr double verticalPadding = 11;
+constexpr double glyphSize = 18;
+constexpr double discSize = 14;
+constexpr double gap = 9;
+constexpr double widestText = 520;
+constexpr double largestRadius = 20;
+constexpr int mostLines = 4;
+
+constexpr QColor capsuleColor{0x1B, 0x1A, 0x22, 230};
+constexpr QColor ringColor{255, 255, 255, 41};
+constexpr QColor discRingColor{255, 255, 255, 179};
+constexpr QColor shadowColor{0, 0, 0, 66};
+
+TextBlock laidOut(const QString& text, std::optional<double> wrapWidth)
+{
+    return {text, {Draw::systemFont(13, FontWeight::medium), Qt::white}, wrapWidth};
+}
+
+/// One line where it fits into `width`, else up to `mostLines` lines that end in "…" where that is not
+/// enough.
+TextBlock fitted(const QString& text, double width)
+{
+    auto line = laidOut(text, std::nullopt);
+    const double highest = laidOut(QString(mostLines - 1, u'\n'), std::nullopt).size().height() + 0.5;
+    if (line.size().width() <= width && line.size().height() <= highest)
+        return line;
+    auto block = laidOut(text, width);
+    if (block.size().height() <= highest)
+        return block;
+    qsizetype fits = 0;
+    qsizetype tooMany = text.size();
+    while (tooMany - fits > 1) {
+        const auto middle = (fits + tooMany) / 2;
+        const bool good = laidOut(text.left(middle) + u'…', width).size().height() <= highest;
+        (good ? fits : tooMany) = middle;
+    }
+    if (fits > 0 && text[fits - 1].isHighSurrogate())
+        --fits;
+    return laidOut(text.left(fits).trimmed() + u'…', width);
+}
+
+/// The widget of one message.
+class Panel : public QWidget {
+public:
+    Panel(
+        const QString& text, const QString& symbol, const std::optional<QColor>& tintColor, QSizeF available)
+        : message(text)
+        , symbolName(symbol)
+        , tint(tintColor)
+        , block(fitted(text,
+              std::min(widestText, available.width() - 2 * (freeSpace + sidePadding) - glyphSize - gap)))
+        , translucent(hasCompositor())
+    {
+        setWindowFlags(Qt::ToolTip | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint
+            | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput
+            | Qt::NoDropShadowWindowHint);
+        setAttribute(Qt::WA_ShowWithoutActivating);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setAttribute(Qt::WA_TranslucentBackground, translucent);
+        setFocusPolicy(Qt::NoFocus);
+        setWindowTitle(u"Pintalux"_s);
+        setAccessibleName(text);
+
+        const QSizeF content(markWidth() + gap + std::ceil(block.size().width()),
+            std::max(glyphSize, std::ceil(block.size().height())));
+        capsule = QRectF(
+            margin(), margin(), content.width() + 2 * sidePadding, content.height() + 2 * verticalPadding);
+        setFixedSize((capsule.bottomRight() + QPointF(margin(), margin())).toPoint().x(),
+            int(std::ceil(capsule.bottom() + margin())));
+        if (!translucent)
+            cutToSheet(*this, capsule, radius());
+    }
+
+    /// Around the capsule on every side of the window.
+    double margin() const { return translucent ? shadowSpace : 0; }
+
+    void appear()
+    {
+        fadeTo(1, fadeInMilliseconds, [] {});
+    }
+
+    /// Fades out and goes, unless a newer message has taken its place meanwhile.
+    void leave()
+    {
+        const auto goIfCurrent = [this] {
+            if (isVisible())
+                dismiss();
+        };
+        fadeTo(0, fadeOutMilliseconds, goIfCurrent);
+    }
+
+    const QString message;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        if (picture.isNull() || picture.devicePixelRatioF() != devicePixelRatioF())
+            picture = render();
+        QPainter painter(this);
+        painter.setOpacity(opacity);
+        painter.drawImage(QPointF(0, 0), picture);
+    }
+
+private:
+    void fadeTo(double target, int milliseconds, const std::function<void()>& then)
+    {
+        if (!translucent || prefersReducedMotion())
+            milliseconds = 0;
+        fade.disconnect(this);
+        fade.stop();
+        if (milliseconds == 0) {
+            opacity = target;
+            update();
+            then();
+            return;
+        }
+        fade.setStartValue(opacity);
+        fade.setEndValue(target);
+        fade.setDuration(milliseconds);
+        connect(&fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+            opacity = value.toDouble();
+            update();
+        });
+        connect(&fade, &QVariantAnimation::finished, this, then);
+        fade.start();
+    }
+
+    double markWidth() const { return tint ? discSize : glyphSize; }
+    double radius() const { return std::min(capsule.height() / 2, largestRadius); }
+
+    QPainterPath outline(double inset) const
+    {
+        QPainterPath path;
+        const auto rect = capsule.adjusted(inset, inset, -inset, -inset);
+        path.addRoundedRect(rect, radius() - inset, radius() - inset);
+        return path;
+    }
+
+    // Drawn once: the shadow is too dear for every step of a fade.
+    QImage render() const
+    {
+        const double ratio = devicePixelRatioF();
+        QImage image((QSizeF(size()) * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        auto opaque = capsuleColor;
+        opaque.setAlpha(255);
+        image.fill(translucent ? QColor(Qt::transparent) : opaque);
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        if (translucent) {
+            drawShadow(painter, ratio);
+            context.fill(outline(0), capsuleColor);
+        }
+        context.stroke(outline(0.5), {ringColor, 1});
+        drawMark(context);
+        const double textTop = capsule.center().y() - block.size().height() / 2;
+        context.draw(block, {capsule.left() + sidePadding + markWidth() + gap, textTop});
+        return image;
+    }
+
+    // Only outside the capsule, whose own colour lets what is below shine through.
+    void drawShadow(QPainter& painter, double ratio) const
+    {
+        painter.save();
+        QPainterPath outside;
+        outside.addRect(QRectF(QPointF(0, 0), QSizeF(size())));
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setClipPath(outside.subtracted(outline(0)));
+        GraphicsContext context(painter);
+        context.setShadow({shadowColor, {0, 6 * ratio}, 20 * ratio});
+        context.fill(outline(0), QColor(Qt::black));
+        painter.restore();
+    }
+
+    void drawMark(GraphicsContext& context) const
+    {
+        const QRectF mark(
+            capsule.left() + sidePadding, capsule.center().y() - markWidth() / 2, markWidth(), markWidth());
+        if (tint) {
+            QPainterPath disc;
+            disc.addEllipse(mark.adjusted(0.5, 0.5, -0.5, -0.5));
+            context.fillAndStroke(disc, *tint, {discRingColor, 1});
+            return;
+        }
+        QLinearGradient chalk(mark.topLeft(), mark.bottomRight());
+        chalk.setColorAt(0, Palette::chalkWhite);
+        chalk.setColorAt(1, Palette::chalkYellow);
+        Symbol::draw(symbolName, mark, chalk, context);
+    }
+
+    QString symbolName;
+    std::optional<QColor> tint;
+    TextBlock block;
+    bool translucent;
+    QRectF capsule; ///< in the window
+    QImage picture;
+    double opacity = 0;
+    QVariantAnimation fade;
+};
+
+/// The message on screen and its pending end.
+std::unique_ptr<Panel> currentPanel;
+
+// The windows must be gone before the connection to the display is.
+void dismissAtTheEnd()
+{
+    static bool promised = false;
+    if (std::exchange(promised, true))
+        return;
+    qAddPostRoutine([] {
+        currentPanel.reset();
+        promised = false;
+    });
+}
+
+/// Null where no message can be shown.
+Panel* showPanel(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
+{
+    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+        return nullptr;
+    const auto* screen = screenUnderPointer();
+    if (!screen)
+        return nullptr;
+    dismiss();
+    dismissAtTheEnd();
+    const QRectF visible = visibleFrame(*screen);
+    currentPanel = std::make_unique<Panel>(message, symbol, tint, visible.size());
+    auto& panel = *currentPanel;
+    const double bottom = visible.bottom() - aboveVisibleBottom - freeSpace + panel.margin();
+    panel.move(qRound(visible.center().x() - panel.width() / 2.0), qRound(bottom - panel.height()));
+    disableCompositorShadow(panel);
+    panel.show();
+    panel.raise();
+    panel.appear();
+    return &panel;
+}
+
+} // namespace
+
+void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
+{
+    if (auto* panel = showPanel(message, symbol, tint))
+        QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, panel, [panel] { panel->leave(); });
+}
+
+void showUntilReplaced(const QString& message, const QString& symbol) { showPanel(message, symbol, {}); }
+
+std::optional<QString> currentMessage()
+{
+    if (!currentPanel)
+        return std::nullopt;
+    return currentPanel->message;
+}
+
+void dismiss()
+{
+    if (auto* leaving = currentPanel.release()) {
+        leaving->hide();
+        leaving->deleteLater(); // it may be its own timer that asks
+    }
+}
+
+} // namespace pintalux::HUD

@@ -1,0 +1,187 @@
+#include "capture/text/OCR.h"
+
+#include "app/messages/HUD.h"
+#include "platform/base/Error.h"
+#include "platform/base/Memory.h"
+#include "platform/base/Worker.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QTimer>
+
+#include <mutex>
+
+using namespace Qt::StringLiterals;
+
+namespace pintalux::OCR {
+
+namespace {
+
+/// How long the engine is kept warm for the next picture.
+constexpr int quietMilliseconds = 30'000;
+
+/// How long the program's end waits for a reading that was asked to stop. Looking for the lines of a large
+/// page cannot be interrupted and may take seconds.
+constexpr int patienceMilliseconds = 300;
+
+/// Whoever reads, and the one thread on which it does.
+class Reader {
+public:
+    Reader()
+    {
+        pool.setMaxThreadCount(1);
+        pool.setExpiryTimeout(-1); // an engine is used on one thread
+    }
+
+    QString read(const QImage& image)
+    {
+        const std::scoped_lock lock(oneAtATime);
+        if (!recognizer)
+            recognizer = makeTextRecognizer();
+        return textOf(recognizer->recognize(image, stopped));
+    }
+
+    void replace(std::shared_ptr<TextRecognizer> other)
+    {
+        const std::scoped_lock lock(oneAtATime);
+        recognizer = std::move(other);
+    }
+
+    /// Lets the engine and its languages go, after what is still to be read. The next picture loads them
+    /// anew.
+    void rest()
+    {
+        pool.start([this] {
+            replace(nullptr);
+            returnFreeMemory();
+        });
+    }
+
+    /// Ends what is being read and forgets what waits. True once the thread is idle, false when it is not so
+    /// in time.
+    bool stop()
+    {
+        stopped = true;
+        pool.clear();
+        const bool isIdle = pool.waitForDone(patienceMilliseconds);
+        stopped = !isIdle;
+        return isIdle;
+    }
+
+    QThreadPool pool;
+
+private:
+    std::mutex oneAtATime;
+    std::shared_ptr<TextRecognizer> recognizer;
+    std::atomic<bool> stopped = false;
+};
+
+Reader& reader()
+{
+    // Never destroyed: the recognition library, loaded later, is torn down before it.
+    static Reader* const only = new Reader;
+    return *only;
+}
+
+bool stillReading = false;
+
+/// The thread should be idle before the application object goes, whose end its results would outlive.
+void stopAtTheEnd()
+{
+    static bool promised = false;
+    if (std::exchange(promised, true))
+        return;
+    qAddPostRoutine([] {
+        stillReading = !reader().stop();
+        promised = false;
+    });
+}
+
+/// Says that reading goes on when it takes longer than a person would wait without a sign.
+class Patience {
+public:
+    static void begin()
+    {
+        if (++underWay == 1)
+            wait(signMilliseconds);
+    }
+
+    /// Before the result is told, whose message takes the sign's place.
+    static void end()
+    {
+        if (HUD::currentMessage() == sign)
+            HUD::dismiss();
+        if (--underWay > 0)
+            wait(nextSignMilliseconds);
+        else if (timer)
+            timer->stop();
+    }
+
+private:
+    static constexpr int signMilliseconds = 1000;
+    static constexpr int nextSignMilliseconds = 3000; ///< after the message of a picture read before
+    static inline const QString sign = QStringLiteral("Leyendo el texto…");
+
+    static void wait(int milliseconds)
+    {
+        if (!timer) {
+            timer = new QTimer(QCoreApplication::instance());
+            timer->setSingleShot(true);
+            QObject::connect(
+                timer, &QTimer::timeout, [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_s); });
+        }
+        timer->start(milliseconds);
+    }
+
+    static inline int underWay = 0; ///< pictures that are read or wait for it
+    static inline QPointer<QTimer> timer;
+};
+
+/// From now on the engine has nothing to do. It holds some 70 MB, too much for a program that waits in the
+/// tray.
+void beginQuietTime()
+{
+    static QPointer<QTimer> quiet;
+    if (!quiet) {
+        quiet = new QTimer(QCoreApplication::instance());
+        quiet->setSingleShot(true);
+        quiet->setInterval(quietMilliseconds);
+        QObject::connect(quiet, &QTimer::timeout, [] { reader().rest(); });
+    }
+    quiet->start();
+}
+
+} // namespace
+
+void recognize(const QImage& image, std::function<void(const std::optional<QString>&)> completion)
+{
+    stopAtTheEnd();
+    Patience::begin();
+    const auto text = runOn(reader().pool, [image] { return reader().read(image); });
+    whenFinished(text, QCoreApplication::instance(),
+        [completion = std::move(completion)](const QFuture<QString>& read) {
+            beginQuietTime();
+            Patience::end();
+            try {
+                completion(read.result());
+            } catch (const Error& error) {
+                completion(std::nullopt);
+                HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s);
+            }
+        });
+}
+
+std::optional<QString> recognizeSync(const QImage& image)
+{
+    try {
+        return reader().read(image);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
+bool isStillReading() { return stillReading; }
+
+void setRecognizer(std::shared_ptr<TextRecognizer> recognizer) { reader().replace(std::move(recognizer)); }
+
+} // namespace pintalux::OCR

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "capture/text/TextRecognizer.h"
+
+#include <functional>
+#include <optional>
+
+namespace pintalux {
+
+/// Reads the text in a picture, in reading order: one line of the result per visual line.
+namespace OCR {
+
+/// Recognises on a worker thread; `completion` runs later on the main thread with the text, empty when the
+/// picture has none, or with nothing when recognising failed. Never calls back once the program ends.
+/// A message on screen says that it goes on when it takes longer than a second.
+///
+/// Where this machine lacks what it takes, a message that names the missing package follows the completion,
+/// in place of whatever that has shown.
+void recognize(const QImage& image, std::function<void(const std::optional<QString>&)> completion);
+
+/// The same, blocking the calling thread; never call it on the main thread with a window up.
+std::optional<QString> recognizeSync(const QImage& image);
+
+/// True after the application's end when a reading goes on that could not be stopped in a moment. Whoever
+/// ends the process then leaves without waiting for its threads.
+bool isStillReading();
+
+/// Uses `recognizer` from now on; none stands for the machine's own. For tests.
+void setRecognizer(std::shared_ptr<TextRecognizer> recognizer);
+
+/// The observations from the first to the last to be read: along a line from left to right, lines from top to
+/// bottom. Two are on one line when their middles are no further apart than half the lower one's height.
+///
+/// That relation is not transitive, so it can contradict itself (a tilted line's end may lie above its
+/// beginning). Observations that nothing precedes come first, in the given order; where the rest precede each
+/// other in a circle, reading goes on at the beginning of the topmost one's line.
+QList<TextObservation> inReadingOrder(const QList<TextObservation>& observations);
+
+/// Cuts ordered observations into lines: each is compared with the one before it, and half the lower one's
+/// height apart is another line already.
+QList<QList<TextObservation>> groupedIntoLines(const QList<TextObservation>& ordered);
+
+/// Ordered and grouped: words separated by a space, lines by a line feed, no white space around it.
+/// Observations without text are left out.
+QString textOf(const QList<TextObservation>& observations);
+
+} // namespace OCR
+
+} // namespace pintalux

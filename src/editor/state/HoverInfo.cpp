@@ -1,0 +1,25 @@
+#include "editor/state/HoverInfo.h"
+
+#include "platform/graphics/Color.h"
+
+namespace pintalux {
+
+void HoverInfo::setColor(const std::optional<QColor>& color)
+{
+    const auto hex = color ? hexString(*color) : QString();
+    if (hex == hexText)
+        return;
+    hexText = hex;
+    hovered = color;
+    Q_EMIT changed();
+}
+
+void HoverInfo::setZoom(int value)
+{
+    if (value == percent)
+        return;
+    percent = value;
+    Q_EMIT changed();
+}
+
+} // namespace pintalux

@@ -1,0 +1,207 @@
+#include "app/AppDelegate.h"
+#include "app/HotKeyCenter.h"
+#include "app/QuitSignals.h"
+#include "app/SingleInstance.h"
+#include "app/ToolkitTexts.h"
+#include "app/commandline/AnnotateCommand.h"
+#include "app/commandline/CommandLine.h"
+#include "app/commandline/Completion.h"
+#include "app/icon/AppIcon.h"
+#include "capture/ScreenCapture.h"
+#include "capture/text/OCR.h"
+#include "controls/ToolTips.h"
+#include "controls/theme/ThemeFollower.h"
+#include "platform/base/ApplicationId.h"
+#include "platform/base/Trace.h"
+#include "platform/base/UserDefaults.h"
+#include "platform/base/Worker.h"
+#include "platform/desktop/DisplayServer.h"
+#include "render/export/Exporter.h"
+#include "selftest/SelfTest.h"
+#include "settings/Settings.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+using namespace pintalux;
+
+namespace {
+
+constexpr int wrongUse = 2;
+
+int print(FILE* stream, const QString& text)
+{
+    QTextStream(stream) << text << Qt::flush;
+    return 0;
+}
+
+int complain(const QString& sentence, int status)
+{
+    print(stderr, u"pintalux: "_s + sentence + u"\n"_s);
+    return status;
+}
+
+/// The toolkit's remarks are not for the person at the shell; PINTALUX_DEBUG shows them to whoever looks for
+/// a fault.
+void keepToolkitQuiet()
+{
+    if (qEnvironmentVariableIsSet("PINTALUX_DEBUG"))
+        return;
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& message) {
+        if (type == QtCriticalMsg || type == QtFatalMsg)
+            complain(message, EXIT_FAILURE);
+    });
+}
+
+int runWithoutDisplay(int argc, char** argv, const CommandLine& commandLine)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // fonts and drawing in memory
+    const QGuiApplication application(argc, argv);
+    if (commandLine.mode == CommandLine::Mode::annotate)
+        return AnnotateCommand::run(commandLine);
+    AppIcon::writeIconset(commandLine.directory);
+    return EXIT_SUCCESS;
+}
+
+/// What every run with windows has in common.
+void prepare(QApplication& application)
+{
+    QApplication::setApplicationName(u"pintalux"_s);
+    QApplication::setApplicationDisplayName(u"Pintalux"_s);
+    QApplication::setDesktopFileName(applicationId.toString());
+    QApplication::setQuitOnLastWindowClosed(false);
+    translateToolkit(application);
+    ToolTips::install(application);
+    followDesktopTheme(application);
+}
+
+int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
+{
+    QApplication application(argc, argv);
+    prepare(application);
+    // What the run changes on its way never reaches the person's settings, even if it is killed.
+    auto trialStore = UserDefaults::inMemory(UserDefaults::standard().all());
+    Settings trial(trialStore);
+    trial.setHasLaunchedBefore(true);
+    AppDelegate delegate(trial, HotKeyCenter::shared(), makeWorkspace());
+    delegate.finishLaunching({});
+    SelfTest::Run selfTest(
+        {commandLine.directory, commandLine.overlay, commandLine.keepOpen}, delegate, trial);
+    if (!selfTest.start())
+        return EXIT_FAILURE;
+    return QApplication::exec();
+}
+
+int captureToFile(int argc, char** argv, const CommandLine& commandLine)
+{
+    QGuiApplication application(argc, argv);
+    int status = EXIT_FAILURE;
+    whenFinished(ScreenCapture::captureDisplayUnderMouse(), &application, [&](QFuture<CaptureResult> shot) {
+        auto failure = u"No se pudo capturar: "_s;
+        try {
+            const auto result = shot.takeResult();
+            failure = u"No se pudo guardar: "_s;
+            Exporter::write(result.image, result.pixelScale, commandLine.outputFile);
+            status = EXIT_SUCCESS;
+        } catch (const Error& error) {
+            complain(failure + error.localizedDescription, EXIT_FAILURE);
+        }
+        QGuiApplication::quit();
+    });
+    QGuiApplication::exec();
+    return status;
+}
+
+/// Hands the wish to the process that runs already. None when that one is gone and this process took its
+/// place.
+std::optional<int> handOver(SingleInstance& instance, const CommandLine& commandLine)
+{
+    bool taken = true;
+    if (commandLine.capture)
+        taken = instance.forwardAction(rawValue(*commandLine.capture));
+    if (taken && !commandLine.openFile.isEmpty())
+        taken = instance.forwardOpen({commandLine.openFile});
+    if (!commandLine.capture && commandLine.openFile.isEmpty())
+        taken = instance.forwardActivation();
+    if (taken)
+        return EXIT_SUCCESS;
+    if (instance.role() != SingleInstance::Role::second)
+        return std::nullopt;
+    return complain(u"Pintalux ya está en marcha, pero no responde."_s, EXIT_FAILURE);
+}
+
+int runProgram(int argc, char** argv, const CommandLine& commandLine)
+{
+    if (commandLine.trace)
+        Trace::enable();
+    QApplication application(argc, argv);
+    SingleInstance instance;
+    if (instance.role() == SingleInstance::Role::second)
+        if (const auto status = handOver(instance, commandLine))
+            return *status;
+
+    prepare(application);
+    quitOnSignals();
+    AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
+    QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
+    QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {
+        for (const auto& path : paths)
+            delegate.openImageFile(path);
+    });
+    QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
+        [&](const QString& name) { delegate.runCommand(name); });
+    delegate.finishLaunching(commandLine);
+    return QApplication::exec();
+}
+
+int run(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const auto commandLine = CommandLine::parse(arguments);
+    switch (commandLine.mode) {
+    case CommandLine::Mode::misuse:
+        return complain(commandLine.problem + u"\nPrueba «pintalux --help»."_s, wrongUse);
+    case CommandLine::Mode::help:
+        return print(stdout, CommandLine::help());
+    case CommandLine::Mode::version:
+        return print(stdout, u"Pintalux "_s + CommandLine::version() + u"\n"_s);
+    case CommandLine::Mode::completion:
+        return print(stdout, completionScript(commandLine.shell));
+    case CommandLine::Mode::renderIcon:
+    case CommandLine::Mode::annotate:
+        return runWithoutDisplay(argc, argv, commandLine);
+    case CommandLine::Mode::normal:
+    case CommandLine::Mode::selfTest:
+    case CommandLine::Mode::captureToFile:
+        break;
+    }
+
+    chooseDisplaySystem();
+    if (const auto problem = displayProblem())
+        return complain(*problem, EXIT_FAILURE);
+    if (commandLine.mode == CommandLine::Mode::selfTest)
+        return runSelfTest(argc, argv, commandLine);
+    if (commandLine.mode == CommandLine::Mode::captureToFile)
+        return captureToFile(argc, argv, commandLine);
+    return runProgram(argc, argv, commandLine);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    keepToolkitQuiet();
+    const int status = run(argc, argv);
+    if (!OCR::isStillReading())
+        return status;
+    // All is put away but for a thread, which nobody should wait for.
+    std::fflush(nullptr);
+    std::_Exit(status);
+}

@@ -1,0 +1,170 @@
+#include "platform/x11/capture/OwnWindows.h"
+
+#include "platform/x11/Windows.h"
+#include "platform/x11/XcbConnection.h"
+
+#include <QThread>
+
+#include <xcb/shape.h>
+
+#include <vector>
+
+namespace pintalux::x11 {
+
+namespace {
+
+// Until a compositor has drawn the screen anew; and until the applications below have painted again what
+// was covered.
+constexpr unsigned long composedMilliseconds = 50;
+constexpr unsigned long repaintedMilliseconds = 100;
+
+struct OwnWindow {
+    xcb_window_t window;
+    xcb_window_t frame;
+};
+
+bool isShown(const XcbConnection& connection, xcb_window_t window)
+{
+    const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(
+        xcb_get_window_attributes(connection.get(), window).sequence);
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE
+        && attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+}
+
+// Managed windows are found in the manager's list, the others (messages, menus) below the root.
+QList<OwnWindow> ownWindows(const XcbConnection& connection, qint64 processId)
+{
+    auto windows = connection.property(connection.root(), Atom::netClientList).cards();
+    for (const auto window : topLevelWindows(connection))
+        if (!windows.contains(window))
+            windows.append(window);
+
+    std::vector<xcb_get_property_cookie_t> questions;
+    for (const auto window : windows)
+        questions.push_back(connection.askProperty(window, Atom::netWmPid));
+    QList<OwnWindow> result;
+    for (qsizetype index = 0; index < windows.size(); ++index) {
+        const auto owner = connection.property(questions[std::size_t(index)]).cards();
+        if (owner.value(0) != processId || owner.isEmpty() || !isShown(connection, windows[index]))
+            continue;
+        if (const auto frame = frameWindow(connection, windows[index]); frame != XCB_WINDOW_NONE)
+            result.append({windows[index], frame});
+    }
+    return result;
+}
+
+// Under a compositor: full transparency, asked of both the window and its frame, since managers differ in
+// which of the two they look at.
+class Transparent : public ScreenSource::OwnWindowsHidden {
+public:
+    Transparent(std::shared_ptr<const XcbConnection> owner, const QList<OwnWindow>& windows)
+        : connection(std::move(owner))
+    {
+        for (const auto& [window, frame] : windows) {
+            former.append({window, connection->property(window, Atom::netWmWindowOpacity).cards()});
+            if (frame != window)
+                former.append({frame, connection->property(frame, Atom::netWmWindowOpacity).cards()});
+        }
+        for (const auto& each : former)
+            set(each.window, 0);
+        xcb_flush(connection->get());
+        QThread::msleep(composedMilliseconds);
+    }
+    ~Transparent() override
+    {
+        for (const auto& each : former) {
+            if (each.opacity.isEmpty())
+                xcb_delete_property(
+                    connection->get(), each.window, connection->atom(Atom::netWmWindowOpacity));
+            else
+                set(each.window, each.opacity.first());
+        }
+        xcb_flush(connection->get());
+    }
+
+private:
+    struct Former {
+        xcb_window_t window;
+        QList<quint32> opacity;
+    };
+
+    void set(xcb_window_t window, quint32 opacity) const
+    {
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, window,
+            connection->atom(Atom::netWmWindowOpacity), XCB_ATOM_CARDINAL, 32, 1, &opacity);
+    }
+
+    std::shared_ptr<const XcbConnection> connection;
+    QList<Former> former;
+};
+
+// Without a compositor: an empty shape on the frame. Unmapping would take the focus away.
+class Shapeless : public ScreenSource::OwnWindowsHidden {
+public:
+    Shapeless(std::shared_ptr<const XcbConnection> owner, const QList<OwnWindow>& windows)
+        : connection(std::move(owner))
+    {
+        for (const auto& each : windows)
+            former.push_back({each.frame, shapeOf(each.frame)});
+        for (const auto& each : former)
+            xcb_shape_rectangles(connection->get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                XCB_CLIP_ORDERING_UNSORTED, each.frame, 0, 0, 0, nullptr);
+        xcb_flush(connection->get());
+        QThread::msleep(repaintedMilliseconds);
+    }
+    ~Shapeless() override
+    {
+        auto* xcb = connection->get();
+        for (const auto& each : former) {
+            if (each.shape)
+                xcb_shape_rectangles(xcb, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_UNSORTED,
+                    each.frame, 0, 0, uint32_t(each.shape->size()), each.shape->data());
+            else
+                xcb_shape_mask(
+                    xcb, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, each.frame, 0, 0, XCB_PIXMAP_NONE);
+        }
+        xcb_flush(xcb);
+    }
+
+private:
+    using Shape = std::vector<xcb_rectangle_t>;
+    struct Former {
+        xcb_window_t frame;
+        std::optional<Shape> shape; ///< none for an ordinary rectangular window
+    };
+
+    std::optional<Shape> shapeOf(xcb_window_t frame) const
+    {
+        auto* xcb = connection->get();
+        const auto extents = connection->reply<xcb_shape_query_extents_reply_t>(
+            xcb_shape_query_extents(xcb, frame).sequence);
+        if (!extents || !extents->bounding_shaped)
+            return std::nullopt;
+        const auto rectangles = connection->reply<xcb_shape_get_rectangles_reply_t>(
+            xcb_shape_get_rectangles(xcb, frame, XCB_SHAPE_SK_BOUNDING).sequence);
+        if (!rectangles)
+            return std::nullopt;
+        const auto* first = xcb_shape_get_rectangles_rectangles(rectangles.get());
+        return Shape(first, first + xcb_shape_get_rectangles_rectangles_length(rectangles.get()));
+    }
+
+    std::shared_ptr<const XcbConnection> connection;
+    std::vector<Former> former;
+};
+
+} // namespace
+
+std::unique_ptr<ScreenSource::OwnWindowsHidden> hideWindowsOf(
+    std::shared_ptr<const XcbConnection> connection, qint64 processId)
+{
+    const auto windows = ownWindows(*connection, processId);
+    if (windows.isEmpty())
+        return nullptr;
+    if (connection->hasCompositor())
+        return std::make_unique<Transparent>(std::move(connection), windows);
+    if (!connection->hasExtension(xcb_shape_id))
+        return nullptr;
+    return std::make_unique<Shapeless>(std::move(connection), windows);
+}
+
+} // namespace pintalux::x11
