@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds Pintalux, after installing what is missing, and runs it with the arguments given:
 #   ./run.sh --selftest out
 # Starts a virtual display with a few windows on it when there is no display.

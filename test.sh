@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Builds and runs every test after installing what is missing; checks formatting and layers first.
 #   ./test.sh          everything
 #   ./test.sh --asan   the same with the address and undefined behaviour sanitizers

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Taking a 4K screen, beside a memory copy of the same frame. The budget is seven times the copy.
 
 #include "DisplaySession.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The editor's canvas on a 4K capture with 60 marks in a window of 1600 × 1000: from a pointer event to the
 // painted window, from opening to the first paint, and the memory that editor and history take.
 

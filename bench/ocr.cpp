@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Reading text: how many words come out right, and how long it takes, over pictures as people capture them.
 // The counter "acierto" is the share of the words that were drawn and come out, in order, as they were.
 

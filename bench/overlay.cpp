@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a person waits for on the overlay, at 3840 × 2160: its first painting and the repaint of a pointer
 // move.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The pixel kernels on whole 4K frames, each beside a memory copy of the same frame. Prints a table.
 
 #include "Pictures.h"

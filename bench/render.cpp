@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Flattening a 4K document with 60 marks, and laying out text, beside a memory copy of the frame.
 
 #include "model/Palette.h"

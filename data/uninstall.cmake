@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Removes the files of an installation, and the folders of ours that it leaves empty.
 if(NOT EXISTS "${MANIFEST}")
   message(FATAL_ERROR "There is no ${MANIFEST}: nothing was installed from this folder.")

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Marks with any numbers that a marks file may hold, drawn: none makes the renderer fall, hang or eat the
 // memory.
 

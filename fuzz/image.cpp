@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Opening a picture: whatever the file holds, there is a picture within the limits or a sentence.
 
 #include "platform/base/Error.h"

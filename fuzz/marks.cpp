@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The marks file: what is accepted has only finite numbers and can be measured.
 
 #include "model/MarksFile.h"

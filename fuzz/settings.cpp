@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The settings file: what is accepted is applied to valid values and survives being written and read again.
 
 #include "model/Palette.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Precompiled for every file of the library: the toolkit's headers that nearly all of them need.
 #pragma once
 

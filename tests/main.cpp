@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Runs a folder's tests without any display: the toolkit draws into memory.
 
 #include <QApplication>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # What an installation brings: valid files, a program that starts from there, and nothing left when it is taken away.
 #   tests/package.sh BUILD_FOLDER     (with the targets pintalux and desktop_files built)
 set -euo pipefail

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Precompiled for every test.
 #pragma once
 

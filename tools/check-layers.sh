@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Holds the includes of src/ to the house: a folder uses itself and the folders above it in the table of
 # docs/ARCHITECTURE.md, which is the one place that knows their order. No file is an exception.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs the static analyser over all sources, or over those given.
 #   tools/check-tidy.sh [FILE...]
 # It cannot read the compiler's precompiled headers, so it has a build folder without them.

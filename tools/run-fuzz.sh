@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs every fuzz target for a bounded time; ends with an error at the first finding, whose input it names.
 #   tools/run-fuzz.sh [SECONDS]     (30 for each target; needs the target fuzz of the preset fuzz)
 # What a run learns stays in build/fuzz/corpus; fuzz/corpus holds the seeds, and the inputs of mended faults.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Installs what the project needs and this machine lacks. The one place that knows the packages' names.
 #   tools/setup.sh [build] [run] [test] [fuzz]     (no argument: all but fuzz)
 # Quick when nothing is missing: it asks dpkg once.

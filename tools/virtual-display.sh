@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Runs COMMAND with a display: the one there is, or else a virtual desktop with a window manager and three windows.
 #   tools/virtual-display.sh COMMAND [ARGUMENT...]
 # PINTALUX_BUILD names the build folder whose demonstration windows furnish the desktop (build/dev by default).

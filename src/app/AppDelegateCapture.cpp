@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Captures, from the action to the delivery.
 
 #include "app/AppDelegate.h"

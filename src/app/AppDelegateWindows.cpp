@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The program's windows: editors, the about panel, the dialog that opens pictures.
 
 #include "app/About.h"

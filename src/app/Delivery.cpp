@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/Delivery.h"
 
 #include "platform/base/Error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/ToolkitTexts.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/CaptureOverlay.h"
 
 #include "capture/OverlayWindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/OverlayDrawing.h"
 
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/OverlayView.h"
 
 #include "capture/OverlayDrawing.h"

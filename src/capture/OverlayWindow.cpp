@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/OverlayWindow.h"
 
 #include "platform/windowing/PanelWindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/ScreenCapture.h"
 
 #include "platform/base/Worker.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What the capture service tells a person.
 
 #include "app/messages/HUD.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/ChromeButton.h"
 
 #include "controls/theme/FocusRing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/Menu.h"
 
 #include "controls/theme/Elevation.h"

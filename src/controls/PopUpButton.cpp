@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/PopUpButton.h"
 
 #include "controls/Menu.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/Popover.h"
 
 #include "controls/theme/Elevation.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/PushButton.h"
 
 #include "controls/Menu.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/TextField.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/ToolTips.h"
 
 #include "controls/Popover.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/JsonReader.h"
 
 #include "platform/graphics/Color.h"

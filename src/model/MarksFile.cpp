@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/MarksFile.h"
 
 #include "model/JsonReader.h"

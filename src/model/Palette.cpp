@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/Palette.h"
 
 #include "platform/graphics/Color.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "render/EffectCache.h"
 
 #include "platform/image/ImageFilter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/Geometry.h"
 #include "render/RendererInternal.h"
 #include "render/SeededRandom.h"

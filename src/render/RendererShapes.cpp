@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Geometry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "selftest/Scenes.h"
 
 #include "app/icon/AppIcon.h"

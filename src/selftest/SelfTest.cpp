@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The order of the run, its log and its files.
 
 #include "selftest/SelfTest.h"

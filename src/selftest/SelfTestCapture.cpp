@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Captures of the screen and the selection overlay.
 
 #include "app/AppDelegate.h"

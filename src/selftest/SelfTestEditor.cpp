@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // An editor on the screen, worked by the canvas's own scripted drags.
 
 #include "app/AppDelegate.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What needs no window: recognising, exporting, the model, the clipboard, the settings.
 
 #include "app/AppDelegate.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The delegate on a desktop in memory.
 
 #include "app/AppDelegate.h"

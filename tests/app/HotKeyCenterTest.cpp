@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/HotKeyCenter.h"
 
 #include "fakes/FakeHotKeys.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/floating/PinGeometry.h"
 
 #include <gtest/gtest.h>

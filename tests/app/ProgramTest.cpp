@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The real executable, run as a person would from a shell without any display.
 
 #include "platform/graphics/Color.h"

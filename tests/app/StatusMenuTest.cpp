@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/StatusItem.h"
 #include "app/icon/AppIcon.h"
 #include "app/messages/HUD.h"

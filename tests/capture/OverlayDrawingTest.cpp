@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/OverlayDrawing.h"
 
 #include "platform/graphics/Geometry.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Runs the folder's tests on two screens in memory: LEFT at 1×, RIGHT at 2× and a little higher.
 
 #include <QApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Gestures.h"
 #include "controls/FloatingCard.h"
 #include "controls/Popover.h"

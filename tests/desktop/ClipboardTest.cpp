@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "render/export/Clipboard.h"
 
 #include "render/export/Exporter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "DisplaySession.h"
 
 #include "platform/x11/XcbConnection.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The editor as a person uses it: the real executable, real mouse and keys, the file and the clipboard read
 // back.
 

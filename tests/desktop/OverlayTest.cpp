@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Desktop.h"
 
 using namespace Qt::StringLiterals;

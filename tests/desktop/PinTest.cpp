@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Pinned pictures under a real mouse and a real window manager.
 
 #include "app/floating/Pin.h"

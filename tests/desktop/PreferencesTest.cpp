@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The preferences as a person uses them: the real executable, real clicks, its files read back.
 
 #include "Desktop.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The real executable as a person uses it: hot keys and mouse from outside, files and clipboard read back.
 
 #include "Desktop.h"

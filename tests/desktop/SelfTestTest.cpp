@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The program's own run through everything, on a real display.
 
 #include "Desktop.h"

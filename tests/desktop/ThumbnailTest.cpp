@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The floating thumbnail under a real mouse.
 
 #include "app/floating/Thumbnail.h"

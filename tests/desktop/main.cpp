@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Runs the folder's tests as a program of a desktop of its own: a real display server and window manager.
 
 #include "Desktop.h"

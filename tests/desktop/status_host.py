@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A host for status icons as a desktop's panel offers it on the session bus. Prints "ready", then a line for
 each item that registers. Ends on SIGTERM."""
 import dbus

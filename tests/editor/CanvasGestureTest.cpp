@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CanvasStage.h"
 #include "platform/graphics/Geometry.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CanvasStage.h"
 #include "Gestures.h"
 #include "app/messages/HUD.h"

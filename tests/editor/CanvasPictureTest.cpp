@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasPicture.h"
 
 #include "CanvasStage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CanvasStage.h"
 #include "editor/canvas/CanvasTextField.h"
 #include "render/export/Exporter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChromeStage.h"
 #include "controls/BarButton.h"
 #include "editor/bars/BrandMarkView.h"

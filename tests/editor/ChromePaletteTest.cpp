@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChromeStage.h"
 #include "controls/ChromeButton.h"
 #include "controls/PushButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChromeStage.h"
 #include "controls/Slider.h"
 #include "controls/TextField.h"

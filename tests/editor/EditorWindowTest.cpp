@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // An editor's window and its commands, on the toolkit's display in memory.
 
 #include "Gestures.h"

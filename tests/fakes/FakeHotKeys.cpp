@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/FakeHotKeys.h"
 
 namespace pintalux {

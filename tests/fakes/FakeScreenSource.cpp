@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fakes/FakeScreenSource.h"
 
 #include <QColorSpace>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/Annotation.h"
 
 #include "platform/graphics/Geometry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/CaptureAction.h"
 #include "model/Palette.h"
 #include "model/Tool.h"

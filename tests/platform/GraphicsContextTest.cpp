@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/GraphicsContext.h"
 
 #include "platform/image/LargeImage.h"

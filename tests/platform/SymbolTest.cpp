@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/Symbol.h"
 
 #include "model/CaptureAction.h"

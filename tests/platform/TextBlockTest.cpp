@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/TextBlock.h"
 
 #include <QFontDatabase>

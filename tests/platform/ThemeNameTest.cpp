@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/desktop/ThemeName.h"
 
 #include "platform/base/Error.h"

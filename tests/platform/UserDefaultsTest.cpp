@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/UserDefaults.h"
 
 #include "Stage.h"

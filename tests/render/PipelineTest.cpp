@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Scene.h"
 #include "platform/graphics/Geometry.h"
 

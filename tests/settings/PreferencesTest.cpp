@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Gestures.h"
 #include "controls/PopUpButton.h"
 #include "controls/PushButton.h"

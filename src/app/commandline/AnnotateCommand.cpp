@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/commandline/AnnotateCommand.h"
 
 #include "model/MarksFile.h"

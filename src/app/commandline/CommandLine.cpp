@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/commandline/CommandLine.h"
 
 #include <algorithm>

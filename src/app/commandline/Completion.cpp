@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/commandline/Completion.h"
 
 #include "app/commandline/CommandLine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/floating/Pin.h"
 
 #include "app/floating/PinGeometry.h"

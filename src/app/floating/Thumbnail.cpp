@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/floating/Thumbnail.h"
 
 #include "app/floating/ThumbnailCard.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/floating/ThumbnailCard.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/icon/AppIcon.h"
 
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/icon/BrandMark.h"
 
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/messages/HUD.h"
 
 #include "model/Palette.h"

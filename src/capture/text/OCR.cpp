@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/text/OCR.h"
 
 #include "app/messages/HUD.h"

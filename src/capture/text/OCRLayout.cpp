@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // From words with boxes to lines of text.
 
 #include "capture/text/OCR.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "capture/text/TextRecognizerContrast.h"
 
 #include "platform/base/Parallel.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The recogniser on the Tesseract library, which is loaded when the first picture is to be read: it brings
 // some eighty other libraries along, which would double the time that the program takes to start.
 

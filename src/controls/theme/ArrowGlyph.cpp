@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/ArrowGlyph.h"
 
 #include "model/Annotation.h"

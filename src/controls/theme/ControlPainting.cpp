@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/ControlPainting.h"
 
 #include "model/Palette.h"

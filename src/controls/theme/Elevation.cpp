@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/Elevation.h"
 
 #include "controls/theme/ControlPainting.h"

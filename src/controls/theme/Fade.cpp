@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/Fade.h"
 
 #include "controls/theme/Theme.h"

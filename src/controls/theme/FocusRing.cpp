@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/FocusRing.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/Theme.h"
 
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/theme/ThemeFollower.h"
 
 #include "controls/theme/Theme.h"

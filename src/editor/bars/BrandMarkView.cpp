@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/BrandMarkView.h"
 
 #include "app/icon/BrandMark.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/EditorChrome.h"
 
 #include "controls/BarButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/InfoText.h"
 
 #include "controls/theme/Theme.h"

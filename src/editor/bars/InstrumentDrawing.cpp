@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/InstrumentDrawing.h"
 
 #include "platform/graphics/Color.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/InstrumentView.h"
 
 #include "controls/theme/Theme.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/PalettePositionMenu.h"
 
 #include "controls/theme/Theme.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/ToolPalette.h"
 
 #include "controls/ChromeButton.h"

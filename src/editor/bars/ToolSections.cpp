@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/bars/ToolSections.h"
 
 #include "controls/BarButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasMapping.h"
 
 #include "render/Renderer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasPasteboard.h"
 
 #include "platform/base/Error.h"

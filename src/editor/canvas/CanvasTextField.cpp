@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasTextField.h"
 
 #include "app/messages/HUD.h"

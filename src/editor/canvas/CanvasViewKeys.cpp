@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasPasteboard.h"
 #include "editor/canvas/CanvasView.h"
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasView.h"
 #include "platform/desktop/PointerPosition.h"
 #include "platform/graphics/Geometry.h"

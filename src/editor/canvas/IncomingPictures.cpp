@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/canvas/IncomingPictures.h"
 
 #include "platform/base/Worker.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/state/CanvasGesture.h"
 
 #include "platform/graphics/Geometry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/state/EditorModel.h"
 
 #include "model/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/state/HoverInfo.h"
 
 #include "platform/graphics/Color.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/ArrowOptionsPanel.h"
 
 #include "controls/BarButton.h"

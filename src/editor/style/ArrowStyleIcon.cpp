@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/ArrowStyleIcon.h"
 
 #include "controls/theme/ArrowGlyph.h"

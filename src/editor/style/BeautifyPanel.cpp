@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/BeautifyPanel.h"
 
 #include "controls/Slider.h"

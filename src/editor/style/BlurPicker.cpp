@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/BlurPicker.h"
 
 #include "controls/ChromeButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/ColorChooser.h"
 
 #include "controls/Popover.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/ColorPanelBridge.h"
 
 #include "app/icon/AppIcon.h"

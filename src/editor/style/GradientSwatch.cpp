@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/GradientSwatch.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/KeyboardGroup.h"
 
 #include "editor/canvas/CanvasView.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/StrokeSample.h"
 
 #include "controls/theme/ControlPainting.h"

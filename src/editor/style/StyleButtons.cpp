@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/StyleButtons.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/style/WedgeSlider.h"
 
 #include "controls/theme/ControlPainting.h"

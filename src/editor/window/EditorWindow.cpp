@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/EditorWindow.h"
 
 #include "controls/theme/Theme.h"

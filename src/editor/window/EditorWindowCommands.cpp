@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // What a person can do with an editor's picture.
 
 #include "app/floating/Pin.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/EditorWindowController.h"
 
 #include "app/icon/AppIcon.h"

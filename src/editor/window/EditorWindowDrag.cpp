@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/EditorWindowDrag.h"
 
 #include "controls/theme/Theme.h"

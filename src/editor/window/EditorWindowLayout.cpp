@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/EditorWindowLayout.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/MainMenu.h"
 
 #include "controls/Menu.h"

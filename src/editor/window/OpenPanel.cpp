@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/OpenPanel.h"
 
 #include "platform/windowing/PanelWindow.h"

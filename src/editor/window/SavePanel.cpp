@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "editor/window/SavePanel.h"
 
 #include "app/messages/HUD.h"

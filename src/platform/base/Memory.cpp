@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/Memory.h"
 
 #ifdef __GLIBC__

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/Parallel.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/UserDefaults.h"
 
 #include "platform/base/Files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #pragma once
 
 /// Marks a leaf function whose plain loops the compiler shall turn into vector instructions, whatever the

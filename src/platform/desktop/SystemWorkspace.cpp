@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/desktop/SystemWorkspace.h"
 
 #include "platform/desktop/SessionBus.h"

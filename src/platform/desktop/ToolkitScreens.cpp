@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/desktop/ToolkitScreens.h"
 
 #include <QCursor>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/Font.h"
 
 using namespace Qt::StringLiterals;

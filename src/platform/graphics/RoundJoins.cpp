@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/RoundJoins.h"
 
 #include <QPainterPath>

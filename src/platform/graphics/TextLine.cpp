@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/graphics/TextLine.h"
 
 #include <QTextBoundaryFinder>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/GaussianBlur.h"
 
 #include "platform/base/Parallel.h"

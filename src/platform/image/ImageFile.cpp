@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/ImageFile.h"
 
 #include "platform/base/Error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/LargeImage.h"
 
 #include <sys/mman.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/PngEncoder.h"
 
 #include "platform/base/Parallel.h"

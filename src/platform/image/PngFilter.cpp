@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/PngFilter.h"
 
 #include "platform/base/Vectorized.h"

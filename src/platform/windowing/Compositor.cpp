@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/Compositor.h"
 
 #include "platform/base/Error.h"

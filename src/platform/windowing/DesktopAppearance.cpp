@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/DesktopAppearance.h"
 
 #include "platform/desktop/SessionBus.h"

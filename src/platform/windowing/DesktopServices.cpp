@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/desktop/HotKeyBackend.h"
 #include "platform/desktop/SystemWorkspace.h"
 #include "platform/x11/X11HotKeys.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/DirectSurface.h"
 
 #include "platform/x11/SharedBands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/FloatingWindow.h"
 
 #include "platform/x11/Toolkit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/PanelWindow.h"
 
 #include "platform/x11/Toolkit.h"

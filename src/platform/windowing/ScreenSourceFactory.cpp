@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/desktop/ScreenSource.h"
 #include "platform/x11/capture/X11ScreenSource.h"
 

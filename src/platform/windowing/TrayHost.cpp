@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/TrayHost.h"
 
 #include "platform/base/Error.h"

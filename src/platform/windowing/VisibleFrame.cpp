@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/windowing/VisibleFrame.h"
 
 #include "platform/x11/Struts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/SharedBands.h"
 
 #include "platform/x11/Pixels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/Struts.h"
 
 #include "platform/x11/Toolkit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/Toolkit.h"
 
 #include "platform/x11/XcbConnection.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/X11Workspace.h"
 
 #include "platform/x11/Windows.h"

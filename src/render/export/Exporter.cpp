@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "render/export/Exporter.h"
 
 #include "platform/base/Error.h"

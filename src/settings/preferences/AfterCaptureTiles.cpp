@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/AfterCaptureTiles.h"
 
 #include "controls/theme/ControlPainting.h"

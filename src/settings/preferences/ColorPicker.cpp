@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/ColorPicker.h"
 
 #include "controls/PushButton.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "app/icon/AppIcon.h"
 #include "controls/PushButton.h"
 #include "platform/desktop/KeyLabel.h"

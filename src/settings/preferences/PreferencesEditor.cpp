@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/Slider.h"
 #include "controls/theme/ArrowGlyph.h"
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/PreferencesForm.h"
 
 #include "controls/theme/ControlPainting.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/PreferencesRows.h"
 
 namespace pintalux::Preferences {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "controls/Menu.h"
 #include "controls/PushButton.h"
 #include "platform/desktop/LoginItem.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/PreferencesWindow.h"
 
 #include "app/icon/AppIcon.h"

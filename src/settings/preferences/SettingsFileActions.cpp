@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "settings/preferences/SettingsFileActions.h"
 
 #include "app/icon/AppIcon.h"

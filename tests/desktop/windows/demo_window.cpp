@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A tidy little application window to look at and to capture. It does nothing and ends on SIGTERM.
 //   pintalux_demo_window --title T --geometry WxH+X+Y --color #RRGGBB [--text ...] [--above]
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Another program's window that takes files: prints each dropped file's path and size in bytes.
 //   pintalux_drop_target WxH+X+Y
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Freezes every screen into FOLDER/NAME.png and prints a line for each: name, frame in points, scale,
 // and the frame that panels leave.
 //   pintalux_freeze_screens FOLDER

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Freezes the screens, lets somebody select on them and prints what came of it. A selected picture is saved
 // into FOLDER/selected.png, the frozen ones into FOLDER/NAME.png.
 //   pintalux_select_on_screens MODE FOLDER

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // One process a session. The first prints "first", then a line for each thing asked of it; a later one hands
 // over what its arguments say and prints "true" or "false" with what it is then.
 //   pintalux_single_instance [--open FILE... | --action NAME PARAMETER...]

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Shows what the program shows without being asked, and prints what is chosen of it.
 //   pintalux_status_item [--dark] [--no-permission] [--message TEXT SYMBOL [#RRGGBB]] [--menu X Y]
 // Lines: "missing", "appeared", "chosen ID", "menu" each time the menu opens, "visible" once the icon is.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/capture/OwnWindows.h"
 
 #include "platform/x11/Windows.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/capture/WindowImage.h"
 
 #include "platform/x11/DrawableImage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/x11/capture/X11ScreenSource.h"
 
 #include "platform/desktop/ToolkitScreens.h"
