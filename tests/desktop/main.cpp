@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Runs the folder's tests as a program of a desktop of its own: a real display server and window manager.
+// Runs the tests that it is told to as a program of a desktop of its own: a real display server and window
+// manager. CTest starts it once for each test, so that they share nothing and run beside each other.
 
 #include "Desktop.h"
 
@@ -19,6 +20,8 @@ pintalux::test::DisplaySession& pintalux::test::desktop() { return *currentSessi
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    if (GTEST_FLAG_GET(list_tests))
+        return RUN_ALL_TESTS();
     pintalux::test::DisplaySession session;
     session.enter();
     currentSession = &session;
