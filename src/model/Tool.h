@@ -24,27 +24,29 @@ struct ToolRow {
     QStringView symbol; ///< name in the symbol set
     char16_t shortcut;  ///< lower-case letter that chooses the tool in the editor
     bool supportsFill;  ///< for text, filled means a callout bubble
+    bool reshapesMarks; ///< the selected mark stays selected and shows its handles
 };
 
 inline constexpr std::array<ToolRow, 12> toolTable{{
-    {Tool::select, u"select", u"Seleccionar y mover", u"cursorarrow", u'v', false},
-    {Tool::arrow, u"arrow", u"Flecha", u"arrow.up.right", u'a', false},
-    {Tool::rectangle, u"rectangle", u"Rectángulo", u"rectangle", u'r', true},
-    {Tool::ellipse, u"ellipse", u"Elipse", u"circle", u'e', true},
-    {Tool::line, u"line", u"Línea", u"line.diagonal", u'l', false},
-    {Tool::pen, u"pen", u"Lápiz", u"scribble.variable", u'p', false},
-    {Tool::highlighter, u"highlighter", u"Resaltador", u"highlighter", u'h', false},
-    {Tool::eraser, u"eraser", u"Borrador", u"eraser", u'g', false},
-    {Tool::text, u"text", u"Texto", u"textformat", u't', true},
-    {Tool::step, u"step", u"Pasos numerados", u"1.circle", u'n', false},
-    {Tool::blur, u"blur", u"Difuminar / pixelar", u"checkerboard.rectangle", u'b', false},
-    {Tool::crop, u"crop", u"Recortar", u"crop", u'c', false},
+    {Tool::select, u"select", u"Seleccionar y mover", u"cursorarrow", u'v', false, true},
+    {Tool::arrow, u"arrow", u"Flecha", u"arrow.up.right", u'a', false, true},
+    {Tool::rectangle, u"rectangle", u"Rectángulo", u"rectangle", u'r', true, false},
+    {Tool::ellipse, u"ellipse", u"Elipse", u"circle", u'e', true, false},
+    {Tool::line, u"line", u"Línea", u"line.diagonal", u'l', false, true},
+    {Tool::pen, u"pen", u"Lápiz", u"scribble.variable", u'p', false, false},
+    {Tool::highlighter, u"highlighter", u"Resaltador", u"highlighter", u'h', false, false},
+    {Tool::eraser, u"eraser", u"Borrador", u"eraser", u'g', false, false},
+    {Tool::text, u"text", u"Texto", u"textformat", u't', true, true},
+    {Tool::step, u"step", u"Pasos numerados", u"1.circle", u'n', false, true},
+    {Tool::blur, u"blur", u"Difuminar / pixelar", u"checkerboard.rectangle", u'b', false, false},
+    {Tool::crop, u"crop", u"Recortar", u"crop", u'c', false, false},
 }};
 constexpr const auto& enumTable(Tool) { return toolTable; }
 
 inline QString symbol(Tool tool) { return enumRow(tool).symbol.toString(); }
 constexpr QChar shortcut(Tool tool) { return enumRow(tool).shortcut; }
 constexpr bool supportsFill(Tool tool) { return enumRow(tool).supportsFill; }
+constexpr bool reshapesMarks(Tool tool) { return enumRow(tool).reshapesMarks; }
 
 inline constexpr std::array<TitledRow<ArrowStyle>, 5> arrowStyleTable{{
     {ArrowStyle::sketch, u"sketch", u"A mano"},

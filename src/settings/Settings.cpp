@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/Settings.h"
 
-#include "platform/base/UserDefaults.h"
 #include "platform/graphics/Color.h"
 #include "settings/SettingsFile.h"
 

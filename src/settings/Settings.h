@@ -5,6 +5,7 @@
 #include "model/Palette.h"
 #include "model/Tool.h"
 #include "platform/base/StringEnum.h"
+#include "platform/base/UserDefaults.h"
 
 #include <QColor>
 #include <QObject>
@@ -14,8 +15,6 @@
 #include <variant>
 
 namespace pintalux {
-
-class UserDefaults;
 
 /// What happens to a fresh capture, besides copying and saving.
 enum class AfterCapture { editor, thumbnail, copyOnly };
@@ -148,8 +147,18 @@ public:
 
     const SettingsValues& values() const { return current; }
 
-    /// Where the settings are kept.
-    UserDefaults& defaults() { return store; }
+    /// While one lives, changes count and are announced at once but are written only when the last one goes:
+    /// for a value that follows the hand.
+    class Hold {
+    public:
+        explicit Hold(Settings& settings)
+            : writes(settings.store)
+        {
+        }
+
+    private:
+        UserDefaults::Hold writes;
+    };
 
     bool autoCopy() const { return current.autoCopy; }
     bool autoSave() const { return current.autoSave; }

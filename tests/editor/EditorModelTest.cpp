@@ -183,3 +183,65 @@ TEST_F(EditorModelTest, EveryChangeIsAnnouncedWithItsCounts)
     model.undo();
     EXPECT_TRUE(fields.contains(Field::selectedID));
 }
+
+TEST_F(EditorModelTest, WhoListensNeverSeesHalfOfAChange)
+{
+    struct State {
+        Document doc;
+        Tool tool;
+        bool showsArrowOptions;
+        std::optional<QUuid> selectedID;
+        std::optional<QRectF> cropRect;
+        qsizetype undoCount;
+        qsizetype redoCount;
+        bool operator==(const State&) const = default;
+    };
+    const auto state = [this] {
+        return State{model.doc(), model.tool(), model.showArrowOptions(), model.selectedID(),
+            model.cropRect(), model.undoCount(), model.redoCount()};
+    };
+    const auto startCrop = [this] {
+        model.setTool(Tool::crop);
+        model.setCropRect(QRectF(10, 10, 50, 50));
+    };
+    struct Row {
+        const char* name;
+        std::function<void()> before;
+        std::function<void()> change;
+    };
+    const std::array<Row, 8> rows{{
+        {"leave crop", startCrop, [this] { model.setTool(Tool::rectangle); }},
+        {"come to arrow",
+            [this] {
+                model.setTool(Tool::pen);
+                model.setShowArrowOptions(false);
+            },
+            [this] { model.setTool(Tool::arrow); }},
+        {"apply crop", startCrop, [this] { model.applyCrop(); }},
+        {"add", [] {}, [this] { model.add(mark()); }},
+        {"insert", [] {},
+            [this] {
+                model.insertImage(picture(10, 10), {50, 50}, 1);
+            }},
+        {"delete", [] {}, [this] { model.deleteSelected(); }},
+        {"undo", [this] { model.setSelectedID(model.doc().annotations.last().id); },
+            [this] { model.undo(); }},
+        {"redo", [] {}, [this] { model.redo(); }},
+    }};
+    for (const auto& row : rows) {
+        const auto chosen = mark();
+        model.setTool(Tool::arrow);
+        if (QByteArrayView(row.name) != "redo")
+            model.add(chosen);
+        model.setSelectedID(chosen.id);
+        row.before();
+        QList<State> seen;
+        const auto listening
+            = QObject::connect(&model, &EditorModel::changed, [&](Field) { seen.append(state()); });
+        row.change();
+        QObject::disconnect(listening);
+        ASSERT_FALSE(seen.isEmpty()) << row.name;
+        for (const auto& each : std::as_const(seen))
+            EXPECT_EQ(each, state()) << row.name;
+    }
+}

@@ -77,8 +77,7 @@ void CanvasView::setInsets(const QMargins& viewPoints)
 
 Renderer::Overlay CanvasView::overlay() const
 {
-    constexpr std::array reshaping{Tool::select, Tool::arrow, Tool::line, Tool::step, Tool::text};
-    const bool reshapes = std::find(reshaping.begin(), reshaping.end(), model.tool()) != reshaping.end();
+    const bool reshapes = reshapesMarks(model.tool());
     const auto* selected = model.selected();
 
     Renderer::Overlay shown;

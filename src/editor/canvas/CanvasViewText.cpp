@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editor/canvas/CanvasTextField.h"
 #include "editor/canvas/CanvasView.h"
+#include "editor/state/DocumentEditing.h"
 
 #include <utility>
 
@@ -94,11 +95,10 @@ void CanvasView::finishText()
 
     if (const auto* former = edited ? model.doc().annotation(*edited) : nullptr) {
         const auto change = [&](Document& document) {
-            for (auto& candidate : document.annotations)
-                if (candidate.id == *edited)
-                    candidate.text = text;
             if (text.isEmpty())
-                document.annotations.removeIf([&](const auto& each) { return each.id == *edited; });
+                DocumentEditing::removeMark(document, *edited);
+            else
+                DocumentEditing::changeMark(document, *edited, [&](Annotation& each) { each.text = text; });
         };
         if (text != former->text)
             model.commit(change);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editor/state/CanvasGesture.h"
 
+#include "editor/state/DocumentEditing.h"
 #include "platform/graphics/Geometry.h"
 
 #include <QCoreApplication>
@@ -226,9 +227,8 @@ private:
         const auto* top = topAnnotation(model.doc(), at, pointScale);
         if (!top)
             return;
-        model.updateWithoutUndo([id = top->id](Document& document) {
-            document.annotations.removeIf([&](const auto& mark) { return mark.id == id; });
-        });
+        model.updateWithoutUndo(
+            [id = top->id](Document& document) { DocumentEditing::removeMark(document, id); });
     }
 
     QPointF last;

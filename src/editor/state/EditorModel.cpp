@@ -1,47 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "editor/state/EditorModel.h"
 
+#include "editor/state/DocumentEditing.h"
 #include "model/Palette.h"
-#include "platform/graphics/Geometry.h"
 #include "render/export/Exporter.h"
 
-#include <initializer_list>
+#include <algorithm>
 #include <utility>
 
 namespace pintalux {
-
-namespace {
-
-/// Largest part of the document's width and height that an inserted picture takes.
-constexpr double insertedPart = 0.45;
-/// Least width and height of a cropped document, in pixels.
-constexpr double leastCrop = 2;
-
-bool keepsSelection(Tool tool)
-{
-    constexpr std::array keeping{Tool::select, Tool::arrow, Tool::line, Tool::step, Tool::text};
-    return std::find(keeping.begin(), keeping.end(), tool) != keeping.end();
-}
-
-/// The smallest rectangle of whole pixels around `rect`.
-QRect outwardRounded(const QRectF& rect)
-{
-    const QPoint least(int(std::floor(rect.left())), int(std::floor(rect.top())));
-    const QPoint beyond(int(std::ceil(rect.right())), int(std::ceil(rect.bottom())));
-    return {least, QSize(beyond.x() - least.x(), beyond.y() - least.y())};
-}
-
-} // namespace
 
 EditorModel::EditorModel(const CaptureResult& shot, Settings& store, QObject* parent)
     : QObject(parent)
     , settings(store)
     , document{.image = shot.image, .annotations = {}, .pixelScale = shot.pixelScale}
-    , currentColor(store.lastColor())
-    , width(store.strokeWidth())
-    , style(store.arrowStyle())
-    , handwriting(store.handwritten())
-    , callout(store.calloutText())
+    , currentStyle(Style::lastChosen(store.values()))
     , edge(store.paletteEdge())
     , hiddenToolbar(store.toolbarHidden())
     , name(shot.suggestedName)
@@ -50,59 +23,76 @@ EditorModel::EditorModel(const CaptureResult& shot, Settings& store, QObject* pa
     framing.gradient = std::min(store.lastGradient(), int(Palette::gradients().size()) - 1);
 }
 
+EditorModel::Change::~Change()
+{
+    if (--model.changesUnderWay > 0)
+        return;
+    const auto fields = std::exchange(model.assignedFields, {});
+    for (const auto field : fields)
+        Q_EMIT model.changed(field);
+}
+
+void EditorModel::assigned(Field field)
+{
+    if (!assignedFields.contains(field))
+        assignedFields.append(field);
+}
+
 template <typename T> void EditorModel::assign(T& member, const T& value, Field field)
 {
+    const Change change(*this);
     member = value;
-    Q_EMIT changed(field);
+    assigned(field);
 }
 
 void EditorModel::setTool(Tool tool)
 {
+    const Change change(*this);
     const auto previous = currentTool;
     assign(currentTool, tool, Field::tool);
     if (tool != Tool::crop)
         setCropRect({});
     if (tool == Tool::arrow && previous != Tool::arrow)
         setShowArrowOptions(true);
-    if (!keepsSelection(tool))
+    if (!reshapesMarks(tool))
         setSelectedID({});
 }
 
 void EditorModel::setColor(const QColor& color)
 {
-    assign(currentColor, color, Field::color);
+    assign(currentStyle.color, color, Field::color);
     settings.setLastColor(color);
 }
 
 void EditorModel::setStrokeWidth(double points)
 {
-    assign(width, points, Field::strokeWidth);
+    assign(currentStyle.strokeWidth, points, Field::strokeWidth);
     settings.setStrokeWidth(points);
 }
 
 void EditorModel::setArrowStyle(ArrowStyle value)
 {
-    assign(style, value, Field::arrowStyle);
+    assign(currentStyle.arrowStyle, value, Field::arrowStyle);
     settings.setArrowStyle(value);
 }
 
 void EditorModel::setHandwritten(bool on)
 {
-    assign(handwriting, on, Field::handwritten);
+    assign(currentStyle.handwritten, on, Field::handwritten);
     settings.setHandwritten(on);
 }
 
 void EditorModel::setShowArrowOptions(bool shown) { assign(arrowOptions, shown, Field::showArrowOptions); }
 
-void EditorModel::setFilled(bool on) { assign(fill, on, Field::filled); }
+void EditorModel::setFilled(bool on) { assign(currentStyle.filled, on, Field::filled); }
 
 void EditorModel::setCalloutText(bool on)
 {
-    assign(callout, on, Field::calloutText);
+    assign(currentStyle.calloutText, on, Field::calloutText);
     settings.setCalloutText(on);
 }
 
-void EditorModel::setBlurStyle(BlurStyle value) { assign(redaction, value, Field::blurStyle); }
+void EditorModel::setBlurStyle(BlurStyle value) { assign(currentStyle.blurStyle, value, Field::blurStyle); }
 
 void EditorModel::setBeautify(const BeautifySettings& value) { assign(framing, value, Field::beautify); }
 
@@ -125,18 +115,7 @@ void EditorModel::setToolbarHidden(bool hidden)
     settings.setToolbarHidden(hidden);
 }
 
-double EditorModel::lineWidth() const { return width * document.pixelScale; }
-
-double EditorModel::fontSize() const { return (std::min(width, 10.0) * 2.6 + 15) * document.pixelScale; }
-
-int EditorModel::nextStepNumber() const
-{
-    int highest = 0;
-    for (const auto& mark : document.annotations)
-        if (mark.kind == AnnotationKind::step)
-            highest = std::max(highest, mark.number);
-    return highest + 1;
-}
+int EditorModel::nextStepNumber() const { return DocumentEditing::nextStepNumber(document); }
 
 const Annotation* EditorModel::selected() const
 {
@@ -145,55 +124,50 @@ const Annotation* EditorModel::selected() const
 
 void EditorModel::commit(const DocumentChange& change)
 {
-    undoStack.append(document);
-    if (undoStack.size() > undoLimit)
-        undoStack.removeFirst();
-    redoStack.clear();
+    const Change whole(*this);
+    history.record(document);
     updateWithoutUndo(change);
-    announceCounts();
+    historyChanged();
 }
 
 void EditorModel::updateWithoutUndo(const DocumentChange& change)
 {
+    const Change whole(*this);
     change(document);
-    Q_EMIT changed(Field::doc);
+    assigned(Field::doc);
 }
 
 void EditorModel::updateWithoutUndo(const QUuid& id, const AnnotationChange& change)
 {
-    const auto& marks = std::as_const(document.annotations);
-    const auto found
-        = std::find_if(marks.begin(), marks.end(), [&](const auto& mark) { return mark.id == id; });
-    if (found == marks.end())
-        return;
-    change(document.annotations[found - marks.begin()]);
-    Q_EMIT changed(Field::doc);
+    const Change whole(*this);
+    if (DocumentEditing::changeMark(document, id, change))
+        assigned(Field::doc);
 }
 
 void EditorModel::pushUndoCheckpoint(Document snapshot)
 {
-    undoStack.append(std::move(snapshot));
-    redoStack.clear();
-    announceCounts();
+    const Change whole(*this);
+    history.recordCheckpoint(std::move(snapshot));
+    historyChanged();
 }
 
 void EditorModel::undo()
 {
-    if (undoStack.isEmpty())
+    const Change whole(*this);
+    if (!history.undo(document))
         return;
-    redoStack.append(std::exchange(document, undoStack.takeLast()));
-    Q_EMIT changed(Field::doc);
+    assigned(Field::doc);
     setSelectedID({});
-    announceCounts();
+    historyChanged();
 }
 
 void EditorModel::redo()
 {
-    if (redoStack.isEmpty())
+    const Change whole(*this);
+    if (!history.redo(document))
         return;
-    undoStack.append(std::exchange(document, redoStack.takeLast()));
-    Q_EMIT changed(Field::doc);
-    announceCounts();
+    assigned(Field::doc);
+    historyChanged();
 }
 
 void EditorModel::add(const Annotation& annotation)
@@ -203,18 +177,14 @@ void EditorModel::add(const Annotation& annotation)
 
 void EditorModel::insertImage(const QImage& image, QPointF center, double sourceScale)
 {
-    const QSizeF natural = QSizeF(image.size()) * (document.pixelScale / std::max(sourceScale, 1.0));
-    const auto room = document.imageSize() * insertedPart;
-    const double fit = std::min({1.0, room.width() / std::max(natural.width(), 1.0),
-        room.height() / std::max(natural.height(), 1.0)});
-    const QPointF half(natural.width() * fit / 2, natural.height() * fit / 2);
-
+    const auto place = DocumentEditing::placeOfPicture(document, image.size(), center, sourceScale);
     const Annotation mark{.kind = AnnotationKind::image,
-        .start = center - half,
-        .end = center + half,
-        .color = currentColor,
+        .start = place.topLeft(),
+        .end = place.bottomRight(),
+        .color = color(),
         .lineWidth = lineWidth(),
         .image = image};
+    const Change whole(*this);
     add(mark);
     setTool(Tool::select);
     setSelectedID(mark.id);
@@ -224,8 +194,8 @@ void EditorModel::deleteSelected()
 {
     if (!selection)
         return;
-    commit([id = *selection](
-               Document& doc) { doc.annotations.removeIf([&](const auto& mark) { return mark.id == id; }); });
+    const Change whole(*this);
+    commit([id = *selection](Document& doc) { DocumentEditing::removeMark(doc, id); });
     setSelectedID({});
 }
 
@@ -237,40 +207,27 @@ void EditorModel::clearAnnotations()
 
 void EditorModel::restyleSelected(const AnnotationChange& change)
 {
-    if (!selected())
-        return;
-    commit([&](Document& doc) {
-        for (auto& mark : doc.annotations)
-            if (mark.id == *selection)
-                return change(mark);
-    });
+    if (selected())
+        commit([&](Document& doc) { DocumentEditing::changeMark(doc, *selection, change); });
 }
 
 void EditorModel::applyCrop()
 {
-    const auto area = outwardRounded(crop.value_or(QRectF())) & document.image.rect();
-    const bool largeEnough = crop && area.width() >= leastCrop && area.height() >= leastCrop
-        && crop->width() >= leastCrop && crop->height() >= leastCrop;
-    auto cut = largeEnough ? document.image.copy(area) : QImage();
-    if (cut.isNull()) {
-        setCropRect({});
-        return;
-    }
-    commit([&](Document& doc) {
-        doc.image = cut;
-        for (auto& mark : doc.annotations)
-            mark.offset(-QPointF(area.topLeft()));
-    });
+    const Change whole(*this);
+    const auto cut = crop ? DocumentEditing::cropped(document, *crop) : std::nullopt;
+    if (!cut)
+        return setCropRect({});
+    commit([&](Document& doc) { doc = *cut; });
     setCropRect({});
     setTool(Tool::arrow);
 }
 
 QImage EditorModel::renderFinal() { return Exporter::render(document, framing, effects); }
 
-void EditorModel::announceCounts()
+void EditorModel::historyChanged()
 {
-    Q_EMIT changed(Field::undoCount);
-    Q_EMIT changed(Field::redoCount);
+    assigned(Field::undoCount);
+    assigned(Field::redoCount);
 }
 
 } // namespace pintalux

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "editor/state/History.h"
+#include "editor/state/Style.h"
 #include "model/BeautifySettings.h"
 #include "model/CaptureResult.h"
 #include "model/Document.h"
 #include "render/EffectCache.h"
 #include "settings/Settings.h"
 
-#include <QColor>
 #include <QList>
 #include <QObject>
 #include <QRectF>
-#include <QUuid>
 
 #include <array>
 #include <functional>
@@ -19,11 +19,11 @@
 
 namespace pintalux {
 
-/// The state of one editor: the document, the tool and its style, the selection, the crop rectangle that is
-/// being drawn, where the palette is, and the history.
+/// The state of one editor, put together: the document and its history, the style of new marks, the tool, the
+/// selection, the crop rectangle that is being drawn, the framing, and where the palette is.
 ///
-/// Every change of the document goes through here. Undo works on snapshots of the whole document, which share
-/// their pixels and their marks until one of them changes. Main thread only.
+/// Every change of the document goes through here, and nobody is told of a change before all of it is made.
+/// Main thread only.
 class EditorModel : public QObject {
     Q_OBJECT
 
@@ -61,30 +61,29 @@ public:
     };
     /// What the width slider reaches, in points.
     static constexpr Range strokeRange{thinnestStroke, thickestStroke};
-    /// Most snapshots that a commit leaves in the history.
-    static constexpr qsizetype undoLimit = 200;
 
-    explicit EditorModel(
-        const CaptureResult& shot, Settings& settings = Settings::shared(), QObject* parent = nullptr);
+    /// The style comes from the settings, and what a person chooses goes there.
+    EditorModel(const CaptureResult& shot, Settings& settings, QObject* parent = nullptr);
 
     const Document& doc() const { return document; }
     Tool tool() const { return currentTool; }
-    const QColor& color() const { return currentColor; }
-    double strokeWidth() const { return width; } ///< points
-    ArrowStyle arrowStyle() const { return style; }
-    bool handwritten() const { return handwriting; }
+    const Style& style() const { return currentStyle; }
+    const QColor& color() const { return currentStyle.color; }
+    double strokeWidth() const { return currentStyle.strokeWidth; } ///< points
+    ArrowStyle arrowStyle() const { return currentStyle.arrowStyle; }
+    bool handwritten() const { return currentStyle.handwritten; }
     bool showArrowOptions() const { return arrowOptions; }
-    bool filled() const { return fill; }
-    bool calloutText() const { return callout; }
-    BlurStyle blurStyle() const { return redaction; }
+    bool filled() const { return currentStyle.filled; }
+    bool calloutText() const { return currentStyle.calloutText; }
+    BlurStyle blurStyle() const { return currentStyle.blurStyle; }
     const BeautifySettings& beautify() const { return framing; }
     const std::optional<QUuid>& selectedID() const { return selection; }
     /// In document pixels; set only while the tool is `crop`.
     const std::optional<QRectF>& cropRect() const { return crop; }
     PaletteEdge paletteEdge() const { return edge; }
     bool toolbarHidden() const { return hiddenToolbar; }
-    qsizetype undoCount() const { return undoStack.size(); }
-    qsizetype redoCount() const { return redoStack.size(); }
+    qsizetype undoCount() const { return history.undoCount(); }
+    qsizetype redoCount() const { return history.redoCount(); }
     const std::optional<QString>& suggestedName() const { return name; }
     EffectCache& cache() { return effects; }
     Settings& preferences() { return settings; }
@@ -107,15 +106,15 @@ public:
     void setToolbarHidden(bool hidden);
 
     /// Stroke width of new marks, in document pixels.
-    double lineWidth() const;
+    double lineWidth() const { return currentStyle.lineWidth(document.pixelScale); }
     /// Font size of new texts and step markers, in document pixels.
-    double fontSize() const;
+    double fontSize() const { return currentStyle.fontSize(document.pixelScale); }
     /// One more than the highest step number in use.
     int nextStepNumber() const;
     /// The selected mark; null when nothing is selected or the mark is gone.
     const Annotation* selected() const;
 
-    /// Changes the document as one undo step. The oldest steps beyond `undoLimit` are forgotten.
+    /// Changes the document as one undo step. The oldest steps beyond `History::limit` are forgotten.
     void commit(const DocumentChange& change);
     /// Changes the document without a trace in the history, for a drag that ends in a checkpoint.
     void updateWithoutUndo(const DocumentChange& change);
@@ -142,33 +141,47 @@ public:
     QImage renderFinal();
 
 Q_SIGNALS:
-    /// The field was assigned; also when its value stayed the same.
+    /// The field was assigned; also when its value stayed the same. What was assigned together is announced
+    /// when all of it is.
     void changed(pintalux::EditorModel::Field field);
 
 private:
+    /// What is assigned while one lives belongs to one change, announced at its end: each field once, in the
+    /// order of its first assignment. A change within another belongs to that one.
+    class Change {
+    public:
+        explicit Change(EditorModel& changed)
+            : model(changed)
+        {
+            ++model.changesUnderWay;
+        }
+        ~Change();
+        Change(const Change&) = delete;
+        Change& operator=(const Change&) = delete;
+
+    private:
+        EditorModel& model;
+    };
+
     template <typename T> void assign(T& member, const T& value, Field field);
-    void announceCounts();
+    void assigned(Field field);
+    void historyChanged();
 
     Settings& settings;
     Document document;
+    History history;
+    Style currentStyle;
     Tool currentTool = Tool::arrow;
-    QColor currentColor;
-    double width;
-    ArrowStyle style;
-    bool handwriting;
     bool arrowOptions = true;
-    bool fill = false;
-    bool callout;
-    BlurStyle redaction = BlurStyle::pixelate;
     BeautifySettings framing;
     std::optional<QUuid> selection;
-    std::optional<QRectF> crop;
+    std::optional<QRectF> crop; ///< document pixels
     PaletteEdge edge;
     bool hiddenToolbar;
     EffectCache effects;
     std::optional<QString> name;
-    QList<Document> undoStack; ///< oldest first
-    QList<Document> redoStack;
+    int changesUnderWay = 0;
+    QList<Field> assignedFields; ///< by the change that is under way
 };
 
 } // namespace pintalux

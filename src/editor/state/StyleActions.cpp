@@ -71,7 +71,7 @@ void toggleCallout(EditorModel& model)
 void WidthGesture::begin()
 {
     before = model.doc();
-    hold.emplace(model.preferences().defaults());
+    hold.emplace(model.preferences());
 }
 
 void WidthGesture::change(double points)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "editor/state/EditorModel.h"
-#include "platform/base/UserDefaults.h"
 
 #include <optional>
 
@@ -41,7 +40,7 @@ public:
 private:
     EditorModel& model;
     std::optional<Document> before;
-    std::optional<UserDefaults::Hold> hold;
+    std::optional<Settings::Hold> hold;
 };
 
 } // namespace pintalux

@@ -4,7 +4,6 @@
 #include "app/icon/AppIcon.h"
 #include "editor/state/EditorModel.h"
 #include "platform/windowing/PanelWindow.h"
-#include "settings/Settings.h"
 
 #include <QColorDialog>
 #include <QCoreApplication>
@@ -85,7 +84,7 @@ void ColorPanelBridge::colorChanged(const QColor& chosen)
     if (!model)
         return;
     if (dragging && !hold)
-        hold.emplace(model->preferences().defaults());
+        hold.emplace(model->preferences());
     const auto standard = chosen.toRgb();
     const auto color = standard.isValid() ? standard : chosen;
     model->setColor(color);

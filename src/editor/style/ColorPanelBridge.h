@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/base/UserDefaults.h"
+#include "settings/Settings.h"
 
 #include <QColor>
 #include <QObject>
@@ -43,7 +43,7 @@ private:
     std::unique_ptr<QColorDialog> dialog;
     bool dragging = false; ///< a mouse button is down in the panel
     /// While it goes on, the settings are not written for each colour on the way.
-    std::optional<UserDefaults::Hold> hold;
+    std::optional<Settings::Hold> hold;
     /// The mark whose colour the drag that goes on changes, in one undo step.
     std::optional<QUuid> restyled;
 };

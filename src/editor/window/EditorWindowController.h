@@ -27,8 +27,7 @@ public:
     using DelegateAction = std::function<void(const QString& actionId)>;
 
     /// Builds the window, sized for the capture; the caller places and shows it.
-    explicit EditorWindowController(const CaptureResult& shot, Settings& settings = Settings::shared(),
-        DelegateAction delegateAction = {});
+    EditorWindowController(const CaptureResult& shot, Settings& settings, DelegateAction delegateAction = {});
     ~EditorWindowController() override;
 
     EditorModel& model() { return editorModel; }

@@ -2,10 +2,10 @@
 #include "controls/Slider.h"
 #include "controls/theme/ArrowGlyph.h"
 #include "controls/theme/ControlPainting.h"
-#include "platform/base/UserDefaults.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Symbol.h"
 #include "render/Renderer.h"
+#include "settings/Settings.h"
 #include "settings/preferences/ColorPicker.h"
 #include "settings/preferences/PreferencesRows.h"
 
@@ -63,8 +63,8 @@ PopUpButton::Preview gradientPreview(int index)
 template <typename Control, typename Begin, typename End>
 void writeOnce(Settings& settings, Control* control, Begin begin, End end)
 {
-    const auto hold = std::make_shared<std::optional<UserDefaults::Hold>>();
-    QObject::connect(control, begin, control, [&settings, hold] { hold->emplace(settings.defaults()); });
+    const auto hold = std::make_shared<std::optional<Settings::Hold>>();
+    QObject::connect(control, begin, control, [&settings, hold] { hold->emplace(settings); });
     QObject::connect(control, end, control, [hold] { hold->reset(); });
 }
 
