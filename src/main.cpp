@@ -142,6 +142,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
         Trace::enable();
     QApplication application(argc, argv);
     SingleInstance instance;
+    instance.knowsAction = [](const QString& name) { return programActionNamed(name).has_value(); };
     if (instance.role() == SingleInstance::Role::second)
         if (const auto status = handOver(instance, commandLine))
             return *status;
@@ -155,7 +156,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
             delegate.openImageFile(path);
     });
     QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
-        [&](const QString& name) { delegate.runCommand(name); });
+        [&](const QString& name) { delegate.runNamed(name); });
     delegate.finishLaunching(commandLine);
     return QApplication::exec();
 }

@@ -76,7 +76,7 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     };
     const auto keyText = [](const QString& combination) { return KeyLabel::text(combination); };
     statusItem = std::make_unique<StatusItem>(menuState, keyText);
-    connect(statusItem.get(), &StatusItem::actionChosen, this, &AppDelegate::runAction);
+    connect(statusItem.get(), &StatusItem::actionChosen, this, &AppDelegate::runFromMenu);
     connect(statusItem.get(), &StatusItem::trayMissing, this, [] {
         HUD::show(
             u"Este escritorio no tiene bandeja: usa los atajos o abre Pintalux otra vez"_s, u"sparkles"_s);
@@ -119,36 +119,54 @@ void AppDelegate::menuCapture(CaptureAction action)
     QTimer::singleShot(menuCloseMilliseconds, this, [this, action] { perform(action); });
 }
 
-void AppDelegate::runAction(const QString& actionId)
+void AppDelegate::run(Command command)
 {
-    if (const auto action = fromRawValue<CaptureAction>(actionId))
-        return menuCapture(*action);
-    struct Row {
-        QStringView actionId;
-        std::function<void()> run;
+    struct Deed {
+        Command command;
+        void (AppDelegate::*run)();
     };
-    const std::array<Row, 7> rows{{
-        {StatusMenuAction::openImage, [this] { openImage(); }},
-        {StatusMenuAction::revealFolder, [this] { revealFolder(); }},
-        {StatusMenuAction::openPermission, [] { ScreenCapture::requestPermissionInteractive(); }},
-        {StatusMenuAction::showPreferences, [this] { showPreferences(); }},
-        {StatusMenuAction::showAbout, [this] { showAbout(); }},
-        {StatusMenuAction::openWebsite, [this] { workspace->openUrl(QUrl(Author::url.toString())); }},
-        {StatusMenuAction::terminate, [] { QApplication::quit(); }},
+    static constexpr std::array<Deed, 7> deeds{{
+        {Command::showAbout, &AppDelegate::showAbout},
+        {Command::showPreferences, &AppDelegate::showPreferences},
+        {Command::openImage, &AppDelegate::openImage},
+        {Command::revealFolder, &AppDelegate::revealFolder},
+        {Command::openPermission, &AppDelegate::openPermission},
+        {Command::openWebsite, &AppDelegate::openWebsite},
+        {Command::terminate, &AppDelegate::terminate},
     }};
-    for (const auto& row : rows)
-        if (row.actionId == actionId)
-            row.run();
+    static_assert(
+        covers(CommandScope::program, deeds), "a command of the program's that nothing carries out");
+    const auto deed = std::ranges::find(deeds, command, &Deed::command);
+    Q_ASSERT_X(deed != deeds.end(), "AppDelegate::run", "an editor's command");
+    if (deed != deeds.end())
+        (this->*deed->run)();
 }
 
-void AppDelegate::runCommand(const QString& actionId)
+void AppDelegate::runFromMenu(const ProgramAction& action)
+{
+    if (const auto* capture = std::get_if<CaptureAction>(&action))
+        menuCapture(*capture);
+    else
+        run(std::get<Command>(action));
+}
+
+void AppDelegate::runNamed(const QString& actionName)
 {
     Trace::begin(u"orden");
-    if (const auto action = fromRawValue<CaptureAction>(actionId))
-        perform(*action);
+    const auto action = programActionNamed(actionName);
+    if (!action)
+        return; // refused on the bus already
+    if (const auto* capture = std::get_if<CaptureAction>(&*action))
+        perform(*capture);
     else
-        runAction(actionId);
+        run(std::get<Command>(*action));
 }
+
+void AppDelegate::openPermission() { ScreenCapture::requestPermissionInteractive(); }
+
+void AppDelegate::openWebsite() { workspace->openUrl(QUrl(Author::url.toString())); }
+
+void AppDelegate::terminate() { QApplication::quit(); }
 
 void AppDelegate::revealFolder()
 {

@@ -3,7 +3,7 @@
 
 #include "app/Delivery.h"
 #include "capture/CaptureOverlay.h"
-#include "model/CaptureAction.h"
+#include "model/Command.h"
 #include "platform/desktop/Workspace.h"
 
 #include <QObject>
@@ -61,10 +61,12 @@ public:
     void perform(CaptureAction action);
     /// The same from a menu, once the menu has left the screen.
     void menuCapture(CaptureAction action);
-    /// What a person chose in a menu: a capture action's raw value or a menu's identifier.
-    void runAction(const QString& actionId);
-    /// The same as a command from another process, which has no menu to wait for.
-    void runCommand(const QString& actionId);
+    /// Carries out a command of the program's.
+    void run(Command command);
+    /// What a person chose in the status menu.
+    void runFromMenu(const ProgramAction& action);
+    /// The same by its name, from another process, which has no menu to wait for.
+    void runNamed(const QString& actionName);
 
     /// Reads the picture file and opens it in an editor, in the order of the calls; says so on screen when it
     /// cannot be read. Returns at once.
@@ -99,6 +101,9 @@ private:
     void bringToFront(QWidget& window);
     void openImage();
     void revealFolder();
+    void openPermission();
+    void openWebsite();
+    void terminate();
     void showAbout();
     void showPreferences();
     void makePreferences();

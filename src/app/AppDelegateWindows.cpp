@@ -82,8 +82,8 @@ void AppDelegate::bringToFront(QWidget& window)
 
 void AppDelegate::openEditor(const CaptureResult& shot)
 {
-    auto controller = std::make_unique<EditorWindowController>(
-        shot, settings, [this](const QString& actionId) { runAction(actionId); });
+    auto controller
+        = std::make_unique<EditorWindowController>(shot, settings, [this](Command command) { run(command); });
     auto& window = controller->window();
     QList<QPoint> taken;
     for (const auto& open : openEditors)

@@ -76,8 +76,15 @@ public Q_SLOTS:
             later([this, paths] { Q_EMIT instance->openRequested(paths); });
     }
 
-    void ActivateAction(const QString& action_name, const QVariantList& parameter, const QVariantMap&)
+    void ActivateAction(const QString& action_name, const QVariantList& parameter, const QVariantMap&,
+        const QDBusMessage& call)
     {
+        if (instance->knowsAction && !instance->knowsAction(action_name)) {
+            call.setDelayedReply(true);
+            QDBusConnection::sessionBus().send(call.createErrorReply(
+                QDBusError::InvalidArgs, u"Pintalux no conoce la acción «%1»."_s.arg(action_name)));
+            return;
+        }
         later([=, this] { Q_EMIT instance->actionRequested(action_name, parameter); });
     }
 

@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <functional>
+
 namespace pintalux {
 
 /// Makes one process of a user's session the program's, and hands later starts' wishes to it.
@@ -41,6 +43,10 @@ public:
     bool forwardAction(const QString& name, const QVariantList& parameters = {});
 
     static constexpr int answerLimitMilliseconds = 2000;
+
+    /// Asked of each command that another process sends; one that is not known is refused with an error.
+    /// None: all are taken.
+    std::function<bool(const QString& name)> knowsAction;
 
 Q_SIGNALS:
     /// The program was started again without anything to do.

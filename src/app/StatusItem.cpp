@@ -116,7 +116,7 @@ bool StatusItem::eventFilter(QObject* object, QEvent* event)
 void StatusItem::rebuildMenu()
 {
     fillStatusMenu(*statusMenu, statusMenuRows(state()), keyText,
-        [this](const QString& actionId) { Q_EMIT actionChosen(actionId); });
+        [this](const ProgramAction& action) { Q_EMIT actionChosen(action); });
 }
 
 void StatusItem::popUpAt(QPoint screenPoint) { statusMenu->popUpAt(screenPoint); }

@@ -47,8 +47,8 @@ public:
     Q_SLOT void updateIcon();
 
 Q_SIGNALS:
-    /// A row was chosen; see `StatusMenuAction` and the raw values of `CaptureAction`.
-    void actionChosen(const QString& actionId);
+    /// A row was chosen.
+    void actionChosen(const pintalux::ProgramAction& action);
     /// There was no place for the icon when it should have shown. At most once.
     void trayMissing();
     /// A place turned up after that.

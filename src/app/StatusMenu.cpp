@@ -61,7 +61,7 @@ QIcon iconOf(const StatusMenuRow& row, const Theme& theme)
         return BrandMark::icon();
     if (row.symbol.isEmpty())
         return {};
-    const bool warns = row.actionId == StatusMenuAction::openPermission;
+    const bool warns = row.action == ProgramAction(Command::openPermission);
     return Symbol::icon(row.symbol, {warns ? theme.warn : theme.icon, theme.disabled, Qt::white});
 }
 
@@ -69,47 +69,46 @@ QIcon iconOf(const StatusMenuRow& row, const Theme& theme)
 
 QList<StatusMenuRow> statusMenuRows(const StatusMenuState& state)
 {
-    const auto action
-        = [](QStringView title, QStringView id, QStringView key = u"", QStringView symbol = u"") {
-              return StatusMenuRow{
-                  Kind::action, title.toString(), id.toString(), key.toString(), symbol.toString(), {}};
-          };
+    const auto row = [](Command command) {
+        const auto& about = enumRow(command);
+        return StatusMenuRow{
+            Kind::action, about.title.toString(), command, about.key.toString(), about.symbol.toString(), {}};
+    };
     QList<StatusMenuRow> rows{{Kind::header, u"Pintalux"_s}, {}};
     const auto modifiers = enumRow(state.preset).symbols.toString();
     for (const auto& capture : captureActionTable) {
-        auto row = action(
-            capture.title, capture.rawValue, modifiers + QChar(capture.keyEquivalent), capture.symbol);
+        StatusMenuRow asks{Kind::action, capture.title.toString(), capture.value,
+            modifiers + QChar(capture.keyEquivalent), capture.symbol.toString(), {}};
         if (state.failedShortcuts.contains(capture.value)) {
-            row.key.clear();
-            row.toolTip = takenShortcutText.toString();
+            asks.key.clear();
+            asks.toolTip = takenShortcutText.toString();
         }
-        rows.append(row);
+        rows.append(asks);
     }
     // Desktops that draw the menu themselves show no tool tips.
     if (!state.failedShortcuts.isEmpty())
         rows.append({Kind::note, takenShortcutText.toString()});
     rows.append({
         {},
-        action(u"Abrir imagen…", StatusMenuAction::openImage, u"⌘O", u"photo"),
-        action(u"Mostrar carpeta de capturas", StatusMenuAction::revealFolder, u"", u"folder"),
+        row(Command::openImage),
+        row(Command::revealFolder),
         {},
     });
     if (!state.hasPermission)
-        rows.append(action(u"Conceder permiso de Grabación de pantalla…", StatusMenuAction::openPermission,
-            u"", u"exclamationmark.triangle"));
+        rows.append(row(Command::openPermission));
     rows.append({
-        action(u"Ajustes…", StatusMenuAction::showPreferences, u"⌘,"),
-        action(u"Acerca de Pintalux", StatusMenuAction::showAbout),
-        action(u"Salir de Pintalux", StatusMenuAction::terminate, u"⌘Q"),
+        row(Command::showPreferences),
+        row(Command::showAbout),
+        row(Command::terminate),
         {},
         {Kind::credit, Author::credit.toString()},
-        {Kind::link, Author::website.toString(), StatusMenuAction::openWebsite.toString()},
+        {Kind::link, Author::website.toString(), Command::openWebsite},
     });
     return rows;
 }
 
 void fillStatusMenu(QMenu& menu, const QList<StatusMenuRow>& rows, const KeyText& keyText,
-    const std::function<void(const QString& actionId)>& trigger)
+    const std::function<void(const ProgramAction& action)>& trigger)
 {
     menu.clear();
     const auto& theme = Theme::of(menu.palette());
@@ -121,14 +120,13 @@ void fillStatusMenu(QMenu& menu, const QList<StatusMenuRow>& rows, const KeyText
         auto* action = menu.addAction(iconOf(row, theme), row.title);
         Menu::setLook(*action, look(row.kind));
         Menu::setKeyText(*action, row.key.isEmpty() || !keyText ? row.key : keyText(row.key));
-        action->setData(row.actionId);
-        action->setEnabled(!row.actionId.isEmpty());
+        action->setEnabled(row.action.has_value());
         action->setToolTip(row.toolTip);
         action->setMenuRole(QAction::NoRole);
         action->setShortcut(keySequence(row.key));
-        if (!row.actionId.isEmpty())
+        if (row.action)
             QObject::connect(
-                action, &QAction::triggered, &menu, [trigger, id = row.actionId] { trigger(id); });
+                action, &QAction::triggered, &menu, [trigger, asked = *row.action] { trigger(asked); });
     }
 }
 

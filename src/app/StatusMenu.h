@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/CaptureAction.h"
+#include "model/Command.h"
 
 #include <QList>
 #include <QSet>
@@ -22,9 +22,10 @@ struct StatusMenuRow {
 
     Kind kind = Kind::separator;
     QString title{};
-    QString actionId{}; ///< what is asked for when the row is chosen; empty for rows that cannot be
-    QString key{};      ///< combination as it is written, empty for none; `KeyText` makes it readable
-    QString symbol{};   ///< empty for none
+    std::optional<ProgramAction>
+        action{};     ///< what is asked for when the row is chosen; none for rows that cannot be
+    QString key{};    ///< combination as it is written, empty for none; `KeyText` makes it readable
+    QString symbol{}; ///< empty for none
     QString toolTip{};
 
     bool operator==(const StatusMenuRow&) const = default;
@@ -37,22 +38,11 @@ struct StatusMenuState {
     bool hasPermission = true;             ///< to take pictures of the screen
 };
 
-/// The identifiers that the menu hands out, beside the raw value of each `CaptureAction`.
-namespace StatusMenuAction {
-inline constexpr QStringView openImage = u"openImage";
-inline constexpr QStringView revealFolder = u"revealFolder";
-inline constexpr QStringView openPermission = u"openPermission";
-inline constexpr QStringView showPreferences = u"showPreferences";
-inline constexpr QStringView showAbout = u"showAbout";
-inline constexpr QStringView terminate = u"terminate";
-inline constexpr QStringView openWebsite = u"openWebsite";
-} // namespace StatusMenuAction
-
 /// The menu's rows in order.
 QList<StatusMenuRow> statusMenuRows(const StatusMenuState& state);
 
-/// Fills `menu` with these rows in place of what it holds. `trigger` gets the identifier of a chosen row.
+/// Fills `menu` with these rows in place of what it holds. `trigger` gets what a chosen row asks for.
 void fillStatusMenu(QMenu& menu, const QList<StatusMenuRow>& rows, const KeyText& keyText,
-    const std::function<void(const QString& actionId)>& trigger);
+    const std::function<void(const ProgramAction& action)>& trigger);
 
 } // namespace pintalux

@@ -4,6 +4,7 @@
 #include "app/messages/HUD.h"
 #include "controls/Menu.h"
 #include "editor/window/MainMenu.h"
+#include "platform/desktop/KeyLabel.h"
 #include "platform/graphics/Symbol.h"
 
 #include <QAction>
@@ -26,7 +27,8 @@ std::string described(const QList<StatusMenuRow>& rows)
     for (const auto& row : rows)
         lines << (row.kind == Kind::separator
                 ? u"-"_s
-                : QStringList{row.title, row.actionId, row.key, row.symbol}.join(u'|'));
+                : QStringList{row.title, row.action ? nameOf(*row.action) : QString(), row.key, row.symbol}
+                      .join(u'|'));
     return lines.join(u'\n').toStdString();
 }
 
@@ -58,18 +60,19 @@ TEST(StatusMenu, FailedShortcutsAndMissingPermissionShow)
 {
     const auto rows = statusMenuRows(
         {ShortcutPreset::controlOption, {CaptureAction::window, CaptureAction::color}, false});
-    const auto find = [&](QStringView id) { return *std::ranges::find(rows, id, &StatusMenuRow::actionId); };
+    const auto find = [&](ProgramAction action) {
+        return *std::ranges::find(rows, std::optional(action), &StatusMenuRow::action);
+    };
     const auto text = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes."_s;
-    EXPECT_EQ(find(u"area").key, u"⌃⌥1"_s);
-    EXPECT_EQ(find(u"window").key, QString());
-    EXPECT_EQ(find(u"window").toolTip, text);
-    EXPECT_EQ(find(u"color").toolTip, text);
-    EXPECT_EQ(find(u"text").toolTip, QString());
+    EXPECT_EQ(find(CaptureAction::area).key, u"⌃⌥1"_s);
+    EXPECT_EQ(find(CaptureAction::window).key, QString());
+    EXPECT_EQ(find(CaptureAction::window).toolTip, text);
+    EXPECT_EQ(find(CaptureAction::color).toolTip, text);
+    EXPECT_EQ(find(CaptureAction::text).toolTip, QString());
     EXPECT_EQ(std::ranges::count(rows, Kind::note, &StatusMenuRow::kind), 1);
-    const auto permission
-        = std::ranges::find(rows, StatusMenuAction::openPermission, &StatusMenuRow::actionId);
-    ASSERT_NE(permission, rows.end());
-    EXPECT_EQ(std::next(permission)->actionId, StatusMenuAction::showPreferences);
+    EXPECT_EQ(std::ranges::count(
+                  rows, std::optional<ProgramAction>(Command::openPermission), &StatusMenuRow::action),
+        1);
     for (const auto& row : rows)
         EXPECT_TRUE(row.symbol.isEmpty() || Symbol::exists(row.symbol)) << row.symbol.toStdString();
 }
@@ -77,24 +80,23 @@ TEST(StatusMenu, FailedShortcutsAndMissingPermissionShow)
 TEST(StatusMenu, EveryRowThatCanBeChosenAsksForItsAction)
 {
     Menu menu;
-    QStringList chosen;
+    QList<ProgramAction> chosen;
     const auto rows = statusMenuRows({});
     const auto fill = [&] {
         fillStatusMenu(
             menu, rows, [](const QString& key) { return u"<"_s + key + u">"_s; },
-            [&](const QString& id) { chosen << id; });
+            [&](const ProgramAction& action) { chosen << action; });
     };
     fill();
     fill();
     const auto actions = menu.actions();
     ASSERT_EQ(actions.size(), rows.size()) << "filling again replaces";
-    QStringList expected;
+    QList<ProgramAction> expected;
     for (qsizetype index = 0; index < rows.size(); ++index) {
-        EXPECT_EQ(
-            actions[index]->isEnabled(), actions[index]->isSeparator() || !rows[index].actionId.isEmpty());
+        EXPECT_EQ(actions[index]->isEnabled(), actions[index]->isSeparator() || rows[index].action);
         actions[index]->trigger();
-        if (!rows[index].actionId.isEmpty())
-            expected << rows[index].actionId;
+        if (rows[index].action)
+            expected << *rows[index].action;
     }
     EXPECT_EQ(chosen, expected);
     EXPECT_EQ(actions[2]->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_1));
@@ -158,32 +160,42 @@ TEST(StatusImage, IsOneColourAndDrawnForEverySize)
         }
 }
 
-TEST(MainMenu, KeysAreUniqueAndEveryRowNamesItsAction)
+TEST(Command, NamesAndKeysAreUniqueAndTheBusReachesTheProgramsAlone)
 {
-    QList<std::pair<QString, MainMenu::Target>> chosen;
-    const auto bar = MainMenu::make([&](const QString& id, MainMenu::Target target) {
-        chosen.append({id, target});
-    });
-    QStringList titles;
+    QSet<QString> names;
     QSet<QString> keys;
     int withKey = 0;
-    for (auto* menuAction : bar->actions()) {
-        titles << menuAction->text();
-        for (auto* action : menuAction->menu()->actions()) {
-            if (action->isSeparator())
-                continue;
-            EXPECT_FALSE(action->data().toString().isEmpty()) << action->text().toStdString();
-            withKey += !action->shortcut().isEmpty();
-            keys.insert(action->shortcut().toString());
-            action->trigger();
-        }
+    for (const auto& row : commandTable) {
+        names.insert(row.rawValue.toString());
+        withKey += !row.key.isEmpty();
+        if (!row.key.isEmpty())
+            keys.insert(row.key.toString());
+        EXPECT_TRUE(row.symbol.isEmpty() || Symbol::exists(row.symbol.toString()));
+        const auto found = programActionNamed(row.rawValue);
+        EXPECT_EQ(found.has_value(), row.scope == CommandScope::program) << row.rawValue.toUtf8().data();
+        EXPECT_TRUE(!found || *found == ProgramAction(row.value));
     }
-    EXPECT_EQ(titles, (QStringList{u"Pintalux"_s, u"Archivo"_s, u"Edición"_s, u"Ventana"_s}));
-    EXPECT_EQ(withKey, 15);
-    EXPECT_EQ(keys.size(), 16) << "and the empty one";
-    ASSERT_EQ(chosen.size(), 16);
-    EXPECT_EQ(chosen[1], (std::pair{u"showPreferences"_s, MainMenu::Target::delegate}));
-    EXPECT_EQ(chosen[5], (std::pair{u"editorSave"_s, MainMenu::Target::responder}));
+    EXPECT_EQ(names.size(), commandTable.size());
+    EXPECT_EQ(keys.size(), withKey);
+    EXPECT_EQ(programActionNamed(u"area"), ProgramAction(CaptureAction::area));
+    EXPECT_FALSE(programActionNamed(u"nada"));
+}
+
+TEST(MainMenu, EveryRowAsksForItsCommandAndShowsItsKey)
+{
+    QList<Command> chosen;
+    const auto bar = MainMenu::make([&](Command command) { chosen << command; });
+    for (auto* title : bar->actions())
+        for (auto* action : title->menu()->actions()) {
+            const auto command = MainMenu::commandOf(*action);
+            if (!command)
+                continue;
+            chosen.clear();
+            action->trigger();
+            EXPECT_EQ(chosen, QList{*command});
+            EXPECT_EQ(action->shortcut().isEmpty(), enumRow(*command).key.isEmpty());
+            EXPECT_EQ(KeyLabel::text(action->shortcut()), KeyLabel::text(enumRow(*command).key.toString()));
+        }
 }
 
 TEST(HUD, TheLatestMessageStandsAndLongOnesStayOnTheScreen)

@@ -4,7 +4,6 @@
 #include "editor/bars/EditorChrome.h"
 #include "editor/bars/ToolPalette.h"
 #include "editor/canvas/CanvasView.h"
-#include "editor/state/EditorCommands.h"
 #include "editor/style/ArrowOptionsPanel.h"
 #include "platform/base/UserDefaults.h"
 #include "platform/desktop/KeyLabel.h"
@@ -13,27 +12,11 @@
 #include <QApplication>
 #include <QMouseEvent>
 
-/// Bar, palette and arrow options around a canvas, in a window of their own, with commands that only note
-/// that they were called.
+/// Bar, palette and arrow options around a canvas, in a window of their own, where commands are only noted.
 struct ChromeStage : testing::Test {
     using Tool = pintalux::Tool;
     using Kind = pintalux::AnnotationKind;
     using Annotation = pintalux::Annotation;
-
-    struct Commands : pintalux::EditorCommands {
-        QStringList log;
-        void commitText() override { log << QStringLiteral("commitText"); }
-        void undo() override { log << QStringLiteral("undo"); }
-        void redo() override { log << QStringLiteral("redo"); }
-        void copy() override { log << QStringLiteral("copy"); }
-        void saveAs() override { log << QStringLiteral("saveAs"); }
-        void quickSave() override { log << QStringLiteral("quickSave"); }
-        void insertImage() override { log << QStringLiteral("insertImage"); }
-        void pin() override { log << QStringLiteral("pin"); }
-        void extractText() override { log << QStringLiteral("extractText"); }
-        void copyHoverColor() override { log << QStringLiteral("copyHoverColor"); }
-        void dragOut(QWidget&) override { log << QStringLiteral("dragOut"); }
-    };
 
     ChromeStage()
     {
@@ -128,12 +111,14 @@ struct ChromeStage : testing::Test {
     pintalux::UserDefaults store = pintalux::UserDefaults::inMemory();
     pintalux::Settings settings{store};
     pintalux::EditorModel model{{picture(), 2, {}}, settings};
-    Commands commands;
+    QList<pintalux::Command> asked; ///< what the bar asked for
+    int dragsOut = 0;
     int snaps = 0;
 
     QWidget window;
     pintalux::CanvasView canvas{model, &window};
-    pintalux::EditorChrome bar{model, canvas.hover(), commands, &window};
+    pintalux::EditorChrome bar{model, canvas.hover(), [this](pintalux::Command command) { asked << command; },
+        [this](QWidget&) { ++dragsOut; }, &window};
     pintalux::ToolPalette tools{model, [this] { ++snaps; }, &window};
     pintalux::ArrowOptionsPanel options{model, &window};
 };

@@ -11,6 +11,7 @@
 #include "editor/style/ColorPanelBridge.h"
 #include "editor/window/EditorWindowController.h"
 #include "editor/window/EditorWindowDrag.h"
+#include "editor/window/MainMenu.h"
 #include "platform/base/UserDefaults.h"
 #include "render/export/Exporter.h"
 
@@ -78,7 +79,9 @@ protected:
     QTemporaryDir runtime;
     UserDefaults store = UserDefaults::inMemory();
     Settings settings{store};
-    EditorWindowController editor{{picture(), 2, u"Informe"_s}, settings};
+    QList<Command> asked; ///< of the program
+    RunCommand program = [this](Command command) { asked << command; };
+    EditorWindowController editor{{picture(), 2, u"Informe"_s}, settings, program};
 };
 
 } // namespace
@@ -92,7 +95,7 @@ TEST_F(EditorWindowTest, ClosingCopiesWhatWasEditedAndOnlyIfWanted)
     };
     for (const auto& row : {Row{true, false, false}, Row{false, true, false}, Row{true, true, true}}) {
         settings.setAutoCopy(row.autoCopy);
-        EditorWindowController closing({picture(), 2, {}}, settings);
+        EditorWindowController closing({picture(), 2, {}}, settings, program);
         int told = 0;
         closing.onClose = [&] { ++told; };
         if (row.edited)
@@ -272,7 +275,7 @@ TEST_F(EditorWindowTest, ADragInTheColourPanelIsLiveAndOneUndoStep)
     panel.setCurrentColor(QColor(1, 2, 3));
     EXPECT_EQ(editor.model().undoCount(), 3) << "a later choice is a step of its own";
     {
-        EditorWindowController other({picture(), 1, {}}, settings);
+        EditorWindowController other({picture(), 1, {}}, settings, program);
         bridge.open(other.model());
         EXPECT_TRUE(panel.isVisible());
     }
@@ -283,10 +286,13 @@ TEST_F(EditorWindowTest, ADragInTheColourPanelIsLiveAndOneUndoStep)
 
 TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirCommand)
 {
-    QAction* undo = nullptr;
-    for (auto* action : editor.window().findChildren<QAction*>())
-        if (action->data().toString() == u"editorUndo")
-            undo = action;
+    const auto rowOf = [this](Command command) {
+        const auto rows = editor.window().findChildren<QAction*>();
+        const auto row = std::ranges::find_if(
+            rows, [=](const auto* action) { return MainMenu::commandOf(*action) == command; });
+        return row == rows.end() ? nullptr : *row;
+    };
+    auto* undo = rowOf(Command::undo);
     ASSERT_TRUE(undo);
     auto* menu = qobject_cast<QMenu*>(undo->parent());
     ASSERT_TRUE(menu);
@@ -297,9 +303,13 @@ TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirComm
     undo->trigger();
     EXPECT_EQ(editor.model().undoCount(), 0);
     EXPECT_EQ(editor.model().redoCount(), 1);
-    editor.runMenuAction(u"editorRedo"_s);
+    EXPECT_EQ(undo->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
+    rowOf(Command::redo)->trigger();
     EXPECT_EQ(editor.model().undoCount(), 1);
-    editor.runMenuAction(u"copy"_s);
+    rowOf(Command::copy)->trigger();
     EXPECT_EQ(HUD::currentMessage(), u"Copiado al portapapeles");
     EXPECT_TRUE(isImageCopied());
+    rowOf(Command::terminate)->trigger();
+    rowOf(Command::cut)->trigger(); // nothing is being typed
+    EXPECT_EQ(asked, QList{Command::terminate});
 }

@@ -8,7 +8,6 @@
 #include "editor/bars/BrandMarkView.h"
 #include "editor/bars/InfoText.h"
 #include "editor/bars/PalettePositionMenu.h"
-#include "editor/state/EditorCommands.h"
 #include "editor/state/HoverInfo.h"
 #include "editor/style/BeautifyPanel.h"
 #include "editor/style/KeyboardGroup.h"
@@ -39,19 +38,20 @@ QString zoomText(int percent) { return u"%1\u00a0%"_s.arg(percent); }
 
 } // namespace
 
-EditorChrome::EditorChrome(EditorModel& edited, HoverInfo& hovered, EditorCommands& actions, QWidget* parent)
+EditorChrome::EditorChrome(
+    EditorModel& edited, HoverInfo& hovered, RunCommand runCommand, const DragOut& dragOut, QWidget* parent)
     : QWidget(parent)
     , model(edited)
     , hover(hovered)
-    , commands(actions)
+    , run(std::move(runCommand))
 {
     setFixedHeight(barHeight);
     auto* layout = new QHBoxLayout(this);
     layout->setSpacing(0);
     layout->setContentsMargins(side, 0, rightSide, 0);
-    layout->addWidget(new BrandMarkView([this](QWidget& source) { commands.dragOut(source); }, this));
+    layout->addWidget(new BrandMarkView(dragOut, this));
     layout->addWidget(new BarDivider(side, groupGap, this));
-    addHistory(*layout);
+    addCommands(*layout, {Command::undo, Command::redo, Command::clear});
     layout->addWidget(new BarDivider(groupGap, infoGap, this));
     addInformation(*layout);
     layout->addStretch();
@@ -60,9 +60,9 @@ EditorChrome::EditorChrome(EditorModel& edited, HoverInfo& hovered, EditorComman
     addActions(*layout);
     layout->addSpacing(beforeSave);
     auto* save = new PushButton(u"Guardar PNG"_s, PushButton::Kind::gradient, this);
-    save->setToolTip(KeyLabel::text(u"Guardar como… (⌘S)"_s));
+    save->setToolTip(KeyLabel::text(help(Command::saveAs)));
     save->setFocusPolicy(Qt::TabFocus);
-    connect(save, &QAbstractButton::clicked, this, [this] { commands.saveAs(); });
+    connect(save, &QAbstractButton::clicked, this, [this] { run(Command::saveAs); });
     layout->addWidget(save);
 
     new KeyboardGroup(*this, 0);
@@ -74,26 +74,19 @@ EditorChrome::EditorChrome(EditorModel& edited, HoverInfo& hovered, EditorComman
     using Field = EditorModel::Field;
     connect(&model, &EditorModel::changed, this, &EditorChrome::refresh);
     connect(&hover, &HoverInfo::changed, this, &EditorChrome::refreshHover);
-    for (const auto field :
-        {Field::undoCount, Field::redoCount, Field::doc, Field::toolbarHidden, Field::beautify})
+    for (const auto field : {Field::doc, Field::toolbarHidden, Field::beautify})
         refresh(field);
     refreshHover();
 }
 
-void EditorChrome::addHistory(QBoxLayout& layout)
+void EditorChrome::addCommands(QBoxLayout& layout, std::initializer_list<Command> offered)
 {
-    const auto add = [&](const QString& symbol, const QString& help, auto action) {
-        auto* button = new BarButton(symbol, help, this);
-        connect(button, &QAbstractButton::clicked, this, action);
+    for (const auto command : offered) {
+        auto* button = new BarButton(symbol(command), help(command), this);
+        connect(button, &QAbstractButton::clicked, this, [this, command] { run(command); });
         layout.addWidget(button);
-        return button;
-    };
-    undo = add(u"arrow.uturn.backward"_s, u"Deshacer (⌘Z)"_s, [this] {
-        commands.commitText();
-        commands.undo();
-    });
-    redo = add(u"arrow.uturn.forward"_s, u"Rehacer (⇧⌘Z)"_s, [this] { commands.redo(); });
-    clear = add(u"trash"_s, u"Borrar todas las anotaciones"_s, [this] { model.clearAnnotations(); });
+        commands.append({command, button});
+    }
 }
 
 void EditorChrome::addInformation(QBoxLayout& layout)
@@ -101,7 +94,7 @@ void EditorChrome::addInformation(QBoxLayout& layout)
     pixels = new InfoText(u"píxeles"_s, sizeText(model.doc().image.size()), this);
     zoom = new InfoText(u"zoom"_s, zoomText(100), this);
     color = new HoverColorButton(this);
-    connect(color, &QAbstractButton::clicked, this, [this] { commands.copyHoverColor(); });
+    connect(color, &QAbstractButton::clicked, this, [this] { run(Command::copyHoverColor); });
     layout.addWidget(pixels);
     layout.addSpacing(betweenValues);
     layout.addWidget(zoom);
@@ -125,27 +118,11 @@ void EditorChrome::addToolsToggle(QBoxLayout& layout)
 
 void EditorChrome::addActions(QBoxLayout& layout)
 {
-    struct Row {
-        QStringView symbol;
-        QStringView help;
-        void (EditorCommands::*action)();
-    };
-    static constexpr std::array table{
-        Row{u"doc.on.doc", u"Copiar al portapapeles (⌘C)", &EditorCommands::copy},
-        Row{u"tray.and.arrow.down", u"Guardar en la carpeta de capturas (⇧⌘S)", &EditorCommands::quickSave},
-        Row{u"photo.badge.plus", u"Agregar imagen (⇧⌘I) · también puedes pegarla con ⌘V o arrastrarla",
-            &EditorCommands::insertImage},
-        Row{u"pin", u"Fijar en pantalla, siempre visible", &EditorCommands::pin},
-        Row{u"text.viewfinder", u"Copiar el texto de la imagen (OCR)", &EditorCommands::extractText},
-    };
     beautify = new BarButton(u"sparkles"_s, u"Embellecer: fondo con degradado, esquinas y sombra"_s, this);
     connect(beautify, &QAbstractButton::clicked, this, &EditorChrome::toggleBeautify);
     layout.addWidget(beautify);
-    for (const auto& [symbol, help, action] : table) {
-        auto* button = new BarButton(symbol.toString(), help.toString(), this);
-        connect(button, &QAbstractButton::clicked, this, [this, action = action] { (commands.*action)(); });
-        layout.addWidget(button);
-    }
+    addCommands(layout,
+        {Command::copy, Command::quickSave, Command::insertImage, Command::pin, Command::extractText});
 }
 
 void EditorChrome::openPositionMenu()
@@ -175,13 +152,11 @@ void EditorChrome::refresh(EditorModel::Field field)
     using Field = EditorModel::Field;
     switch (field) {
     case Field::undoCount:
-        undo->setEnabled(model.undoCount() > 0);
-        break;
     case Field::redoCount:
-        redo->setEnabled(model.redoCount() > 0);
+        refreshCommands();
         break;
     case Field::doc:
-        clear->setEnabled(!model.doc().annotations.isEmpty());
+        refreshCommands();
         pixels->setValue(sizeText(model.doc().image.size()));
         break;
     case Field::toolbarHidden: {
@@ -198,6 +173,12 @@ void EditorChrome::refresh(EditorModel::Field field)
     default:
         break;
     }
+}
+
+void EditorChrome::refreshCommands()
+{
+    for (const auto& [command, button] : std::as_const(commands))
+        button->setEnabled(isPossible(command, model));
 }
 
 void EditorChrome::refreshHover()

@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "editor/state/EditorCommands.h"
 #include "editor/state/EditorModel.h"
 
+#include <QList>
 #include <QWidget>
+
+#include <functional>
+#include <utility>
 
 class QBoxLayout;
 
 namespace pintalux {
 
 class BarButton;
-class EditorCommands;
 class HoverColorButton;
 class HoverInfo;
 class InfoText;
@@ -25,27 +29,30 @@ class EditorChrome : public QWidget {
 public:
     static constexpr int barHeight = 40;
 
-    EditorChrome(EditorModel& model, HoverInfo& hover, EditorCommands& commands, QWidget* parent = nullptr);
+    /// Starts dragging the finished picture out of the window; `source` is where the press was.
+    using DragOut = std::function<void(QWidget& source)>;
+
+    EditorChrome(
+        EditorModel& model, HoverInfo& hover, RunCommand run, const DragOut& dragOut, QWidget* parent);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void addHistory(QBoxLayout& layout);
+    void addCommands(QBoxLayout& layout, std::initializer_list<Command> offered);
     void addInformation(QBoxLayout& layout);
     void addToolsToggle(QBoxLayout& layout);
     void addActions(QBoxLayout& layout);
     void openPositionMenu();
     void toggleBeautify();
     void refresh(EditorModel::Field field);
+    void refreshCommands();
     void refreshHover();
 
     EditorModel& model;
     HoverInfo& hover;
-    EditorCommands& commands;
-    BarButton* undo;
-    BarButton* redo;
-    BarButton* clear;
+    RunCommand run;
+    QList<std::pair<Command, BarButton*>> commands;
     InfoText* pixels;
     InfoText* zoom;
     HoverColorButton* color;

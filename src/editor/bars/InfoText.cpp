@@ -2,6 +2,7 @@
 #include "editor/bars/InfoText.h"
 
 #include "controls/theme/Theme.h"
+#include "model/Command.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Geometry.h"
 #include "platform/graphics/TextLine.h"
@@ -80,7 +81,7 @@ void InfoText::paintEvent(QPaintEvent*)
 }
 
 HoverColorButton::HoverColorButton(QWidget* parent)
-    : ChromeButton(u"Color bajo el cursor. ⇧C o clic para copiarlo"_s, Theme::controlRadius, parent)
+    : ChromeButton(help(Command::copyHoverColor), Theme::controlRadius, parent)
 {
     const double text = std::max(widthOf(u"#DDDDDD"_s, hexFont()), widthOf(colorCaption(), captionFont()));
     setFixedSize(int(std::ceil(chipInset + chipSize + chipGap + text + colorPadding)), infoHeight);

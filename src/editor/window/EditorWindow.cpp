@@ -2,10 +2,8 @@
 #include "editor/window/EditorWindow.h"
 
 #include "controls/theme/Theme.h"
-#include "editor/bars/EditorChrome.h"
 #include "editor/bars/ToolPalette.h"
 #include "editor/canvas/CanvasView.h"
-#include "editor/state/EditorCommands.h"
 #include "editor/style/ArrowOptionsPanel.h"
 #include "editor/window/EditorWindowLayout.h"
 #include "platform/windowing/Compositor.h"
@@ -39,13 +37,13 @@ QMargins between(const QMargins& from, const QMargins& to, double progress)
 
 } // namespace
 
-EditorWindow::EditorWindow(EditorModel& edited, EditorCommands& commands)
+EditorWindow::EditorWindow(EditorModel& edited, RunCommand run, const EditorChrome::DragOut& dragOut)
     : model(edited)
     , canvasView(new CanvasView(edited, this))
     , shownEdge(edited.paletteEdge())
     , shownHidden(edited.toolbarHidden())
 {
-    chrome = new EditorChrome(model, canvasView->hover(), commands, this);
+    chrome = new EditorChrome(model, canvasView->hover(), std::move(run), dragOut, this);
     toolPalette = new ToolPalette(
         model, [this] { dockPaletteAtMouse(); }, this);
     arrowOptions = new ArrowOptionsPanel(model, this);

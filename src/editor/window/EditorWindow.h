@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "editor/bars/EditorChrome.h"
 #include "editor/state/EditorModel.h"
 
 #include <QPointF>
@@ -16,8 +17,6 @@ namespace pintalux {
 
 class ArrowOptionsPanel;
 class CanvasView;
-class EditorChrome;
-class EditorCommands;
 class FloatingCard;
 class ToolPalette;
 
@@ -25,12 +24,12 @@ class ToolPalette;
 /// options floating over the canvas.
 ///
 /// It keeps the panels in their places, and shows them by the model. It does nothing else: what a person asks
-/// for goes to `EditorCommands`.
+/// for goes to whoever carries out commands.
 class EditorWindow : public QWidget {
     Q_OBJECT
 
 public:
-    EditorWindow(EditorModel& model, EditorCommands& commands);
+    EditorWindow(EditorModel& model, RunCommand run, const EditorChrome::DragOut& dragOut);
     ~EditorWindow() override;
 
     CanvasView& canvas() { return *canvasView; }

@@ -16,7 +16,7 @@
 #include "render/export/Clipboard.h"
 #include "render/export/Exporter.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDrag>
 #include <QFileInfo>
 #include <QPointer>
@@ -69,11 +69,15 @@ void EditorWindowController::undo()
 
 void EditorWindowController::redo() { editorModel.redo(); }
 
+void EditorWindowController::clear() { editorModel.clearAnnotations(); }
+
 void EditorWindowController::copy()
 {
     if (copyFinished())
         HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
 }
+
+void EditorWindowController::paste() { canvas().paste(); }
 
 void EditorWindowController::saveAs()
 {
@@ -142,6 +146,17 @@ void EditorWindowController::extractText()
 }
 
 void EditorWindowController::copyHoverColor() { canvas().copyHoverColor(); }
+
+void EditorWindowController::hide()
+{
+    for (auto* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->windowType() == Qt::Window)
+            window->showMinimized();
+}
+
+void EditorWindowController::minimize() { editorWindow->showMinimized(); }
+
+void EditorWindowController::close() { editorWindow->close(); }
 
 void EditorWindowController::dragOut(QWidget& source)
 {

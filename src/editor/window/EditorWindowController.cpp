@@ -5,6 +5,7 @@
 #include "app/messages/HUD.h"
 #include "editor/canvas/CanvasView.h"
 #include "editor/window/EditorWindowLayout.h"
+#include "editor/window/MainMenu.h"
 #include "platform/desktop/ToolkitScreens.h"
 #include "platform/windowing/VisibleFrame.h"
 
@@ -19,13 +20,40 @@ namespace pintalux {
 
 namespace {
 
-/// Puts all windows of the program away; the task bar brings them back.
-void hideAll()
-{
-    for (auto* window : QApplication::topLevelWidgets())
-        if (window->isVisible() && window->windowType() == Qt::Window)
-            window->showMinimized();
-}
+/// What carries out each command of an editor.
+struct Deed {
+    Command command;
+    void (EditorWindowController::*run)();
+};
+constexpr std::array<Deed, 14> deeds{{
+    {Command::hide, &EditorWindowController::hide},
+    {Command::minimize, &EditorWindowController::minimize},
+    {Command::close, &EditorWindowController::close},
+    {Command::saveAs, &EditorWindowController::saveAs},
+    {Command::quickSave, &EditorWindowController::quickSave},
+    {Command::insertImage, &EditorWindowController::insertImage},
+    {Command::undo, &EditorWindowController::undo},
+    {Command::redo, &EditorWindowController::redo},
+    {Command::clear, &EditorWindowController::clear},
+    {Command::copy, &EditorWindowController::copy},
+    {Command::paste, &EditorWindowController::paste},
+    {Command::pin, &EditorWindowController::pin},
+    {Command::extractText, &EditorWindowController::extractText},
+    {Command::copyHoverColor, &EditorWindowController::copyHoverColor},
+}};
+static_assert(covers(CommandScope::editor, deeds), "a command of the editor's that nothing carries out");
+
+/// The key by which a text is asked for a command that it knows too.
+struct TextKey {
+    Command command;
+    Qt::Key key;
+};
+constexpr std::array<TextKey, 4> textKeys{{
+    {Command::cut, Qt::Key_X},
+    {Command::copy, Qt::Key_C},
+    {Command::paste, Qt::Key_V},
+    {Command::selectAll, Qt::Key_A},
+}};
 
 /// The view with the focus, if it is one in which text is typed.
 QWidget* focusedTextView(const QWidget& window)
@@ -36,19 +64,12 @@ QWidget* focusedTextView(const QWidget& window)
     return takesText ? view : nullptr;
 }
 
-/// Carries out a standard edit command in the text that is being typed, by the key that stands for it; false
-/// when none is, or it is another command.
-bool runInText(QStringView actionId, const QWidget& window)
+/// Carries out the command in the text that is being typed; false when none is, or it is none of a text's.
+bool runInText(Command command, const QWidget& window)
 {
-    struct Row {
-        QStringView actionId;
-        Qt::Key key;
-    };
-    constexpr std::array<Row, 4> rows{
-        {{u"cut", Qt::Key_X}, {u"copy", Qt::Key_C}, {u"paste", Qt::Key_V}, {u"selectAll", Qt::Key_A}}};
     auto* view = focusedTextView(window);
-    const auto row = std::ranges::find(rows, actionId, &Row::actionId);
-    if (!view || row == rows.end())
+    const auto row = std::ranges::find(textKeys, command, &TextKey::command);
+    if (!view || row == textKeys.end())
         return false;
     for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent key(type, row->key, Qt::ControlModifier);
@@ -60,11 +81,13 @@ bool runInText(QStringView actionId, const QWidget& window)
 } // namespace
 
 EditorWindowController::EditorWindowController(
-    const CaptureResult& shot, Settings& store, DelegateAction action)
+    const CaptureResult& shot, Settings& store, RunCommand programCommand)
     : editorModel(shot, store)
     , settings(store)
-    , delegateAction(std::move(action))
-    , editorWindow(std::make_unique<EditorWindow>(editorModel, *this))
+    , program(std::move(programCommand))
+    , editorWindow(std::make_unique<EditorWindow>(
+          editorModel, [this](Command command) { run(command); },
+          [this](QWidget& source) { dragOut(source); }))
 {
     editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
@@ -81,12 +104,7 @@ EditorWindowController::~EditorWindowController() = default;
 
 void EditorWindowController::makeMenuBar()
 {
-    auto bar = MainMenu::make([this](const QString& actionId, MainMenu::Target target) {
-        if (target == MainMenu::Target::responder)
-            runMenuAction(actionId);
-        else if (delegateAction)
-            delegateAction(actionId);
-    });
+    auto bar = MainMenu::make([this](Command command) { runFromMenu(command); });
     for (auto* action : bar->actions()) {
         const auto* menu = action->menu();
         connect(menu, &QMenu::aboutToShow, this, [this, menu] { showWhatIsPossible(*menu); });
@@ -104,40 +122,32 @@ void EditorWindowController::showWhatIsPossible(const QMenu& menu) const
 {
     const bool typing = focusedTextView(*editorWindow);
     for (auto* row : menu.actions()) {
-        const auto actionId = row->data().toString();
-        if (actionId == u"editorUndo")
-            row->setEnabled(typing || editorModel.undoCount() > 0);
-        else if (actionId == u"editorRedo")
-            row->setEnabled(editorModel.redoCount() > 0);
-        else if (actionId == u"cut" || actionId == u"selectAll")
-            row->setEnabled(typing);
+        const auto command = MainMenu::commandOf(*row);
+        if (!command)
+            continue;
+        // What is being typed is finished by undoing, which makes it the step that is undone.
+        const bool isOfText = enumRow(*command).scope == CommandScope::text;
+        const bool usesText = isOfText || *command == Command::undo;
+        row->setEnabled((typing && usesText) || (!isOfText && isPossible(*command, editorModel)));
     }
 }
 
-void EditorWindowController::runMenuAction(const QString& actionId)
+void EditorWindowController::runFromMenu(Command command)
 {
-    struct Row {
-        QStringView actionId;
-        std::function<void()> run;
-    };
-    const std::array<Row, 11> rows{{
-        {u"editorUndo", [this] { undo(); }},
-        {u"editorRedo", [this] { redo(); }},
-        {u"copy", [this] { copy(); }},
-        {u"paste", [this] { canvas().paste(); }},
-        {u"editorSave", [this] { saveAs(); }},
-        {u"editorQuickSave", [this] { quickSave(); }},
-        {u"editorInsertImage", [this] { insertImage(); }},
-        {u"performClose", [this] { editorWindow->close(); }},
-        {u"performMiniaturize", [this] { editorWindow->showMinimized(); }},
-        {u"hide", [] { hideAll(); }},
-        {u"terminate", [this] { delegateAction ? delegateAction(u"terminate"_s) : QApplication::quit(); }},
-    }};
-    if (runInText(actionId, *editorWindow))
-        return;
-    for (const auto& row : rows)
-        if (row.actionId == actionId)
-            return row.run();
+    if (!runInText(command, *editorWindow))
+        run(command);
+}
+
+void EditorWindowController::run(Command command)
+{
+    switch (enumRow(command).scope) {
+    case CommandScope::program:
+        return program(command);
+    case CommandScope::editor:
+        return (this->*std::ranges::find(deeds, command, &Deed::command)->run)();
+    case CommandScope::text:
+        break; // there is none
+    }
 }
 
 void EditorWindowController::windowWillClose()

@@ -4,30 +4,26 @@
 #include "editor/state/EditorCommands.h"
 #include "editor/state/EditorModel.h"
 #include "editor/window/EditorWindow.h"
-#include "editor/window/MainMenu.h"
 
 #include <QObject>
 
 #include <functional>
 #include <memory>
 
-class QAction;
-class QDrag;
+class QMenu;
 
 namespace pintalux {
 
 /// One open editor: its model, its window and what a person can do with the picture.
 ///
 /// Rendering that fails makes a command do nothing; what else fails is said on screen. Main thread only.
-class EditorWindowController : public QObject, public EditorCommands {
+class EditorWindowController : public QObject {
     Q_OBJECT
 
 public:
-    /// Carries out a row of the main menu that is not the editor's.
-    using DelegateAction = std::function<void(const QString& actionId)>;
-
-    /// Builds the window, sized for the capture; the caller places and shows it.
-    EditorWindowController(const CaptureResult& shot, Settings& settings, DelegateAction delegateAction = {});
+    /// Builds the window, sized for the capture; the caller places and shows it. `program` carries out the
+    /// commands that are not the editor's.
+    EditorWindowController(const CaptureResult& shot, Settings& settings, RunCommand program);
     ~EditorWindowController() override;
 
     EditorModel& model() { return editorModel; }
@@ -38,24 +34,40 @@ public:
     /// that closes it is over.
     std::function<void()> onClose;
 
-    void commitText() override;
-    void undo() override;
-    void redo() override;
-    void copy() override;
-    void saveAs() override;
-    void quickSave() override;
-    void insertImage() override;
-    void pin() override;
-    void extractText() override;
-    void copyHoverColor() override;
-    void dragOut(QWidget& source) override;
+    /// Carries out a command: the editor's own here, the program's there. One of a text is for
+    /// `runFromMenu`.
+    void run(Command command);
+    /// The same, but in the text that is being typed where that knows the command.
+    void runFromMenu(Command command);
+
+    /// Finishes a text that is being typed.
+    void commitText();
+    void undo();
+    void redo();
+    void clear();
+    /// The finished picture to the clipboard.
+    void copy();
+    void paste();
+    /// Asks for a place and saves there.
+    void saveAs();
+    /// Saves into the captures folder.
+    void quickSave();
+    /// Asks for pictures and puts them on the document.
+    void insertImage();
+    void pin();
+    void extractText();
+    /// The hovered colour's text to the clipboard.
+    void copyHoverColor();
+    /// Starts dragging the finished picture out of the window; `source` is where the press was.
+    void dragOut(QWidget& source);
+    /// Puts all windows of the program away; the task bar brings them back.
+    void hide();
+    void minimize();
+    void close();
 
     /// Puts the pictures of these files on the document, the first in the middle of what is seen, the others
     /// further down and to the right. Files that hold no picture are skipped. Returns before they are read.
     void insertFiles(const QStringList& paths);
-
-    /// Carries out a row of the main menu: in the view with the focus if that can, else here.
-    void runMenuAction(const QString& actionId);
 
 private:
     /// The finished picture, with the text that is being typed; null when it cannot be made.
@@ -68,7 +80,7 @@ private:
 
     EditorModel editorModel;
     Settings& settings;
-    DelegateAction delegateAction;
+    RunCommand program;
     std::unique_ptr<EditorWindow> editorWindow;
 };
 

@@ -20,14 +20,42 @@ namespace pintalux::MainMenu {
 
 namespace {
 
+struct Row {
+    QStringView menu;
+    std::optional<Command> command; ///< none for a separator
+};
+
+constexpr QStringView applicationMenu = u"Pintalux";
+
+constexpr std::array<Row, 20> table{{
+    {applicationMenu, Command::showAbout},
+    {applicationMenu, std::nullopt},
+    {applicationMenu, Command::showPreferences},
+    {applicationMenu, std::nullopt},
+    {applicationMenu, Command::hide},
+    {applicationMenu, Command::terminate},
+    {u"Archivo", Command::openImage},
+    {u"Archivo", Command::saveAs},
+    {u"Archivo", Command::quickSave},
+    {u"Archivo", Command::insertImage},
+    {u"Archivo", std::nullopt},
+    {u"Archivo", Command::close},
+    {u"Edición", Command::undo},
+    {u"Edición", Command::redo},
+    {u"Edición", std::nullopt},
+    {u"Edición", Command::cut},
+    {u"Edición", Command::copy},
+    {u"Edición", Command::paste},
+    {u"Edición", Command::selectAll},
+    {u"Ventana", Command::minimize},
+}};
+
 // Points.
 constexpr int barPadding = 6;
 constexpr int titleHeight = 22;
 constexpr int titleSides = 9;
 constexpr double titleRadius = 6;
 constexpr int aboveTitle = (barHeight - titleHeight) / 2;
-
-constexpr char symbolProperty[] = "pintaluxMenuSymbol";
 
 TextBlock titleOf(const QStyleOptionMenuItem& item, const QColor& color)
 {
@@ -153,12 +181,20 @@ private:
     {
         const auto& theme = Theme::of(palette());
         for (auto* row : actions())
-            if (const auto symbol = row->property(symbolProperty).toString(); !symbol.isEmpty())
-                row->setIcon(Symbol::icon(symbol, {theme.icon, theme.disabled, Qt::white}));
+            if (const auto command = commandOf(*row); command && !symbol(*command).isEmpty())
+                row->setIcon(Symbol::icon(symbol(*command), {theme.icon, theme.disabled, Qt::white}));
     }
 
     QMenuBar& bar;
 };
+
+/// A combination as it is written, ⌘ being Ctrl here.
+QKeySequence keySequence(QStringView written)
+{
+    auto portable = written.toString();
+    portable.replace(u'⌘', u"Ctrl+"_s).replace(u'⇧', u"Shift+"_s);
+    return QKeySequence::fromString(portable, QKeySequence::PortableText);
+}
 
 QMenu& menuTitled(QStringView title, QMenuBar& bar)
 {
@@ -173,28 +209,32 @@ QMenu& menuTitled(QStringView title, QMenuBar& bar)
 
 } // namespace
 
-std::unique_ptr<QMenuBar> make(const Trigger& trigger, QWidget* parent)
+std::unique_ptr<QMenuBar> make(const RunCommand& run, QWidget* parent)
 {
     auto bar = std::make_unique<Bar>(parent);
-    for (const auto& row : table) {
-        auto& menu = menuTitled(row.menu, *bar);
-        if (row.title.isEmpty()) {
+    for (const auto& [title, command] : table) {
+        auto& menu = menuTitled(title, *bar);
+        if (!command) {
             menu.addSeparator();
             continue;
         }
+        const auto& row = enumRow(*command);
         auto* action = menu.addAction(row.title.toString());
-        const auto actionId = row.actionId.toString();
-        action->setData(actionId);
+        action->setData(int(*command));
         action->setMenuRole(QAction::NoRole);
-        action->setProperty(symbolProperty, row.symbol.toString());
         if (!row.key.isEmpty()) {
-            action->setShortcut(QKeySequence::fromString(row.key.toString(), QKeySequence::PortableText));
+            action->setShortcut(keySequence(row.key));
             Menu::setKeyText(*action, KeyLabel::text(action->shortcut()));
         }
-        QObject::connect(action, &QAction::triggered, bar.get(),
-            [trigger, actionId, target = row.target] { trigger(actionId, target); });
+        QObject::connect(action, &QAction::triggered, bar.get(), [run, command = *command] { run(command); });
     }
     return bar;
+}
+
+std::optional<Command> commandOf(const QAction& action)
+{
+    const auto data = action.data();
+    return data.isValid() ? std::optional(Command(data.toInt())) : std::nullopt;
 }
 
 } // namespace pintalux::MainMenu

@@ -43,7 +43,7 @@ int main(int argc, char** argv)
     QObject::connect(&item, &pintalux::StatusItem::trayMissing, [] { say(QStringLiteral("missing")); });
     QObject::connect(&item, &pintalux::StatusItem::trayAppeared, [] { say(QStringLiteral("appeared")); });
     QObject::connect(&item, &pintalux::StatusItem::actionChosen,
-        [](const QString& id) { say(QStringLiteral("chosen ") + id); });
+        [](const pintalux::ProgramAction& action) { say(QStringLiteral("chosen ") + nameOf(action)); });
     QObject::connect(&item.menu(), &QMenu::aboutToShow, [] { say(QStringLiteral("menu")); });
     item.show();
 
