@@ -2,6 +2,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/HotKeyCenter.h"
+#include "app/Presenters.h"
 #include "app/StatusItem.h"
 #include "app/commandline/CommandLine.h"
 #include "app/floating/Thumbnail.h"
@@ -47,6 +48,7 @@ AppDelegate::AppDelegate(
     , delivery(appSettings, routes())
 {
     running = this;
+    presentServices();
     fileReading.setMaxThreadCount(1);
     connect(&settings, &Settings::changed, this, [this](Setting setting) {
         if (setting == Setting::shortcutPreset)

@@ -41,6 +41,12 @@ std::shared_ptr<ScreenSource> currentOrDefaultSource()
     return current;
 }
 
+ScreenCapture::Presenter& currentPresenter()
+{
+    static ScreenCapture::Presenter presenter;
+    return presenter;
+}
+
 // One thread, so that captures follow one another; it stays, and with it the thread's own state.
 QThreadPool& captureThread()
 {
@@ -126,6 +132,25 @@ std::optional<CaptureError> asCaptureError(const Error& error)
     if (error.domain != captureErrorDomain)
         return std::nullopt;
     return static_cast<CaptureError>(error.code);
+}
+
+void ScreenCapture::setPresenter(Presenter presenter) { currentPresenter() = std::move(presenter); }
+
+void ScreenCapture::requestPermissionInteractive()
+{
+    const auto from = source();
+    if (const auto& show = currentPresenter().showPermissionHelp; !from->requestPermission() && show)
+        show(from->permissionHelp());
+}
+
+void ScreenCapture::report(const Error& error)
+{
+    const bool declined
+        = error.domain == ScreenSource::errorDomain && error.code == ScreenSource::userDeclined;
+    if (declined || (asCaptureError(error) && !hasPermission()))
+        return requestPermissionInteractive();
+    if (const auto& show = currentPresenter().showMessage)
+        show(u"No se pudo capturar: "_s + error.localizedDescription, u"exclamationmark.triangle"_s);
 }
 
 void ScreenCapture::setSource(std::shared_ptr<ScreenSource> source) { currentSource() = std::move(source); }

@@ -6,6 +6,7 @@
 
 #include <QFuture>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -53,11 +54,19 @@ public:
 
     /// Never asks.
     static bool hasPermission();
-    /// Asks the desktop for the permission, and where it has no such question says in a dialog what the
-    /// person can do. Main thread.
+    /// What a person is shown, handed in by the program. Without it nobody is told.
+    struct Presenter {
+        /// Says what the person can do where the desktop has no question of its own.
+        std::function<void(const PermissionHelp&)> showPermissionHelp;
+        std::function<void(const QString& message, const QString& symbol)> showMessage;
+    };
+    static void setPresenter(Presenter presenter);
+
+    /// Asks the desktop for the permission, and where it has no such question shows what the person can do.
+    /// Main thread.
     static void requestPermissionInteractive();
-    /// Tells the person about a failed capture: the permission dialog where that is what is missing, else an
-    /// on-screen message. Main thread.
+    /// Tells the person about a failed capture: how to give the permission where that is what is missing,
+    /// else a message. Main thread.
     static void report(const Error& error);
     /// Asks the desktop when the permission is missing; what it was before asking, so false whenever it
     /// had to be asked for.

@@ -2,7 +2,6 @@
 #include "capture/text/OCR.h"
 
 #include "Gestures.h"
-#include "app/messages/HUD.h"
 #include "fakes/FakeTextRecognizer.h"
 
 #include <QGuiApplication>
@@ -106,7 +105,7 @@ TEST_F(RecognizeTest, TheTextArrivesOnTheMainThreadAfterTheCall)
     EXPECT_EQ(thread, QCoreApplication::instance()->thread());
 }
 
-TEST_F(RecognizeTest, AReadingThatTakesLongShowsASignUntilItsEnd)
+TEST_F(RecognizeTest, AReadingThatTakesLongIsToldUntilItsEnd)
 {
     struct SlowRecognizer : TextRecognizer {
         std::atomic<bool> isDone = false;
@@ -119,31 +118,33 @@ TEST_F(RecognizeTest, AReadingThatTakesLongShowsASignUntilItsEnd)
     };
     const auto slow = std::make_shared<SlowRecognizer>();
     OCR::setRecognizer(slow);
-    int called = 0;
-    std::optional<QString> left;
+    QStringList told;
+    OCR::setPresenter(
+        {.takesLong = [&] { told << u"long"_s; }, .ended = [&] { told << u"ended"_s; }, .failed = {}});
     for (int picture = 0; picture < 2; ++picture)
-        OCR::recognize(QImage(4, 4, QImage::Format_RGB32), [&](const std::optional<QString>&) {
-            ++called;
-            left = HUD::currentMessage();
-        });
-    ASSERT_TRUE(gesture::waitFor([] { return HUD::currentMessage().has_value(); }));
-    EXPECT_EQ(HUD::currentMessage(), u"Leyendo el texto…");
+        OCR::recognize(
+            QImage(4, 4, QImage::Format_RGB32), [&](const std::optional<QString>&) { told << u"result"_s; });
+    ASSERT_TRUE(gesture::waitFor([&] { return !told.isEmpty(); }));
     slow->isDone = true;
-    ASSERT_TRUE(gesture::waitFor([&] { return called == 2; }));
-    EXPECT_FALSE(left) << "the sign stays behind the caller's message";
+    ASSERT_TRUE(gesture::waitFor([&] { return told.count(u"result"_s) == 2; }));
+    EXPECT_EQ(told, (QStringList{u"long"_s, u"ended"_s, u"result"_s, u"ended"_s, u"result"_s}))
+        << "the sign goes before the caller's message comes";
+    OCR::setPresenter({});
 }
 
-TEST_F(RecognizeTest, WhatIsMissingIsNamedInPlaceOfTheCallersMessage)
+TEST_F(RecognizeTest, WhatIsMissingIsToldAfterTheCallerHasHadItsSay)
 {
     recognizer->failure = Error(u"X"_s, 2, u"Falta un paquete."_s);
-    bool called = false;
+    QStringList told;
+    OCR::setPresenter({.takesLong = {}, .ended = {}, .failed = [&](const Error& error) {
+                           told << error.localizedDescription;
+                       }});
     OCR::recognize(picture, [&](const std::optional<QString>& read) {
-        called = true;
         EXPECT_FALSE(read);
-        HUD::show(u"No se encontró texto"_s, u"text.magnifyingglass"_s);
+        told << u"result"_s;
     });
-    ASSERT_TRUE(gesture::waitFor([&] { return called; }));
-    EXPECT_EQ(HUD::currentMessage(), u"Falta un paquete.");
+    ASSERT_TRUE(gesture::waitFor([&] { return told.size() == 2; }));
+    EXPECT_EQ(told, (QStringList{u"result"_s, u"Falta un paquete."_s}));
+    OCR::setPresenter({});
     EXPECT_FALSE(OCR::recognizeSync(picture));
-    HUD::dismiss();
 }

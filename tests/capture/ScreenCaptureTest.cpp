@@ -227,6 +227,29 @@ TEST_F(ScreenCaptureTest, AMissingPermissionIsAskedForOnceAndStillCountsAsMissin
     EXPECT_TRUE(ScreenCapture::ensurePermission());
 }
 
+TEST_F(ScreenCaptureTest, AFailureIsToldWithTheWayOutWhereThePermissionIsMissing)
+{
+    QStringList told;
+    ScreenCapture::setPresenter({.showPermissionHelp = [&](const PermissionHelp&) { told << u"help"_s; },
+        .showMessage = [&](const QString& message, const QString&) { told << message; }});
+    const auto toldOf = [&](const Error& error, bool hasPermission) {
+        told.clear();
+        desk->permission = hasPermission;
+        ScreenCapture::report(error);
+        return told;
+    };
+    const auto noDisplay = toError(CaptureError::noDisplay);
+    const QStringList help{u"help"_s};
+    EXPECT_EQ(toldOf(sourceError(ScreenSource::userDeclined), false), help);
+    EXPECT_EQ(toldOf(noDisplay, false), help);
+    EXPECT_EQ(
+        toldOf(noDisplay, true), QStringList{u"No se pudo capturar: "_s + noDisplay.localizedDescription});
+    EXPECT_EQ(toldOf(sourceError(-1), false), QStringList{u"No se pudo capturar: Falla de prueba."_s});
+    desk->grantsWhenAsked = true;
+    EXPECT_EQ(toldOf(noDisplay, false), QStringList()) << "the desktop has asked itself";
+    ScreenCapture::setPresenter({});
+}
+
 TEST(ScreenCapture, WithoutASupportedDesktopCapturingGivesAnErrorToTell)
 {
     auto future = ScreenCapture::freezeAllDisplays();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "capture/text/OCR.h"
 
-#include "app/messages/HUD.h"
-#include "platform/base/Error.h"
 #include "platform/base/Memory.h"
 #include "platform/base/Worker.h"
 
@@ -98,7 +96,9 @@ void stopAtTheEnd()
     });
 }
 
-/// Says that reading goes on when it takes longer than a person would wait without a sign.
+Presenter presenter;
+
+/// Tells that reading goes on when it takes longer than a person would wait without a sign.
 class Patience {
 public:
     static void begin()
@@ -110,8 +110,8 @@ public:
     /// Before the result is told, whose message takes the sign's place.
     static void end()
     {
-        if (HUD::currentMessage() == sign)
-            HUD::dismiss();
+        if (presenter.ended)
+            presenter.ended();
         if (--underWay > 0)
             wait(nextSignMilliseconds);
         else if (timer)
@@ -121,15 +121,16 @@ public:
 private:
     static constexpr int signMilliseconds = 1000;
     static constexpr int nextSignMilliseconds = 3000; ///< after the message of a picture read before
-    static inline const QString sign = QStringLiteral("Leyendo el texto…");
 
     static void wait(int milliseconds)
     {
         if (!timer) {
             timer = new QTimer(QCoreApplication::instance());
             timer->setSingleShot(true);
-            QObject::connect(
-                timer, &QTimer::timeout, [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_s); });
+            QObject::connect(timer, &QTimer::timeout, [] {
+                if (presenter.takesLong)
+                    presenter.takesLong();
+            });
         }
         timer->start(milliseconds);
     }
@@ -167,7 +168,8 @@ void recognize(const QImage& image, std::function<void(const std::optional<QStri
                 completion(read.result());
             } catch (const Error& error) {
                 completion(std::nullopt);
-                HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s);
+                if (presenter.failed)
+                    presenter.failed(error);
             }
         });
 }
@@ -180,6 +182,8 @@ std::optional<QString> recognizeSync(const QImage& image)
         return std::nullopt;
     }
 }
+
+void setPresenter(Presenter handedIn) { presenter = std::move(handedIn); }
 
 bool isStillReading() { return stillReading; }
 
