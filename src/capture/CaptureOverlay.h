@@ -32,7 +32,7 @@ inline constexpr std::array<TitledRow<OverlayMode>, 4> overlayModeTable{{
     {OverlayMode::color, u"color", u"Color"},
 }};
 constexpr const auto& enumTable(OverlayMode) { return overlayModeTable; }
-static_assert(isOrdered<OverlayMode>());
+static_assert(isComplete<OverlayMode>());
 
 /// What a person chose, one type for each way out.
 namespace Outcome {

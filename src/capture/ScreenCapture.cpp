@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/ScreenCapture.h"
 
+#include "platform/base/StringEnum.h"
 #include "platform/base/Worker.h"
 #include "platform/graphics/Geometry.h"
 
@@ -25,6 +26,7 @@ constexpr std::array<CaptureErrorRow, 2> captureErrorTable{{
     {CaptureError::noDisplay, u"No se encontró ninguna pantalla para capturar."},
     {CaptureError::permissionDenied, u"Pintalux necesita el permiso de Grabación de pantalla."},
 }};
+static_assert(isComplete(captureErrorTable, &CaptureErrorRow::value));
 const QString captureErrorDomain = QStringLiteral("CaptureError");
 
 std::shared_ptr<ScreenSource>& currentSource()

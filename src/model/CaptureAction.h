@@ -57,6 +57,6 @@ constexpr const auto& enumTable(ShortcutPreset) { return shortcutPresetTable; }
 inline constexpr QStringView takenShortcutText
     = u"El atajo está en uso por otra app. Cambia la combinación en Ajustes.";
 
-static_assert(isOrdered<CaptureAction>() && isOrdered<ShortcutPreset>());
+static_assert(isComplete<CaptureAction>() && isComplete<ShortcutPreset>());
 
 } // namespace pintalux

@@ -90,7 +90,7 @@ inline constexpr std::array<CommandRow, 23> commandTable{{
 }};
 constexpr const auto& enumTable(Command) { return commandTable; }
 
-static_assert(isOrdered<Command>());
+static_assert(isComplete<Command>());
 
 inline QString symbol(Command command) { return enumRow(command).symbol.toString(); }
 

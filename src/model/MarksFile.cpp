@@ -26,7 +26,7 @@ struct Needs {
     bool lineWidth;
 };
 
-constexpr std::array<Needs, annotationKindTable.size()> needsTable{{
+constexpr std::array<Needs, 10> needsTable{{
     //                            start  end    points colour width
     {AnnotationKind::arrow, true, true, false, true, true},
     {AnnotationKind::rectangle, true, true, false, true, true},
@@ -39,6 +39,7 @@ constexpr std::array<Needs, annotationKindTable.size()> needsTable{{
     {AnnotationKind::blur, true, true, false, false, false},
     {AnnotationKind::image, true, true, false, false, false},
 }};
+static_assert(isComplete(needsTable, &Needs::kind));
 
 constexpr double largest = 1e6;
 

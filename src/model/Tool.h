@@ -78,7 +78,7 @@ inline constexpr std::array<TitledRow<AnnotationKind>, 10> annotationKindTable{{
 }};
 constexpr const auto& enumTable(AnnotationKind) { return annotationKindTable; }
 
-static_assert(
-    isOrdered<Tool>() && isOrdered<ArrowStyle>() && isOrdered<BlurStyle>() && isOrdered<AnnotationKind>());
+static_assert(isComplete<Tool>() && isComplete<ArrowStyle>() && isComplete<BlurStyle>()
+    && isComplete<AnnotationKind>());
 
 } // namespace pintalux

@@ -81,10 +81,26 @@ void drawAnnotation(const Annotation& annotation, const Document& document, Effe
 {
     const GraphicsContext::Saved saved(graphics);
     const MarkContext context{document, cache, graphics, withText};
-    using Painter = void (*)(const Annotation&, const MarkContext&);
-    static constexpr std::array<Painter, annotationKindTable.size()> painters{drawArrow, drawShape, drawShape,
-        drawLine, drawFreehand, drawFreehand, drawText, drawStep, drawBlur, drawInsertedImage};
-    painters[std::size_t(annotation.kind)](annotation, context);
+    switch (annotation.kind) {
+    case AnnotationKind::arrow:
+        return drawArrow(annotation, context);
+    case AnnotationKind::rectangle:
+    case AnnotationKind::ellipse:
+        return drawShape(annotation, context);
+    case AnnotationKind::line:
+        return drawLine(annotation, context);
+    case AnnotationKind::pen:
+    case AnnotationKind::highlighter:
+        return drawFreehand(annotation, context);
+    case AnnotationKind::text:
+        return drawText(annotation, context);
+    case AnnotationKind::step:
+        return drawStep(annotation, context);
+    case AnnotationKind::blur:
+        return drawBlur(annotation, context);
+    case AnnotationKind::image:
+        return drawInsertedImage(annotation, context);
+    }
 }
 
 } // namespace pintalux::Renderer

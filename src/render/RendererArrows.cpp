@@ -255,21 +255,27 @@ void drawArrow(const Annotation& mark, const MarkContext& context)
     const double scale = context.scale();
     auto& graphics = context.graphics;
 
-    if (mark.arrowStyle == ArrowStyle::sketch) {
+    if (mark.arrowStyle != ArrowStyle::sketch)
+        graphics.setShadow(context.standardShadow());
+    switch (mark.arrowStyle) {
+    case ArrowStyle::sketch:
         for (const auto& path : sketchArrowPaths(points, width, scale, mark.id))
             graphics.stroke(path, {mark.color, std::max(0.72 * width, 1.2 * scale)});
         return;
-    }
-    graphics.setShadow(context.standardShadow());
-    if (mark.arrowStyle == ArrowStyle::outline) {
+    case ArrowStyle::outline:
         if (const auto path = arrowPath(points, 1.5 * width))
             graphics.fillAndStroke(
                 *path, QColor(Qt::white), {mark.color, std::max(0.32 * width, 1.5 * scale)});
-    } else if (mark.arrowStyle == ArrowStyle::filled) {
+        return;
+    case ArrowStyle::filled:
         if (const auto path = arrowPath(points, width))
             graphics.fillAndStroke(*path, mark.color, {mark.color, 0.35 * width});
-    } else if (const auto path = lineArrowPath(points, width, mark.arrowStyle == ArrowStyle::double_)) {
-        graphics.stroke(*path, {mark.color, width});
+        return;
+    case ArrowStyle::line:
+    case ArrowStyle::double_:
+        if (const auto path = lineArrowPath(points, width, mark.arrowStyle == ArrowStyle::double_))
+            graphics.stroke(*path, {mark.color, width});
+        return;
     }
 }
 

@@ -26,9 +26,14 @@ QRectF shape(const Annotation& mark, double scale)
         return expanded(mark.bounds(), mark.fontSize + width + 2 * scale);
     case AnnotationKind::blur:
         return expanded(mark.rect(), 1);
-    default:
-        return mark.bounds();
+    case AnnotationKind::rectangle:
+    case AnnotationKind::ellipse:
+    case AnnotationKind::line:
+    case AnnotationKind::pen:
+    case AnnotationKind::image:
+        break;
     }
+    return mark.bounds();
 }
 
 } // namespace

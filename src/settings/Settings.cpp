@@ -23,13 +23,7 @@ const QString siblingDomain = QStringLiteral("trazalio");
 const QString siblingCopiedKey = QStringLiteral("ajustesCopiadosDeTrazalio");
 const QString launchedKey = QStringLiteral("hasLaunchedBefore");
 
-constexpr bool isTableOrdered()
-{
-    std::size_t ordinal = 0;
-    return std::ranges::all_of(
-        settingTable, [&](const auto& row) { return static_cast<std::size_t>(row.value) == ordinal++; });
-}
-static_assert(isTableOrdered(), "a setting's row is found by its ordinal");
+static_assert(isComplete(settingTable, &SettingRow::value), "a setting's row is found by its ordinal");
 
 // How a value of each type is read; what cannot be read leaves the value as it is.
 

@@ -42,7 +42,7 @@ constexpr bool isVertical(PaletteEdge edge)
     return edge == PaletteEdge::left || edge == PaletteEdge::right;
 }
 
-static_assert(isOrdered<AfterCapture>() && isOrdered<PaletteEdge>());
+static_assert(isComplete<AfterCapture>() && isComplete<PaletteEdge>());
 
 /// The values of all settings. The initial ones are those that the program ships with.
 struct SettingsValues {

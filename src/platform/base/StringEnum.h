@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 
@@ -60,14 +61,30 @@ template <StringEnum E> std::optional<E> fromRawValue(QStringView raw)
     return std::nullopt;
 }
 
-/// True when the rows stand in the order of the ordinals, on which `enumRow` relies.
-template <StringEnum E> constexpr bool isOrdered()
+/// Whether the enumeration has a case of this value: the compiler spells one by its name and any other value
+/// as a cast.
+template <auto value> constexpr bool isCase()
+{
+    return std::string_view(__PRETTY_FUNCTION__).find("value = (") == std::string_view::npos;
+}
+
+/// True when `rows`, each with its case in `member`, stand in the order of the ordinals and none is missing:
+/// then the row of a case is the one at its ordinal.
+template <typename Rows, typename E, typename Row> constexpr bool isComplete(const Rows& rows, E Row::*member)
 {
     std::size_t ordinal = 0;
-    for (const auto& row : enumTable(E{}))
-        if (static_cast<std::size_t>(row.value) != ordinal++)
+    for (const auto& row : rows)
+        if (static_cast<std::size_t>(row.*member) != ordinal++)
             return false;
-    return true;
+    return !isCase<static_cast<E>(std::tuple_size_v<Rows>)>();
+}
+
+/// The same of the enumeration's own table, on which `enumRow` relies.
+template <StringEnum E> constexpr bool isComplete()
+{
+    constexpr const auto& table = enumTable(E{});
+    using Row = typename std::remove_cvref_t<decltype(table)>::value_type;
+    return isComplete(table, &Row::value);
 }
 
 } // namespace pintalux
