@@ -7,6 +7,7 @@
 #include "platform/windowing/PanelWindow.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QWindow>
 
@@ -62,7 +63,28 @@ void CaptureOverlayController::addWindow(const FrozenDisplay& display)
     auto* screen = screenNamed(display.screen.name);
     if (!screen)
         return;
-    OverlayWindowPointer window(new OverlayWindow(display, *screen, *this));
+    // A window is gone a moment after the overlay, and what still reaches it then asks for nothing.
+    const QPointer guard(this);
+    const OverlayView::Actions actions{
+        .windowAt
+        = [guard](QPointF at, const ScreenInfo& on) { return guard ? guard->windowAt(at, on) : nullptr; },
+        .refreshAll =
+            [guard] {
+                if (guard)
+                    guard->refreshAll();
+            },
+        .toggleWindowMode =
+            [guard] {
+                if (guard)
+                    guard->toggleWindowMode();
+            },
+        .finish =
+            [guard](const OverlayOutcome& outcome) {
+                if (guard)
+                    guard->finish(outcome);
+            },
+    };
+    OverlayWindowPointer window(new OverlayWindow(display, *screen, currentMode, actions));
     window->show();
     window->raise();
     overlayWindows.push_back(std::move(window));
@@ -97,6 +119,8 @@ void CaptureOverlayController::toggleWindowMode()
         currentMode = OverlayMode::area;
     else
         return;
+    for (const auto& window : overlayWindows)
+        window->setMode(currentMode);
     refreshAll();
 }
 

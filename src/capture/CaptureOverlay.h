@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "capture/OverlayOutcome.h"
 #include "capture/ScreenCapture.h"
-#include "model/CaptureResult.h"
-#include "platform/base/StringEnum.h"
+#include "model/OverlayMode.h"
 
 #include <QObject>
 #include <QPointF>
@@ -12,7 +12,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <variant>
 #include <vector>
 
 class QWindow;
@@ -21,45 +20,6 @@ namespace pintalux {
 
 class FormerKeyboardOwner;
 class OverlayWindow;
-
-/// What a gesture on the overlay selects.
-enum class OverlayMode { area, window, text, color };
-
-inline constexpr std::array<TitledRow<OverlayMode>, 4> overlayModeTable{{
-    {OverlayMode::area, u"area", u"Área"},
-    {OverlayMode::window, u"window", u"Ventana"},
-    {OverlayMode::text, u"text", u"Texto"},
-    {OverlayMode::color, u"color", u"Color"},
-}};
-constexpr const auto& enumTable(OverlayMode) { return overlayModeTable; }
-static_assert(isComplete<OverlayMode>());
-
-/// What a person chose, one type for each way out.
-namespace Outcome {
-
-/// A part of a screen, or the whole of it.
-struct Image {
-    CaptureResult result;
-};
-/// A window that is still to be captured.
-struct Window {
-    WindowInfo window;
-    QString title; ///< the candidate's, for the file's name
-};
-/// A part of a screen whose text is wanted.
-struct Text {
-    CaptureResult result;
-};
-/// "#" and six upper-case digits.
-struct Color {
-    QString hex;
-};
-struct Cancelled { };
-
-} // namespace Outcome
-
-using OverlayOutcome
-    = std::variant<Outcome::Image, Outcome::Window, Outcome::Text, Outcome::Color, Outcome::Cancelled>;
 
 /// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
 struct DeleteLater {

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "capture/CaptureOverlay.h"
+#include "model/OverlayMode.h"
 #include "platform/graphics/TextLine.h"
 
+#include <QRectF>
 #include <QRegion>
+#include <QSize>
+
+#include <optional>
 
 namespace pintalux {
 

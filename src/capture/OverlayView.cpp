@@ -18,9 +18,10 @@
 
 namespace pintalux {
 
-OverlayView::OverlayView(FrozenDisplay frozen, CaptureOverlayController& owner)
+OverlayView::OverlayView(FrozenDisplay frozen, OverlayMode mode, Actions asked)
     : display(std::move(frozen))
-    , controller(&owner)
+    , currentMode(mode)
+    , actions(std::move(asked))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
@@ -32,14 +33,6 @@ void OverlayView::refresh()
 {
     const auto former = std::exchange(shown, layOut(scene()));
     update(damage(former, shown));
-}
-
-void OverlayView::refreshAll()
-{
-    if (controller)
-        controller->refreshAll();
-    else
-        refresh();
 }
 
 void OverlayView::debugSimulate(const std::optional<QRectF>& selection, QPointF pointer)
@@ -54,12 +47,10 @@ void OverlayView::debugSimulate(const std::optional<QRectF>& selection, QPointF 
 
 // ---- What is shown
 
-OverlayMode OverlayView::mode() const { return controller ? controller->mode() : OverlayMode::area; }
-
 OverlayScene OverlayView::scene() const
 {
     OverlayScene scene;
-    scene.mode = mode();
+    scene.mode = currentMode;
     scene.viewSize = size();
     scene.imageSize = display.image.size();
     scene.pixelScale = display.pixelScale;
@@ -83,9 +74,9 @@ std::optional<QRectF> OverlayView::dragged() const
 
 const WindowCandidate* OverlayView::hoveredWindow() const
 {
-    if (mode() != OverlayMode::window || !mouse || !controller)
+    if (currentMode != OverlayMode::window || !mouse)
         return nullptr;
-    return controller->windowAt(*mouse + display.screen.frame.topLeft(), display.screen);
+    return actions.windowAt(*mouse + display.screen.frame.topLeft(), display.screen);
 }
 
 std::optional<QString> OverlayView::hexColorAt(QPointF viewPoint) const
@@ -136,7 +127,7 @@ void OverlayView::enterEvent(QEnterEvent* event)
     mouse = exactPosition(*event);
     giveKeyboard(*window());
     setFocus();
-    refreshAll();
+    actions.refreshAll();
 }
 
 void OverlayView::leaveEvent(QEvent*)
@@ -149,20 +140,20 @@ void OverlayView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
         press(exactPosition(*event));
-    else if (event->button() == Qt::RightButton && controller)
-        controller->finish(Outcome::Cancelled());
+    else if (event->button() == Qt::RightButton)
+        actions.finish(Outcome::Cancelled());
 }
 
 void OverlayView::press(QPointF viewPoint)
 {
     mouse = viewPoint;
-    switch (mode()) {
+    switch (currentMode) {
     case OverlayMode::color:
         pickColorAt(viewPoint);
         break;
     case OverlayMode::window:
         if (const auto* hovered = hoveredWindow())
-            controller->finish(Outcome::Window{hovered->window, hovered->title});
+            actions.finish(Outcome::Window{hovered->window, hovered->title});
         break;
     case OverlayMode::area:
     case OverlayMode::text:
@@ -178,7 +169,7 @@ void OverlayView::mouseMoveEvent(QMouseEvent* event)
         drag(exactPosition(*event), event->modifiers().testFlag(Qt::ShiftModifier));
     } else if (event->buttons() == Qt::NoButton) {
         mouse = exactPosition(*event);
-        refreshAll();
+        actions.refreshAll();
     }
 }
 
@@ -243,12 +234,11 @@ void OverlayView::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (mode() == OverlayMode::area || mode() == OverlayMode::text)
+        if (currentMode == OverlayMode::area || currentMode == OverlayMode::text)
             finishWithCrop(rect());
         break;
     case Qt::Key_Space:
-        if (controller)
-            controller->toggleWindowMode();
+        actions.toggleWindowMode();
         break;
     case Qt::Key_Escape:
         escape();
@@ -262,8 +252,8 @@ void OverlayView::escape()
 {
     if (dragStart)
         endDrag();
-    else if (controller)
-        controller->finish(Outcome::Cancelled());
+    else
+        actions.finish(Outcome::Cancelled());
 }
 
 void OverlayView::focusInEvent(QFocusEvent*) { refresh(); }
@@ -274,22 +264,22 @@ void OverlayView::focusOutEvent(QFocusEvent*) { refresh(); }
 void OverlayView::pickColorAt(QPointF viewPoint)
 {
     const auto hex = hexColorAt(viewPoint);
-    if (hex && controller)
-        controller->finish(Outcome::Color{*hex});
+    if (hex)
+        actions.finish(Outcome::Color{*hex});
 }
 
 void OverlayView::finishWithCrop(const QRectF& viewRect)
 {
     const auto pixels = pixelsOf(viewRect, display.pixelScale, display.image.size());
-    if (pixels.isEmpty() || !controller)
+    if (pixels.isEmpty())
         return;
     const CaptureResult result{display.image.copy(pixels), display.pixelScale, std::nullopt};
     if (result.image.isNull())
         return;
-    if (mode() == OverlayMode::text)
-        controller->finish(Outcome::Text{result});
+    if (currentMode == OverlayMode::text)
+        actions.finish(Outcome::Text{result});
     else
-        controller->finish(Outcome::Image{result});
+        actions.finish(Outcome::Image{result});
 }
 
 } // namespace pintalux

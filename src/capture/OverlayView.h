@@ -2,10 +2,14 @@
 #pragma once
 
 #include "capture/OverlayLayout.h"
+#include "capture/OverlayOutcome.h"
+#include "capture/ScreenCapture.h"
 #include "platform/windowing/DirectSurface.h"
 
-#include <QPointer>
 #include <QWidget>
+
+#include <functional>
+#include <memory>
 
 namespace pintalux {
 
@@ -15,7 +19,20 @@ namespace pintalux {
 /// frozen picture do.
 class OverlayView : public QWidget {
 public:
-    OverlayView(FrozenDisplay display, CaptureOverlayController& controller);
+    /// What the view asks of the overlay that it is a part of.
+    struct Actions {
+        /// The window seen at a point of the desktop on a screen; null where there is none.
+        std::function<const WindowCandidate*(QPointF screenPoint, const ScreenInfo& screen)> windowAt;
+        /// Brings every screen up to date, this one too.
+        std::function<void()> refreshAll;
+        std::function<void()> toggleWindowMode;
+        std::function<void(const OverlayOutcome&)> finish;
+    };
+
+    OverlayView(FrozenDisplay display, OverlayMode mode, Actions actions);
+
+    /// What a gesture selects from now on. Shows with the next `refresh`.
+    void setMode(OverlayMode mode) { currentMode = mode; }
 
     /// Repaints what looks different from what was painted last.
     void refresh();
@@ -44,7 +61,6 @@ protected:
 
 private:
     void paint(QPainter& painter, const QRectF& part);
-    OverlayMode mode() const;
     OverlayScene scene() const;
     std::optional<QRectF> dragged() const;
     const WindowCandidate* hoveredWindow() const;
@@ -57,10 +73,10 @@ private:
     void escape();
     void pickColorAt(QPointF viewPoint);
     void finishWithCrop(const QRectF& viewRect);
-    void refreshAll();
 
     FrozenDisplay display;
-    QPointer<CaptureOverlayController> controller;
+    OverlayMode currentMode;
+    Actions actions;
     std::optional<QPointF> dragStart;
     std::optional<QPointF> dragCurrent;
     std::optional<QPointF> mouse; ///< none when the pointer is outside

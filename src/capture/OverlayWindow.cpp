@@ -7,11 +7,10 @@
 
 namespace pintalux {
 
-OverlayWindow::OverlayWindow(
-    const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller)
-    : OverlayView(display, controller)
+OverlayWindow::OverlayWindow(const FrozenDisplay& frozen, QScreen& screen, OverlayMode mode, Actions asked)
+    : OverlayView(frozen, mode, std::move(asked))
 {
-    makeScreenPanel(*this, screen, display.screen.frame.toAlignedRect());
+    makeScreenPanel(*this, screen, frozen.screen.frame.toAlignedRect());
     paintThrough(makeDirectSurface(*this));
 }
 

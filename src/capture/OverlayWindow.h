@@ -8,7 +8,7 @@ namespace pintalux {
 /// The view of a screen as the panel that covers it.
 class OverlayWindow : public OverlayView {
 public:
-    OverlayWindow(const FrozenDisplay& display, QScreen& screen, CaptureOverlayController& controller);
+    OverlayWindow(const FrozenDisplay& display, QScreen& screen, OverlayMode mode, Actions actions);
 };
 
 } // namespace pintalux
