@@ -74,8 +74,9 @@ public:
 
     /// Opens the picture in an editor of its own, in front of all windows and with the focus.
     void openEditor(const CaptureResult& shot);
-    /// Shows the capture as a card in the corner of the screen; `savedPath` is where it was saved already.
-    void showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath);
+    /// Shows the capture as a card in the corner of the screen; `saving` is the file that is being written of
+    /// it.
+    void showThumbnail(const CaptureResult& shot, const std::optional<Exporter::Saving>& saving);
     /// Every open editor, in opening order.
     const std::vector<std::unique_ptr<EditorWindowController>>& editors() const { return openEditors; }
     ActivationPolicy activationPolicy() const { return policy; }

@@ -103,11 +103,11 @@ void AppDelegate::reactivatePrevious()
     previousApp.reset();
 }
 
-void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<QString>& savedPath)
+void AppDelegate::showThumbnail(const CaptureResult& shot, const std::optional<Exporter::Saving>& saving)
 {
     if (thumbnail)
         thumbnail->close(false);
-    thumbnail = new ThumbnailController(shot, savedPath, settings,
+    thumbnail = new ThumbnailController(shot, saving, settings,
         {.openEditor = [this](const CaptureResult& capture) { openEditor(capture); },
             .revealFile = [this](const QString& path) { workspace->revealFile(path); }},
         this);
@@ -121,9 +121,9 @@ Delivery::Routes AppDelegate::routes()
         .reactivatePrevious = [this] { reactivatePrevious(); },
         .forgetPrevious = [this] { previousApp.reset(); },
         .playSound = [] { SystemSound::play(); },
-        .openEditor = [this](const CaptureResult& shot, const std::optional<QString>&) { openEditor(shot); },
+        .openEditor = [this](const CaptureResult& shot) { openEditor(shot); },
         .showThumbnail = [this](const CaptureResult& shot,
-                             const std::optional<QString>& savedPath) { showThumbnail(shot, savedPath); },
+                             const std::optional<Exporter::Saving>& saving) { showThumbnail(shot, saving); },
         .recognizeText =
             [](const QImage& image, const std::function<void(const QString&)>& done) {
                 OCR::recognize(

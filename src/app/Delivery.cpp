@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/Delivery.h"
 
-#include "platform/base/Error.h"
 #include "platform/graphics/Color.h"
 #include "render/export/Clipboard.h"
-#include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
 using namespace Qt::StringLiterals;
@@ -22,20 +20,20 @@ void Delivery::deliver(const CaptureResult& result)
     if (settings.playSound())
         routes.playSound();
 
-    std::optional<QString> savedPath;
+    std::optional<Exporter::Saving> saving;
     if (settings.autoSave())
-        savedPath = save(result);
+        saving = save(result);
     else if (settings.autoCopy())
         Clipboard::copy(result.image, result.pixelScale);
 
     switch (settings.afterCapture()) {
     case AfterCapture::editor:
         routes.forgetPrevious();
-        routes.openEditor(result, savedPath);
+        routes.openEditor(result);
         break;
     case AfterCapture::thumbnail:
         routes.reactivatePrevious();
-        routes.showThumbnail(result, savedPath);
+        routes.showThumbnail(result, saving);
         break;
     case AfterCapture::copyOnly:
         routes.reactivatePrevious();
@@ -45,17 +43,13 @@ void Delivery::deliver(const CaptureResult& result)
     }
 }
 
-/// Where it was saved; copies it too where that is wished, for it is encoded only once.
-std::optional<QString> Delivery::save(const CaptureResult& result) const
+/// Copies it too where that is wished, for it is encoded only once.
+Exporter::Saving Delivery::save(const CaptureResult& result) const
 {
-    const auto png = Exporter::pngData(result.image, result.pixelScale).value_or(QByteArray());
-    if (settings.autoCopy())
+    const auto png = Exporter::encode(result.image, result.pixelScale);
+    if (settings.autoCopy() && !result.image.isNull())
         Clipboard::copy(png);
-    try {
-        return Exporter::quickSave(png, settings.saveFolder(), result.suggestedName);
-    } catch (const Error&) {
-        return std::nullopt; // the thumbnail shows it as not saved
-    }
+    return Exporter::startQuickSave(png, settings.saveFolder(), result.suggestedName);
 }
 
 void Delivery::deliverText(const CaptureResult& result)

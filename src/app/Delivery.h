@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/CaptureResult.h"
+#include "render/export/Exporter.h"
 
 #include <QColor>
 #include <QString>
@@ -25,9 +26,10 @@ public:
         /// Forgets that window: a window of the program's own takes the focus.
         std::function<void()> forgetPrevious;
         std::function<void()> playSound;
-        /// `savedPath` is where the capture was saved already.
-        std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> openEditor;
-        std::function<void(const CaptureResult&, const std::optional<QString>& savedPath)> showThumbnail;
+        std::function<void(const CaptureResult&)> openEditor;
+        /// `saving` is the file that is being written of it, if any.
+        std::function<void(const CaptureResult&, const std::optional<Exporter::Saving>& saving)>
+            showThumbnail;
         /// Recognises the text of a picture and calls back on the main thread; an empty text means none was
         /// found.
         std::function<void(const QImage&, std::function<void(const QString&)>)> recognizeText;
@@ -36,8 +38,9 @@ public:
 
     Delivery(const Settings& settings, Routes routes);
 
-    /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. An
-    /// automatic save that fails is silent.
+    /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. The
+    /// file is written on a thread, for which nothing else waits but the end of the program; a failure is
+    /// silent.
     void deliver(const CaptureResult& result);
     /// Copies the text in the picture.
     void deliverText(const CaptureResult& result);
@@ -46,7 +49,7 @@ public:
     void cancelled() { routes.reactivatePrevious(); }
 
 private:
-    std::optional<QString> save(const CaptureResult& result) const;
+    Exporter::Saving save(const CaptureResult& result) const;
     void copyText(const QString& text);
 
     const Settings& settings;

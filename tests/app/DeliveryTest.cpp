@@ -2,13 +2,18 @@
 #include "app/Delivery.h"
 
 #include "platform/base/UserDefaults.h"
+#include "platform/base/Worker.h"
+#include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
 #include <QClipboard>
 #include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QSemaphore>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -39,10 +44,11 @@ protected:
             .reactivatePrevious = [this] { log << u"reactivate"_s; },
             .forgetPrevious = [this] { log << u"forget"_s; },
             .playSound = [this] { log << u"sound"_s; },
-            .openEditor = [this](const CaptureResult&, const std::optional<QString>&) { log << u"editor"_s; },
+            .openEditor = [this](const CaptureResult&) { log << u"editor"_s; },
             .showThumbnail =
-                [this](const CaptureResult&, const std::optional<QString>& saved) {
-                    log << u"thumbnail"_s << (saved ? u"saved"_s : u"unsaved"_s);
+                [this](const CaptureResult&, const std::optional<Exporter::Saving>& file) {
+                    log << u"thumbnail"_s << (file ? u"saved"_s : u"unsaved"_s);
+                    saving = file;
                 },
             .recognizeText
             = [this](const QImage&, const std::function<void(const QString&)>& done) { done(recognized); },
@@ -55,7 +61,16 @@ protected:
         };
     }
 
-    QStringList files() const { return QDir(settings.saveFolder()).entryList(QDir::Files | QDir::Hidden); }
+    /// Once all is written.
+    QStringList files() const
+    {
+        Exporter::savingThread().waitForDone();
+        return namesInFolder();
+    }
+    QStringList namesInFolder() const
+    {
+        return QDir(settings.saveFolder()).entryList(QDir::Files | QDir::Hidden);
+    }
     static bool clipboardHasImage()
     {
         return QGuiApplication::clipboard()->mimeData()->hasFormat(u"image/png"_s);
@@ -68,6 +83,7 @@ protected:
     CaptureResult shot;
     QStringList log;
     QString recognized;
+    std::optional<Exporter::Saving> saving;
     Delivery delivery{settings, routes()};
 };
 
@@ -115,8 +131,33 @@ TEST_F(DeliveryTest, AFailingSaveIsSilentAndLosesNothingElse)
     settings.setAutoSave(true);
     settings.setAfterCapture(AfterCapture::thumbnail);
     delivery.deliver(shot);
-    EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"thumbnail"_s, u"unsaved"_s}));
+    EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"thumbnail"_s, u"saved"_s}));
     EXPECT_TRUE(clipboardHasImage());
+    ASSERT_TRUE(saving);
+    EXPECT_THROW(saving->path.result(), Error) << "the card is to learn of it";
+}
+
+TEST_F(DeliveryTest, ASlowDiskHoldsNothingUpAndTheFileBearsTheTimeOfTheCapture)
+{
+    QSemaphore disk;
+    const auto busy = runOn(Exporter::savingThread(), [&] {
+        disk.acquire();
+        return true;
+    });
+    settings.setAutoSave(true);
+    settings.setAfterCapture(AfterCapture::thumbnail);
+    delivery.deliver(shot);
+    ASSERT_TRUE(saving) << "the card waits for the disk";
+    EXPECT_TRUE(clipboardHasImage());
+    EXPECT_FALSE(
+        QImage::fromData(QGuiApplication::clipboard()->mimeData()->data(u"image/png"_s), "PNG").isNull());
+    EXPECT_TRUE(namesInFolder().isEmpty());
+    const auto name = Exporter::defaultFileName(shot.suggestedName, saving->stamp);
+    while (Exporter::defaultFileName(shot.suggestedName) == name)
+        QThread::msleep(20); // the next second
+    disk.release();
+    EXPECT_EQ(files(), QStringList{name});
+    EXPECT_EQ(saving->path.result(), QDir(settings.saveFolder()).filePath(name));
 }
 
 TEST_F(DeliveryTest, RecognisedTextIsCopiedAndItsLinesAreCounted)

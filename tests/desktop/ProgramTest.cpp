@@ -43,6 +43,12 @@ protected:
         const auto empty = pictureByOthers();
         auto environment = desktop().environment();
         environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
+        if (diskIsSlow) {
+            environment.insert(u"LD_PRELOAD"_s, QStringLiteral(PINTALUX_SLOW_DISK));
+            environment.insert(u"SLOW_DISK"_s, captures());
+            environment.insert(
+                u"ASAN_OPTIONS"_s, qEnvironmentVariable("ASAN_OPTIONS") + u":verify_asan_link_order=0"_s);
+        }
         program.setProcessEnvironment(environment);
         program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_s});
         ASSERT_TRUE(reaches(ready));
@@ -114,6 +120,11 @@ protected:
     QByteArray printed;
     QString savedName;
     bool hasEnded = false; ///< as the test asked it to
+    bool diskIsSlow = false;
+};
+
+struct ProgramOnASlowDiskTest : ProgramTest {
+    ProgramOnASlowDiskTest() { diskIsSlow = true; }
 };
 
 } // namespace
@@ -208,6 +219,31 @@ TEST_F(ProgramTest, TheTextUnderTheSelectionIsCopiedLineByLine)
     EXPECT_TRUE(waitUntil([&] { return QGuiApplication::clipboard()->text() == expected; }, 15000))
         << QGuiApplication::clipboard()->text().toStdString();
     EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
+}
+
+TEST_F(ProgramOnASlowDiskTest, ACaptureIsCopiedAtOnceAndTheEndWaitsForItsFile)
+{
+    const auto before = pictureByOthers();
+    xdotool(u"key ctrl+shift+3"_s);
+    EXPECT_EQ(differingPixels(copied(), before), 0);
+    EXPECT_TRUE(QDir(captures()).entryList({u"*.png"_s}).isEmpty()) << "the disk was not slow";
+    callProgram(u"ActivateAction"_s, {u"terminate"_s, u"[]"_s, u"{}"_s});
+    ASSERT_TRUE(program.waitForFinished(8000));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    hasEnded = true;
+    EXPECT_EQ(differingPixels(saved(), before), 0) << "what was on its way is lost";
+}
+
+TEST_F(ProgramTest, OverTheBusItDoesWhatItKnowsAndRefusesTheRest)
+{
+    const auto asked = [](const QString& action) {
+        return callProgram(u"ActivateAction"_s, {action, u"[]"_s, u"{}"_s});
+    };
+    EXPECT_EQ(asked(u"nada"_s), "");
+    EXPECT_EQ(asked(u"editorUndo"_s), "") << "no editor's business";
+    EXPECT_EQ(asked(u"area"_s), "()\n");
+    EXPECT_TRUE(reaches(overlayPainted));
+    xdotool(u"key Escape"_s);
 }
 
 TEST_F(ProgramTest, ItEndsCleanlyWhileItReads)

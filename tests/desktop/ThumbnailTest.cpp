@@ -6,15 +6,18 @@
 
 #include "Desktop.h"
 #include "app/messages/HUD.h"
+#include "platform/base/Error.h"
 #include "platform/base/UserDefaults.h"
 #include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
 #include <QMimeData>
+#include <QPromise>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -46,14 +49,14 @@ protected:
         HUD::dismiss();
     }
 
-    ThumbnailController& show(const std::optional<QString>& savedPath = {})
+    ThumbnailController& show(const std::optional<Exporter::Saving>& saving = {})
     {
-        thumbnail = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_s}, savedPath,
-            settings,
-            ThumbnailController::Actions{
-                .openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
-                .revealFile = [this](const QString& path) { revealed.append(path); }},
-            nullptr);
+        thumbnail
+            = std::make_unique<ThumbnailController>(CaptureResult{picture, 1, u"Informe"_s}, saving, settings,
+                ThumbnailController::Actions{
+                    .openEditor = [this](const CaptureResult& shot) { edited = shot.image; },
+                    .revealFile = [this](const QString& path) { revealed.append(path); }},
+                nullptr);
         QObject::connect(thumbnail.get(), &ThumbnailController::closed, [this] {
             ++timesClosed;
             closedAfter = clock.elapsed();
@@ -140,7 +143,7 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), picture), 0);
 
     timesClosed = 0;
-    show(path);
+    show(Exporter::Saving{Exporter::wallClock(), QtFuture::makeReadyFuture(path)});
     click(onAction(0));
     ASSERT_TRUE(closes());
     EXPECT_EQ(saved().size(), 1) << "what is saved is only shown";
@@ -189,6 +192,40 @@ TEST_F(ThumbnailTest, ASaveThatFailsIsToldAndTheCardStays)
     EXPECT_EQ(timesClosed, 1) << "at once";
 }
 
+TEST_F(ThumbnailTest, AFileOnItsWayIsShownOnceItIsWrittenAndSavedAnewWhereThatFailed)
+{
+    const auto saveTitle = [] {
+        for (const auto* top : QApplication::topLevelWidgets())
+            for (const auto* button : top->findChildren<QAbstractButton*>())
+                if (top->isVisible() && (button->text() == u"Mostrar" || button->text() == u"Guardar"))
+                    return button->text();
+        return QString();
+    };
+    QPromise<QString> written;
+    written.start();
+    show(Exporter::Saving{Exporter::wallClock(), written.future()});
+    EXPECT_EQ(saveTitle(), u"Mostrar");
+    click(onAction(0));
+    EXPECT_FALSE(closes(500));
+    EXPECT_TRUE(revealed.isEmpty());
+    written.addResult(u"/algún/lugar.png"_s);
+    written.finish();
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(revealed, QStringList{u"/algún/lugar.png"_s});
+
+    timesClosed = 0;
+    QPromise<QString> failing;
+    failing.start();
+    show(Exporter::Saving{Exporter::wallClock(), failing.future()});
+    failing.setException(std::make_exception_ptr(Error(u"X"_s, 1, u"Disco lleno."_s)));
+    failing.finish();
+    EXPECT_TRUE(waitUntil([&] { return saveTitle() == u"Guardar"; }));
+    EXPECT_FALSE(HUD::currentMessage()) << "nobody has asked for it";
+    click(onAction(0));
+    ASSERT_TRUE(closes());
+    EXPECT_EQ(saved().size(), 1);
+}
+
 TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
 {
     auto& target = desktop().start(QStringLiteral(PINTALUX_DROP_TARGET), {u"300x200+100+100"_s});
@@ -206,7 +243,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
     const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_s);
-    show(savedFile);
+    show(Exporter::Saving{Exporter::wallClock(), QtFuture::makeReadyFuture(savedFile)});
     EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
     thumbnail->close(false);
 

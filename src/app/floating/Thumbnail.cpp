@@ -10,7 +10,6 @@
 #include "platform/windowing/Compositor.h"
 #include "platform/windowing/VisibleFrame.h"
 #include "render/export/Clipboard.h"
-#include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
 #include <QCoreApplication>
@@ -64,16 +63,18 @@ void glide(QWidget& panel, QPoint place, double opacity, int milliseconds, const
 
 } // namespace
 
-ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<QString> saved,
+ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<Exporter::Saving> written,
     const Settings& store, Actions others, QObject* parent)
     : QObject(parent)
     , shot(std::move(capture))
-    , savedPath(std::move(saved))
+    , saving(std::move(written))
     , settings(store)
     , actions(std::move(others))
 {
     timer.setInterval(checkInterval);
     connect(&timer, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
+    if (saving)
+        whenFinished(saving->path, this, [this](const QFuture<QString>& path) { wasWritten(path); });
 }
 
 ThumbnailController::~ThumbnailController()
@@ -84,7 +85,7 @@ ThumbnailController::~ThumbnailController()
 
 void ThumbnailController::show()
 {
-    panel = new ThumbnailPanel(shot.image, shot.pixelScale, savedPath.has_value());
+    panel = new ThumbnailPanel(shot.image, shot.pixelScale, saving.has_value());
     connect(panel, &ThumbnailPanel::closeClicked, this, [this] { close(true); });
     connect(panel, &ThumbnailPanel::saveClicked, this, &ThumbnailController::save);
     connect(panel, &ThumbnailPanel::editClicked, this, &ThumbnailController::edit);
@@ -93,6 +94,17 @@ void ThumbnailController::show()
     slideIn();
     deadline.setRemainingTime(lifetime);
     timer.start();
+}
+
+void ThumbnailController::wasWritten(const QFuture<QString>& path)
+{
+    try {
+        savedPath = path.result();
+    } catch (const Error&) {
+        saving.reset();
+        if (panel)
+            panel->setSaved(false);
+    }
 }
 
 QPoint ThumbnailController::restingPlace() const
@@ -181,7 +193,8 @@ void ThumbnailController::save()
             HUD::show(u"No se pudo guardar: "_s + error.localizedDescription, u"xmark.octagon"_s);
         }
     };
-    whenFinished(runOn(Exporter::savingThread(), write), QCoreApplication::instance(), tell);
+    const auto path = saving ? saving->path : runOn(Exporter::savingThread(), write);
+    whenFinished(path, QCoreApplication::instance(), tell);
 }
 
 std::optional<QString> ThumbnailController::fileToDrag()
@@ -189,7 +202,8 @@ std::optional<QString> ThumbnailController::fileToDrag()
     if (savedPath && QFileInfo::exists(*savedPath))
         return savedPath;
     if (!temporaryPath || !QFileInfo::exists(*temporaryPath))
-        temporaryPath = Exporter::temporaryFile(shot.image, shot.pixelScale, shot.suggestedName);
+        temporaryPath = Exporter::temporaryFile(
+            shot.image, shot.pixelScale, shot.suggestedName, saving ? saving->stamp : Exporter::wallClock());
     return temporaryPath;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/CaptureResult.h"
+#include "render/export/Exporter.h"
 
 #include <QDeadlineTimer>
 #include <QObject>
@@ -31,8 +32,9 @@ public:
         std::function<void(const QString& path)> revealFile;
     };
 
-    /// `savedPath` is where the capture was saved already. Nothing is shown yet.
-    ThumbnailController(CaptureResult shot, std::optional<QString> savedPath, const Settings& settings,
+    /// `saving` is the file that is being written of the capture; should that fail, the card offers to save
+    /// it. Nothing is shown yet.
+    ThumbnailController(CaptureResult shot, std::optional<Exporter::Saving> saving, const Settings& settings,
         Actions actions, QObject* parent);
     ~ThumbnailController() override;
 
@@ -43,10 +45,12 @@ public:
     /// Closes the card and opens the capture in an editor.
     void edit();
     void copy();
-    /// Saves the capture where it is not saved yet, shows the file and closes the card, in a moment. When
-    /// that fails the card stays. What was begun is finished also when the card is closed meanwhile.
+    /// Saves the capture where it is not being saved yet, shows the file once it is written and closes the
+    /// card. When that fails the card stays. What was begun is finished also when the card is closed
+    /// meanwhile.
     void save();
-    /// The file to hand to another program: the saved one, else one made for it now; none when that fails.
+    /// The file to hand to another program: the saved one, else one made for it now under the name that the
+    /// saved one will have; none when that fails.
     std::optional<QString> fileToDrag();
 
 Q_SIGNALS:
@@ -55,12 +59,14 @@ Q_SIGNALS:
 
 private:
     void checkLifetime();
+    void wasWritten(const QFuture<QString>& path);
     QPoint restingPlace() const;
     void slideIn();
 
     const CaptureResult shot;
-    std::optional<QString> savedPath;
-    std::optional<QString> temporaryPath; ///< made for an earlier drag
+    std::optional<Exporter::Saving> saving; ///< as long as it has not failed
+    std::optional<QString> savedPath;       ///< once it is written
+    std::optional<QString> temporaryPath;   ///< made for an earlier drag
     const Settings& settings;
     Actions actions;
     bool isSaving = false;

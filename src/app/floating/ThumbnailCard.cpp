@@ -49,16 +49,22 @@ constexpr QColor closeColor{0x14, 0x12, 0x1C};
 constexpr double closeAlpha = 0.60;
 constexpr double closeHoveredAlpha = 0.86;
 
+} // namespace
+
 /// A symbol and a word; coloured under the pointer.
 class ThumbAction : public QAbstractButton {
 public:
-    ThumbAction(const QString& symbolName, const QString& title, QWidget* parent)
+    explicit ThumbAction(QWidget* parent)
         : QAbstractButton(parent)
-        , symbol(symbolName)
         , hover(this)
     {
-        setText(title);
         setFocusPolicy(Qt::NoFocus);
+    }
+
+    void setLook(const QString& symbolName, const QString& title)
+    {
+        symbol = symbolName;
+        setText(title); // which repaints
     }
 
 protected:
@@ -86,6 +92,8 @@ private:
     QString symbol;
     HoverFade hover;
 };
+
+namespace {
 
 /// The cross in the picture's corner; more solid while the pointer is on the card.
 class CloseButton : public QAbstractButton {
@@ -247,7 +255,8 @@ ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSa
     picture->setGeometry(place);
     picture->clicked = [this] { Q_EMIT editClicked(); };
     picture->dragged = [this](const QPixmap& pixmap) { dragOut(pixmap); };
-    addButtons(place, isSaved);
+    addButtons(place);
+    setSaved(isSaved);
 
     if (!translucent)
         cutToSheet(*this, rect(), Theme::thumbnailRadius);
@@ -255,7 +264,7 @@ ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSa
 
 ThumbnailPanel::~ThumbnailPanel() = default;
 
-void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
+void ThumbnailPanel::addButtons(const QRect& picture)
 {
     using Clicked = void (ThumbnailPanel::*)();
     struct Row {
@@ -264,8 +273,7 @@ void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
         Clicked clicked;
     };
     const std::array<Row, 3> rows{{
-        {isSaved ? u"folder"_s : u"square.and.arrow.down"_s, isSaved ? u"Mostrar"_s : u"Guardar"_s,
-            &ThumbnailPanel::saveClicked},
+        {{}, {}, &ThumbnailPanel::saveClicked}, // see `setSaved`
         {u"pencil.tip"_s, u"Anotar"_s, &ThumbnailPanel::editClicked},
         {u"doc.on.doc"_s, u"Copiar"_s, &ThumbnailPanel::copyClicked},
     }};
@@ -273,7 +281,10 @@ void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
     const int room = picture.width() - (count - 1) * actionGap;
     for (int index = 0; index < count; ++index) {
         const auto& row = rows[std::size_t(index)];
-        auto* action = new ThumbAction(row.symbol, row.title, this);
+        auto* action = new ThumbAction(this);
+        action->setLook(row.symbol, row.title);
+        if (index == 0)
+            saveButton = action;
         const int left = index * room / count + index * actionGap;
         const int right = (index + 1) * room / count + index * actionGap;
         action->setGeometry(
@@ -285,6 +296,12 @@ void ThumbnailPanel::addButtons(const QRect& picture, bool isSaved)
     close->setGeometry(picture.right() + 1 - target - 2, picture.top() + 2, target, target);
     connect(close, &QAbstractButton::clicked, this, &ThumbnailPanel::closeClicked);
     closeButton = close;
+}
+
+void ThumbnailPanel::setSaved(bool isSaved)
+{
+    saveButton->setLook(
+        isSaved ? u"folder"_s : u"square.and.arrow.down"_s, isSaved ? u"Mostrar"_s : u"Guardar"_s);
 }
 
 QRect ThumbnailPanel::sheet() const

@@ -9,6 +9,8 @@
 
 namespace pintalux {
 
+class ThumbAction;
+
 /// The window of the floating thumbnail: what is seen of it and how it answers the mouse.
 class ThumbnailPanel : public QWidget {
     Q_OBJECT
@@ -17,6 +19,9 @@ public:
     /// `pixelScale` is image pixels per point; `isSaved` decides between "Guardar" and "Mostrar".
     ThumbnailPanel(const QImage& image, double pixelScale, bool isSaved);
     ~ThumbnailPanel() override;
+
+    /// "Mostrar" or "Guardar".
+    void setSaved(bool isSaved);
 
     /// The card within the window, without its shadow; points.
     QRect sheet() const;
@@ -45,13 +50,14 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
-    void addButtons(const QRect& picture, bool isSaved);
+    void addButtons(const QRect& picture);
     void dragOut(const QPixmap& picture);
 
     bool translucent;
     bool dragging = false;
     bool retired = false;
     QWidget* closeButton = nullptr;
+    ThumbAction* saveButton = nullptr;
     QPoint gripPoint; ///< where the card's background was pressed; points of the window
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "render/export/Clipboard.h"
 
-#include "platform/base/Worker.h"
 #include "render/export/Exporter.h"
 
 #include <QBuffer>
@@ -9,7 +8,6 @@
 #include <QGuiApplication>
 #include <QImageWriter>
 #include <QMimeData>
-#include <QPointer>
 
 namespace pintalux::Clipboard {
 
@@ -55,35 +53,17 @@ private:
     QFuture<QByteArray> png;
 };
 
-/// Of its own, so that nobody who pastes waits for other work. The end of the application waits for it: a
-/// program that keeps what is copied may still have asked.
-QThreadPool& encodingPool()
-{
-    static QPointer<QThreadPool> pool;
-    if (!pool)
-        pool = new QThreadPool(QCoreApplication::instance());
-    return *pool;
-}
-
-void offer(QFuture<QByteArray> png)
-{
-    QGuiApplication::clipboard()->setMimeData(new PictureData(std::move(png))); // which owns it
-}
-
 } // namespace
 
 void copy(const QImage& image, double pixelScale)
 {
-    const auto encode
-        = [image, pixelScale] { return Exporter::pngData(image, pixelScale).value_or(QByteArray()); };
     if (!image.isNull())
-        offer(runOn(encodingPool(), encode));
+        copy(Exporter::encode(image, pixelScale));
 }
 
-void copy(const QByteArray& png)
+void copy(const QFuture<QByteArray>& png)
 {
-    if (!png.isEmpty())
-        offer(QtFuture::makeReadyFuture(png));
+    QGuiApplication::clipboard()->setMimeData(new PictureData(png)); // which owns it
 }
 
 void copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }

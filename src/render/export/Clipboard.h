@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFuture>
 #include <QImage>
 #include <QString>
 
@@ -15,8 +16,8 @@ namespace Clipboard {
 /// the clipboard as it is.
 void copy(const QImage& image, double pixelScale);
 
-/// The same from bytes that `Exporter::pngData` has made; none leave the clipboard as it is.
-void copy(const QByteArray& png);
+/// The same from bytes that `Exporter::encode` makes.
+void copy(const QFuture<QByteArray>& png);
 
 void copy(const QString& text);
 

@@ -3,6 +3,7 @@
 
 #include "platform/base/Error.h"
 #include "platform/base/Files.h"
+#include "platform/base/Worker.h"
 #include "platform/graphics/GraphicsContext.h"
 #include "platform/image/LargeImage.h"
 #include "platform/image/PngEncoder.h"
@@ -143,7 +144,8 @@ void removeOldPictures(const QString& folder)
 }
 
 /// Saves under the default name, or the first with a number that is free.
-QString saveInto(const QDir& folder, const QByteArray& png, const std::optional<QString>& name, Clock clock)
+QString saveInto(
+    const QDir& folder, const QByteArray& png, const std::optional<QString>& name, const Clock& clock)
 {
     auto candidate = folder.filePath(defaultFileName(name, clock()));
     // Asking first only spares the writing: what counts is that the name is free when the file gets it.
@@ -180,6 +182,15 @@ std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
     return PngEncoder::encode(image, pixelScale);
 }
 
+QFuture<QByteArray> encode(const QImage& image, double pixelScale)
+{
+    // Threads of its own, so that nobody who pastes waits for other work.
+    static QPointer<QThreadPool> pool;
+    if (!pool)
+        pool = new QThreadPool(QCoreApplication::instance());
+    return runOn(*pool, [image, pixelScale] { return pngData(image, pixelScale).value_or(QByteArray()); });
+}
+
 QString defaultFileName(const std::optional<QString>& name, const QDateTime& now)
 {
     const auto stamp
@@ -202,13 +213,13 @@ void write(const QByteArray& png, const QString& path)
 }
 
 QString quickSave(const QImage& image, double pixelScale, const QString& folder,
-    const std::optional<QString>& name, Clock clock)
+    const std::optional<QString>& name, const Clock& clock)
 {
     return quickSave(pngData(image, pixelScale).value_or(QByteArray()), folder, name, clock);
 }
 
 QString quickSave(
-    const QByteArray& png, const QString& folder, const std::optional<QString>& name, Clock clock)
+    const QByteArray& png, const QString& folder, const std::optional<QString>& name, const Clock& clock)
 {
     requireEncoded(png);
     makeFolders(folder);
@@ -222,6 +233,14 @@ QString quickSave(
     }
 }
 
+Saving startQuickSave(
+    const QFuture<QByteArray>& png, const QString& folder, const std::optional<QString>& name)
+{
+    const auto stamp = wallClock();
+    const auto save = [=] { return quickSave(png.result(), folder, name, [=] { return stamp; }); };
+    return {stamp, runOn(savingThread(), save)};
+}
+
 QThreadPool& savingThread()
 {
     static QPointer<QThreadPool> thread;
@@ -233,12 +252,13 @@ QThreadPool& savingThread()
 }
 
 std::optional<QString> temporaryFile(
-    const QImage& image, double pixelScale, const std::optional<QString>& name)
+    const QImage& image, double pixelScale, const std::optional<QString>& name, const QDateTime& now)
 {
-    return temporaryFile(pngData(image, pixelScale).value_or(QByteArray()), name);
+    return temporaryFile(pngData(image, pixelScale).value_or(QByteArray()), name, now);
 }
 
-std::optional<QString> temporaryFile(const QByteArray& png, const std::optional<QString>& name)
+std::optional<QString> temporaryFile(
+    const QByteArray& png, const std::optional<QString>& name, const QDateTime& now)
 {
     try {
         requireEncoded(png);
@@ -246,7 +266,7 @@ std::optional<QString> temporaryFile(const QByteArray& png, const std::optional<
         if (!folder)
             return std::nullopt;
         removeOldPictures(*folder);
-        const auto path = *folder + u'/' + defaultFileName(name);
+        const auto path = *folder + u'/' + defaultFileName(name, now);
         replaceFile(path, png, Audience::onlyOwner);
         return path;
     } catch (const Error&) {
