@@ -35,6 +35,10 @@ constexpr double repetitionOfScreens = 0.5;
 /// Bytes of pixels in a segment: few enough to balance the threads, enough not to lose repetitions.
 constexpr std::size_t segmentLength = 1'500'000;
 /// The first level at which photographs are no larger than the toolkit's; for screens it costs no time.
+///
+/// ISA-L compresses a 4K screen in 8 ms of processor time instead of 51 and a photograph in 75 instead of
+/// 620, but its files are 30 and 10 % larger (bench/deflate.cpp): more than the toolkit's. Hardly anybody
+/// waits for these threads, and a file is kept, sent and read for years.
 constexpr int compressionLevel = 5;
 /// What a filter reads to the left of the first pixel.
 constexpr std::size_t zerosBefore = 4;
