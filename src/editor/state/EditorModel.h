@@ -55,12 +55,8 @@ public:
 
     /// The stroke widths offered as buttons, in points.
     static constexpr std::array<double, 3> widths{2, 4, 7};
-    struct Range {
-        double lower;
-        double upper;
-    };
     /// What the width slider reaches, in points.
-    static constexpr Range strokeRange{thinnestStroke, thickestStroke};
+    static constexpr StrokeRange strokeRange{thinnestStroke, thickestStroke};
 
     /// The style comes from the settings, and what a person chooses goes there.
     EditorModel(const CaptureResult& shot, Settings& settings, QObject* parent = nullptr);

@@ -6,6 +6,12 @@
 
 namespace pintalux {
 
+/// Stroke widths from the least to the greatest; points.
+struct StrokeRange {
+    double lower;
+    double upper;
+};
+
 /// How the next mark is drawn.
 struct Style {
     /// As the person has left it: in colour, width, arrow, handwriting and callout. The rest starts anew with

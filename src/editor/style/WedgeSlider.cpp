@@ -27,7 +27,7 @@ constexpr int wheelNotch = 120;
 
 } // namespace
 
-WedgeSlider::WedgeSlider(const QString& name, EditorModel::Range limits, QWidget* parent)
+WedgeSlider::WedgeSlider(const QString& name, StrokeRange limits, QWidget* parent)
     : QAbstractSlider(parent)
     , range(limits)
     , current(limits.lower)

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/theme/Fade.h"
-#include "editor/state/EditorModel.h"
+#include "editor/state/Style.h"
 
 #include <QAbstractSlider>
 
@@ -16,7 +16,7 @@ class WedgeSlider : public QAbstractSlider {
     Q_OBJECT
 
 public:
-    WedgeSlider(const QString& name, EditorModel::Range range, QWidget* parent);
+    WedgeSlider(const QString& name, StrokeRange range, QWidget* parent);
 
     double points() const { return current; }
     /// Shows a width, as near as the range allows, without announcing it.
@@ -41,7 +41,7 @@ private:
     double knobX() const;
     void choose(double points);
 
-    EditorModel::Range range;
+    StrokeRange range;
     double current;
     double grabOffset = 0; ///< from the knob's centre to where it was taken
     int wheelAngle = 0;    ///< turned but not used, in eighths of a degree
