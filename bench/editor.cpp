@@ -18,6 +18,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <numbers>
@@ -201,6 +202,33 @@ void drawStroke(benchmark::State& state)
     state.counters["p95_ms"] = percentile(times, 0.95);
 }
 
+/// Hides nearly all of a capture just opened, in the style of the argument: the first event that shows the
+/// redaction, and all three together. 40 ms may pass from the release to the screen.
+void firstRedaction(benchmark::State& state)
+{
+    QElapsedTimer clock;
+    std::vector<double> slowest;
+    std::vector<double> together;
+    for (auto _ : state) {
+        Editor editor(capture(), false);
+        editor.model.setTool(Tool::blur);
+        editor.model.setBlurStyle(BlurStyle(state.range(0)));
+        std::vector<double> times;
+        const auto timed = [&](QEvent::Type type, QPointF at) {
+            clock.start();
+            editor.send(type, at);
+            times.push_back(double(clock.nsecsElapsed()) / 1e6);
+        };
+        timed(QEvent::MouseButtonPress, {60, 60});
+        timed(QEvent::MouseMove, {3700, 2100});
+        timed(QEvent::MouseButtonRelease, {3700, 2100});
+        slowest.push_back(*std::ranges::max_element(times));
+        together.push_back(times[0] + times[1] + times[2]);
+    }
+    state.counters["slowest_event_ms"] = percentile(slowest, 0.5);
+    state.counters["together_ms"] = percentile(together, 0.5);
+}
+
 void openCapture(benchmark::State& state)
 {
     const auto image = capture();
@@ -218,7 +246,7 @@ void resizeWindow(benchmark::State& state)
     }
 }
 
-/// Resident memory that an editor adds, its picture, both filtered copies and 200 undo steps included.
+/// Resident memory that an editor adds, its picture, the cells of its redactions and 200 undo steps included.
 void memory(benchmark::State& state)
 {
     double editorMegabytes = 0;
@@ -250,6 +278,7 @@ void memory(benchmark::State& state)
 BENCHMARK(copyFrame)->Unit(benchmark::kMillisecond);
 BENCHMARK(dragMark)->Arg(-1)->Arg(0)->Arg(30)->Unit(benchmark::kMillisecond)->Iterations(60);
 BENCHMARK(drawStroke)->Unit(benchmark::kMillisecond)->Iterations(2);
+BENCHMARK(firstRedaction)->Arg(0)->Arg(1)->ArgName("style")->Unit(benchmark::kMillisecond)->Iterations(9);
 BENCHMARK(openCapture)->Unit(benchmark::kMillisecond);
 BENCHMARK(resizeWindow)->Unit(benchmark::kMillisecond);
 BENCHMARK(memory)->Unit(benchmark::kMillisecond)->Iterations(1);

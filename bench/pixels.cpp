@@ -5,6 +5,7 @@
 #include "Pictures.h"
 #include "platform/image/ImageFilter.h"
 #include "platform/image/PngEncoder.h"
+#include "render/EffectCache.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -75,13 +76,21 @@ private:
     QImage copy;
 };
 
-void benchFilters(const QImage& frame, Table& table)
+/// A redaction of the whole frame, all made anew.
+void benchRedactions(const QImage& frame, Table& table)
 {
-    table.line("pixellate, cells of 9", 12, [&] { ImageFilter::pixellate(frame, 9); });
-    table.line("pixellate, cells of 18", 12, [&] { ImageFilter::pixellate(frame, 18); });
-    for (const double sigma : {1.0, 3.0, 6.0, 12.0, 24.0, 60.0, 200.0})
-        table.line(qPrintable(QString::asprintf("Gaussian blur, sigma %g", sigma)), sigma == 24 ? 60 : 0,
-            [&] { ImageFilter::gaussianBlur(frame, sigma); });
+    for (const double scale : {1.0, 2.0}) {
+        for (const auto style : allCases<BlurStyle>()) {
+            const bool cells = style == BlurStyle::pixelate;
+            const auto name = QString::asprintf("%s, scale %g", cells ? "pixellate" : "blur", scale);
+            table.line(qPrintable(name), cells ? 12 : 60, [&, style = style] {
+                EffectCache cache;
+                cache.image(style, frame, scale);
+            });
+        }
+        const auto name = QString::asprintf("cells alone, scale %g", scale);
+        table.line(qPrintable(name), 0, [&] { RedactionCells(frame, EffectCache::cellSide(scale)); });
+    }
 }
 
 void benchMasks(Table& table)
@@ -140,6 +149,6 @@ int main(int argc, char** argv)
     if (argc > 1)
         return 0;
     Table table(screen);
-    benchFilters(screen, table);
+    benchRedactions(screen, table);
     benchMasks(table);
 }

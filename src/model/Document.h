@@ -5,6 +5,10 @@
 
 #include <QImage>
 #include <QList>
+#include <QPoint>
+#include <QRect>
+
+#include <optional>
 
 namespace pintalux {
 
@@ -16,8 +20,18 @@ struct Document {
     QImage image;                  ///< the capture; annotating never changes it
     QList<Annotation> annotations; ///< drawing order, first is bottom-most
     double pixelScale = 1;         ///< image pixels per screen point
+    /// What a cropped image was cut from, as it was captured; null while the image is all of it. Redactions
+    /// are made from it, so that they look the same in every crop: from several different ones together,
+    /// what they hide could be reckoned.
+    QImage uncropped{};
+    QPoint cropOrigin{}; ///< where the image's top-left corner lies in `uncropped`
 
+    /// The picture as it was captured.
+    const QImage& capture() const { return uncropped.isNull() ? image : uncropped; }
     QSizeF imageSize() const { return image.size(); }
+    /// The same document cut to `area`, which lies within the image; the marks keep their places on the
+    /// picture. None when there is no memory for it.
+    std::optional<Document> cropped(const QRect& area) const;
     /// The first mark with this identity; null when there is none.
     const Annotation* annotation(const QUuid& id) const
     {

@@ -1,25 +1,55 @@
 // SPDX-License-Identifier: MIT
 #include "render/EffectCache.h"
 
-#include "platform/image/ImageFilter.h"
+#include <QColorSpace>
 
 #include <algorithm>
+#include <numeric>
+#include <vector>
 
 namespace pintalux {
 
+namespace {
+
+std::vector<int> upTo(int count)
+{
+    std::vector<int> all(std::size_t(std::max(0, count)));
+    std::iota(all.begin(), all.end(), 0);
+    return all;
+}
+
+} // namespace
+
 QImage EffectCache::image(BlurStyle style, const QImage& source, double pixelScale)
+{
+    return pixels(style, source, pixelScale, upTo(source.width()), upTo(source.height()));
+}
+
+QImage EffectCache::pixels(BlurStyle style, const QImage& source, double pixelScale,
+    std::span<const int> columns, std::span<const int> rows)
+{
+    if (!prepare(style, source, pixelScale))
+        return {};
+    auto made = style == BlurStyle::pixelate ? cells.pixellated(columns, rows) : blur.pixels(columns, rows);
+    made.setColorSpace(source.colorSpace());
+    return made;
+}
+
+bool EffectCache::prepare(BlurStyle style, const QImage& source, double pixelScale)
 {
     if (source.cacheKey() != sourceKey || pixelScale != sourceScale) {
         sourceKey = source.cacheKey();
         sourceScale = pixelScale;
-        images.fill({});
+        cells = {};
+        blur = {};
     }
-    auto& copy = images[std::size_t(style)];
-    if (copy.isNull() && !source.isNull()) {
-        copy = style == BlurStyle::pixelate ? ImageFilter::pixellate(source, std::max(9 * pixelScale, 6.0))
-                                            : ImageFilter::gaussianBlur(source, 12 * pixelScale);
-    }
-    return copy;
+    if (cells.isNull())
+        cells = RedactionCells(source, cellSide(pixelScale));
+    if (cells.isNull())
+        return false;
+    if (style == BlurStyle::blur && blur.isNull())
+        blur = RedactionBlur(cells, 12 * pixelScale);
+    return true;
 }
 
 } // namespace pintalux

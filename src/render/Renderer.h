@@ -48,6 +48,9 @@ QRectF paintedBounds(const Annotation& annotation, double pixelScale, double dev
 /// The same for the selection frame, or for the handles at `pointScale`.
 QRectF selectionBounds(const Annotation& annotation, double devicePixel);
 QRectF nodeBounds(const Annotation& annotation, double pointScale);
+/// What a redaction covers, in whole document pixels: more than its rectangle, of which no pixel shall be
+/// seen, not even at a rounded corner.
+QRect redactedRegion(const Annotation& mark, double pixelScale);
 
 /// Paints one mark; user space is document pixels. `drawText` false leaves out the letters of text marks, not
 /// their bubbles and shadows.

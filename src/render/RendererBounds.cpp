@@ -25,7 +25,7 @@ QRectF shape(const Annotation& mark, double scale)
         // The white rim is a tenth of the radius at most; glyphs may leave their line boxes.
         return expanded(mark.bounds(), mark.fontSize + width + 2 * scale);
     case AnnotationKind::blur:
-        return expanded(mark.rect(), 1);
+        return redactedRegion(mark, scale);
     case AnnotationKind::rectangle:
     case AnnotationKind::ellipse:
     case AnnotationKind::line:

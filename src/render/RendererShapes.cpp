@@ -4,6 +4,10 @@
 #include "platform/graphics/Geometry.h"
 #include "render/RendererInternal.h"
 
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
 namespace pintalux::Renderer {
 
 void drawShape(const Annotation& mark, const MarkContext& context)
@@ -45,23 +49,35 @@ void drawFreehand(const Annotation& mark, const MarkContext& context)
     graphics.stroke(path, {mark.color, 5 * mark.lineWidth, Qt::SquareCap});
 }
 
+QRect redactedRegion(const Annotation& mark, double pixelScale)
+{
+    // A rounding of 4 points takes up to 1.2 points off the corner, each way.
+    const int margin = int(std::ceil(1.2 * pixelScale));
+    return mark.rect().toAlignedRect().adjusted(-margin, -margin, margin, margin);
+}
+
 void drawBlur(const Annotation& mark, const MarkContext& context)
 {
     const auto rect = mark.rect();
     if (rect.width() <= 1 || rect.height() <= 1)
         return;
-    const auto& image = context.document.image;
-    const auto copy = context.cache.image(mark.blurStyle, image, context.scale());
-    if (copy.isNull())
-        return;
-    // A half-covered edge pixel would let half of what is to be hidden through: the region grows to whole
-    // pixels. Its corners are its own: where it goes beyond the image, the image's corner is hidden too.
-    const QRectF region = rect.toAlignedRect();
-    const QRectF shown = region & QRectF(image.rect());
+    const auto& document = context.document;
+    const double scale = context.scale();
+    const auto region = redactedRegion(mark, scale);
+    // The rounding is for the looks; about as small as a cell, there is none to see.
+    const bool small = std::min(region.width(), region.height()) < 2 * EffectCache::cellSide(scale);
     auto& graphics = context.graphics;
-    graphics.clip(Draw::roundedRect(region, 4 * context.scale()));
-    graphics.setInterpolation(GraphicsContext::Interpolation::none);
-    graphics.drawImage(copy, shown, shown);
+    graphics.clip(Draw::roundedRect(region, small ? 0 : 4 * scale));
+    const auto inCapture = [](std::span<const int> pixels, int origin) {
+        std::vector<int> moved(pixels.begin(), pixels.end());
+        for (int& pixel : moved)
+            pixel += origin;
+        return moved;
+    };
+    graphics.drawPixels(region & document.image.rect(), [&](auto columns, auto rows) {
+        return context.cache.pixels(mark.blurStyle, document.capture(), scale,
+            inCapture(columns, document.cropOrigin.x()), inCapture(rows, document.cropOrigin.y()));
+    });
 }
 
 void drawInsertedImage(const Annotation& mark, const MarkContext& context)

@@ -6,8 +6,10 @@
 
 #include <QPaintDevice>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace pintalux {
 
@@ -96,6 +98,19 @@ double reducedSigma(double sigma, int reduction)
 }
 
 bool isWhole(double value) { return std::abs(value - std::round(value)) < 1e-3; }
+
+/// The pixels from `least` to `most` under the middles of `count` device pixels from `first` on, where device
+/// pixel x lies at `scale` · x + `offset`.
+std::vector<int> pixelsUnder(int first, int count, double scale, double offset, int least, int most)
+{
+    // A middle that falls between two pixels shall not be tossed about by the arithmetic.
+    constexpr double hair = 1e-6;
+    std::vector<int> pixels;
+    pixels.reserve(std::size_t(count));
+    for (int x = first; x < first + count; ++x)
+        pixels.push_back(std::clamp(int(std::floor((x + 0.5) * scale + offset + hair)), least, most));
+    return pixels;
+}
 
 } // namespace
 
@@ -279,6 +294,27 @@ void GraphicsContext::drawImage(const QImage& image, const QRectF& rect, const Q
     const auto part = source == QRectF(image.rect()) ? image : image.copy(source.toAlignedRect());
     painter.drawImage(toDevice.inverted().mapRect(QRectF(whole)),
         part.scaled(whole.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+void GraphicsContext::drawPixels(const QRect& rect, const PixelSource& source)
+{
+    constexpr int pixelsPerBand = 1 << 20; // small enough to be painted before it leaves the caches
+    const auto toDevice = painter.deviceTransform();
+    const auto device = toDevice.mapRect(QRectF(rect)).toAlignedRect() & visibleDevicePixels();
+    if (device.isEmpty())
+        return;
+    const auto toUser = toDevice.inverted();
+    const auto columns
+        = pixelsUnder(device.left(), device.width(), toUser.m11(), toUser.dx(), rect.left(), rect.right());
+    const auto rows
+        = pixelsUnder(device.top(), device.height(), toUser.m22(), toUser.dy(), rect.top(), rect.bottom());
+    const int rowsPerBand = std::max(1, pixelsPerBand / device.width());
+    for (int first = 0; first < device.height(); first += rowsPerBand) {
+        const int count = std::min(rowsPerBand, device.height() - first);
+        const auto band = source(columns, std::span(rows).subspan(std::size_t(first), std::size_t(count)));
+        if (!band.isNull())
+            drawInDevicePixels(band, QRect(device.left(), device.top() + first, device.width(), count));
+    }
 }
 
 } // namespace pintalux

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 
 namespace pintalux {
 
@@ -93,6 +94,12 @@ public:
     /// reduced covers all device pixels that `rect` touches, by less than one on each side.
     void drawImage(const QImage& image, const QRectF& rect, const QRectF& source);
     void drawImage(const QImage& image, const QRectF& rect) { drawImage(image, rect, QRectF(image.rect())); }
+    /// The picture of some columns and rows of user space, one pixel where two of them cross; null when it
+    /// cannot be made.
+    using PixelSource = std::function<QImage(std::span<const int> columns, std::span<const int> rows)>;
+    /// Fills `rect`, whole pixels of user space, with what is made for it: each device pixel shows the user
+    /// pixel under its middle. Only what is visible is made, in bands. Without turning; never casts a shadow.
+    void drawPixels(const QRect& rect, const PixelSource& source);
 
 private:
     using Painting = std::function<void(QPainter&)>;

@@ -140,32 +140,28 @@ std::array<double, 4> splineWeights(double t)
 // ---- planes of numbers
 
 struct FloatPlane {
-    FloatPlane(int width, int height, int channels)
+    FloatPlane(int width, int height)
         : width(width)
         , height(height)
-        , channels(channels)
-        , values(std::size_t(width) * std::size_t(height) * std::size_t(channels))
+        , values(std::size_t(width) * std::size_t(height))
     {
     }
 
-    float* row(int y) { return values.data() + std::size_t(y) * std::size_t(rowLength()); }
-    const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(rowLength()); }
-    int rowLength() const { return width * channels; }
+    float* row(int y) { return values.data() + std::size_t(y) * std::size_t(width); }
+    const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width); }
 
     int width;
     int height;
-    int channels;
     std::vector<float> values;
 };
 
-/// Weighted sums of a plane's rows; rows beyond the edges repeat the edge or hold zeros.
+/// Weighted sums of a plane's rows; rows beyond the edges hold zeros.
 template <typename Plane, typename Sample> class RowSums {
 public:
-    RowSums(const Plane& plane, const Kernel& kernel, BlurEdge edge)
+    RowSums(const Plane& plane, const Kernel& kernel)
         : plane(plane)
         , kernel(kernel)
-        , edge(edge)
-        , zeros(edge == BlurEdge::zero ? std::size_t(plane.rowLength()) : 0)
+        , zeros(std::size_t(plane.width))
         , rows(kernel.weights.size())
     {
     }
@@ -175,120 +171,87 @@ public:
     {
         for (std::size_t j = 0; j < rows.size(); ++j)
             rows[j] = row(y + kernel.first + static_cast<int>(j));
-        weightedSum(rows, kernel.weights, sums, plane.rowLength());
+        weightedSum(rows, kernel.weights, sums, plane.width);
     }
 
 private:
-    const Sample* row(int y) const
-    {
-        const bool outside = y < 0 || y >= plane.height;
-        if (outside && edge == BlurEdge::zero)
-            return zeros.data();
-        return plane.row(std::clamp(y, 0, plane.height - 1));
-    }
+    const Sample* row(int y) const { return y < 0 || y >= plane.height ? zeros.data() : plane.row(y); }
 
     const Plane& plane;
     const Kernel& kernel;
-    BlurEdge edge;
     std::vector<Sample> zeros;
     std::vector<const Sample*> rows;
 };
 
-/// A row of numbers with room beyond both ends for what a kernel reaches.
+/// A row of numbers with zeros beyond both ends for what a kernel reaches.
 class PaddedRow {
 public:
-    PaddedRow(int width, int channels, int before, int after)
-        : width(width)
-        , channels(channels)
-        , before(before)
-        , after(after)
-        , values(std::size_t(before + width + after) * std::size_t(channels))
+    PaddedRow(int width, int before, int after)
+        : before(before)
+        , values(std::size_t(before + width + after))
     {
     }
 
-    float* data() { return pixel(0); }
-    float* pixel(int x) { return values.data() + std::ptrdiff_t(before + x) * channels; }
-
-    /// Fills the room beyond the ends from the row's edge pixels; with zeros it is filled already.
-    void extend(BlurEdge edge)
-    {
-        if (edge == BlurEdge::zero)
-            return;
-        for (int x = -before; x < 0; ++x)
-            std::copy_n(pixel(0), channels, pixel(x));
-        for (int x = width; x < width + after; ++x)
-            std::copy_n(pixel(width - 1), channels, pixel(x));
-    }
+    float* data() { return at(0); }
+    float* at(int x) { return values.data() + std::ptrdiff_t(before + x); }
 
 private:
-    int width;
-    int channels;
     int before;
-    int after;
     std::vector<float> values;
 };
 
 /// Convolves columns and then rows, row by row: `store(y, sums)` receives the finished ones.
 template <typename Plane, typename Sample, typename Store>
-void convolve(
-    const Plane& plane, const Kernel& kernel, BlurEdge edge, int first, int last, const Store& store)
+void convolve(const Plane& plane, const Kernel& kernel, int first, int last, const Store& store)
 {
-    const int channels = plane.channels;
     const int reach = -kernel.first;
-    RowSums<Plane, Sample> columns(plane, kernel, edge);
-    PaddedRow padded(plane.width, channels, reach, reach + 4);
+    RowSums<Plane, Sample> columns(plane, kernel);
+    PaddedRow padded(plane.width, reach, reach + 4);
     std::vector<const float*> shifted;
     for (std::size_t j = 0; j < kernel.weights.size(); ++j)
-        shifted.push_back(padded.pixel(kernel.first + static_cast<int>(j)));
-    std::vector<float> sums(std::size_t(plane.rowLength()));
+        shifted.push_back(padded.at(kernel.first + static_cast<int>(j)));
+    std::vector<float> sums(std::size_t(plane.width));
     for (int y = first; y < last; ++y) {
         columns.sum(y, padded.data());
-        padded.extend(edge);
-        weightedSum(shifted, kernel.weights, sums.data(), plane.rowLength());
+        weightedSum(shifted, kernel.weights, sums.data(), plane.width);
         store(y, sums.data());
     }
 }
 
 int rowsPerThread(int rowLength) { return samplesPerThread / std::max(1, rowLength) + 1; }
 
-void blurDirectly(const Bytes& source, const SamplePlane<std::uint8_t>& target, double sigma, BlurEdge edge)
+void blurDirectly(const Bytes& source, const SamplePlane<std::uint8_t>& target, double sigma)
 {
     const Kernel kernel = gaussianKernel(sigma);
-    parallelRanges(source.height, rowsPerThread(source.rowLength()), [&](int first, int last) {
-        convolve<Bytes, std::uint8_t>(source, kernel, edge, first, last,
-            [&](int y, const float* sums) { roundToBytes(sums, target.row(y), target.rowLength()); });
+    parallelRanges(source.height, rowsPerThread(source.width), [&](int first, int last) {
+        convolve<Bytes, std::uint8_t>(source, kernel, first, last,
+            [&](int y, const float* sums) { roundToBytes(sums, target.row(y), target.width); });
     });
 }
 
 // ---- reduction and enlargement
 
-template <int channels>
 void reduceRow(PaddedRow& wide, const Kernel& tent, int factor, float* narrow, int narrowWidth)
 {
     for (int k = 0; k < narrowWidth; ++k) {
-        const float* pixel = wide.pixel((k - margin) * factor + tent.first);
-        std::array<float, channels> sums{};
+        const float* samples = wide.at((k - margin) * factor + tent.first);
+        float sum = 0;
         for (int j = 0; j <= tent.reach - tent.first; ++j)
-            for (int channel = 0; channel < channels; ++channel)
-                sums[channel] += tent.weights[std::size_t(j)] * pixel[j * channels + channel];
-        std::copy(sums.begin(), sums.end(), narrow + std::ptrdiff_t(k) * channels);
+            sum += tent.weights[std::size_t(j)] * samples[j];
+        narrow[k] = sum;
     }
 }
 
-FloatPlane reduce(const Bytes& source, const Kernel& tent, int factor, BlurEdge edge)
+FloatPlane reduce(const Bytes& source, const Kernel& tent, int factor)
 {
     const auto reduced = [&](int length) { return (length + factor - 1) / factor + 2 * margin; };
-    FloatPlane plane(reduced(source.width), reduced(source.height), source.channels);
-    parallelRanges(plane.height, rowsPerThread(source.rowLength() * factor), [&](int first, int last) {
-        RowSums<Bytes, std::uint8_t> columns(source, tent, edge);
-        PaddedRow wide(source.width, source.channels, (margin + 2) * factor, (margin + 3) * factor);
+    FloatPlane plane(reduced(source.width), reduced(source.height));
+    parallelRanges(plane.height, rowsPerThread(source.width * factor), [&](int first, int last) {
+        RowSums<Bytes, std::uint8_t> columns(source, tent);
+        PaddedRow wide(source.width, (margin + 2) * factor, (margin + 3) * factor);
         for (int k = first; k < last; ++k) {
             columns.sum((k - margin) * factor, wide.data());
-            wide.extend(edge);
-            if (source.channels == 1)
-                reduceRow<1>(wide, tent, factor, plane.row(k), plane.width);
-            else
-                reduceRow<4>(wide, tent, factor, plane.row(k), plane.width);
+            reduceRow(wide, tent, factor, plane.row(k), plane.width);
         }
     });
     return plane;
@@ -320,24 +283,21 @@ struct Enlargement {
     std::vector<std::array<float, 4>> weights;
 };
 
-template <int channels>
 void enlargeRow(const float* narrow, const Enlargement& enlargement, float* wide, int width)
 {
     for (int x = 0; x < width; ++x) {
-        const float* samples = narrow + std::ptrdiff_t(enlargement.firstSample(x)) * channels;
+        const float* samples = narrow + enlargement.firstSample(x);
         const float* weights = enlargement.weightsOf(x);
-        for (int channel = 0; channel < channels; ++channel)
-            wide[std::ptrdiff_t(x) * channels + channel] = weights[0] * samples[channel]
-                + weights[1] * samples[channels + channel] + weights[2] * samples[2 * channels + channel]
-                + weights[3] * samples[3 * channels + channel];
+        wide[x] = weights[0] * samples[0] + weights[1] * samples[1] + weights[2] * samples[2]
+            + weights[3] * samples[3];
     }
 }
 
 void enlarge(const FloatPlane& plane, int factor, const SamplePlane<std::uint8_t>& target)
 {
     const Enlargement enlargement(factor);
-    parallelRanges(target.height, rowsPerThread(target.rowLength()), [&](int first, int last) {
-        FloatPlane wide(target.width, 4, target.channels); // reduced row k at k % 4
+    parallelRanges(target.height, rowsPerThread(target.width), [&](int first, int last) {
+        FloatPlane wide(target.width, 4); // reduced row k at k % 4
         int ready = enlargement.firstSample(first) - 1;
         std::vector<const float*> rows(4);
         std::vector<float> weights(4);
@@ -346,14 +306,11 @@ void enlarge(const FloatPlane& plane, int factor, const SamplePlane<std::uint8_t
             const int sample = enlargement.firstSample(y);
             while (ready < sample + 3) {
                 ++ready;
-                if (target.channels == 1)
-                    enlargeRow<1>(plane.row(ready), enlargement, wide.row(ready % 4), target.width);
-                else
-                    enlargeRow<4>(plane.row(ready), enlargement, wide.row(ready % 4), target.width);
+                enlargeRow(plane.row(ready), enlargement, wide.row(ready % 4), target.width);
             }
             std::copy_n(enlargement.weightsOf(y), 4, weights.begin());
-            for (int start = 0; start < target.rowLength(); start += tileLength) {
-                const int length = std::min(tileLength, target.rowLength() - start);
+            for (int start = 0; start < target.width; start += tileLength) {
+                const int length = std::min(tileLength, target.width - start);
                 for (int j = 0; j < 4; ++j)
                     rows[std::size_t(j)] = wide.row((sample + j) % 4) + start;
                 weightedSum(rows, weights, sums.data(), length);
@@ -363,37 +320,36 @@ void enlarge(const FloatPlane& plane, int factor, const SamplePlane<std::uint8_t
     });
 }
 
-void blurReduced(
-    const Bytes& source, const SamplePlane<std::uint8_t>& target, double sigma, int factor, BlurEdge edge)
+void blurReduced(const Bytes& source, const SamplePlane<std::uint8_t>& target, double sigma, int factor)
 {
     const Kernel tent = tentKernel(factor);
     const double splineVariance = factor * factor / 3.0;
     const double rest = sigma * sigma - variance(tent, (factor - 1) / 2.0) - splineVariance;
-    const FloatPlane reduced = reduce(source, tent, factor, edge);
-    FloatPlane blurred(reduced.width, reduced.height, reduced.channels);
+    const FloatPlane reduced = reduce(source, tent, factor);
+    FloatPlane blurred(reduced.width, reduced.height);
     const Kernel kernel = gaussianKernel(std::sqrt(rest) / factor);
-    parallelRanges(reduced.height, rowsPerThread(reduced.rowLength()), [&](int first, int last) {
-        convolve<FloatPlane, float>(reduced, kernel, edge, first, last,
-            [&](int y, const float* sums) { std::copy_n(sums, blurred.rowLength(), blurred.row(y)); });
+    parallelRanges(reduced.height, rowsPerThread(reduced.width), [&](int first, int last) {
+        convolve<FloatPlane, float>(reduced, kernel, first, last,
+            [&](int y, const float* sums) { std::copy_n(sums, blurred.width, blurred.row(y)); });
     });
     enlarge(blurred, factor, target);
 }
 
 } // namespace
 
-void gaussianBlur(const SamplePlane<const std::uint8_t>& source, const SamplePlane<std::uint8_t>& target,
-    double sigma, BlurEdge edge)
+void gaussianBlur(
+    const SamplePlane<const std::uint8_t>& source, const SamplePlane<std::uint8_t>& target, double sigma)
 {
     if (!(sigma >= 0.2)) {
         for (int y = 0; y < source.height; ++y)
-            std::memcpy(target.row(y), source.row(y), std::size_t(source.rowLength()));
+            std::memcpy(target.row(y), source.row(y), std::size_t(source.width));
         return;
     }
     const int factor = static_cast<int>(std::min(sigma, 1e4) * reductionPerSigma);
     if (factor < 2)
-        blurDirectly(source, target, sigma, edge);
+        blurDirectly(source, target, sigma);
     else
-        blurReduced(source, target, sigma, factor, edge);
+        blurReduced(source, target, sigma, factor);
 }
 
 } // namespace pintalux

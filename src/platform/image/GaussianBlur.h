@@ -6,29 +6,22 @@
 
 namespace pintalux {
 
-/// Interleaved 8-bit samples somewhere in memory, rows from the top.
+/// 8-bit samples somewhere in memory, rows from the top.
 template <typename Byte> struct SamplePlane {
     Byte* samples;
     std::ptrdiff_t stride; ///< bytes from one row to the next
-    int width;             ///< pixels
-    int height;            ///< pixels
-    int channels;          ///< samples of a pixel, 1 or 4
+    int width;
+    int height;
 
     Byte* row(int y) const { return samples + y * stride; }
-    int rowLength() const { return width * channels; }
 };
 
-/// What lies beyond the plane's edges.
-enum class BlurEdge {
-    repeat, ///< the edge pixels, without end
-    zero,
-};
-
-/// Writes to `target` the Gaussian blur of `source`, within about one level of the true one.
+/// Writes to `target` the Gaussian blur of `source`, within about one level of the true one. Beyond the edges
+/// there are zeros.
 ///
-/// The planes have the same size and do not overlap. `sigma` is in pixels; below 0.2, where a Gaussian
+/// The planes have the same size and do not overlap. `sigma` is in samples; below 0.2, where a Gaussian
 /// changes nothing, the samples are copied.
-void gaussianBlur(const SamplePlane<const std::uint8_t>& source, const SamplePlane<std::uint8_t>& target,
-    double sigma, BlurEdge edge);
+void gaussianBlur(
+    const SamplePlane<const std::uint8_t>& source, const SamplePlane<std::uint8_t>& target, double sigma);
 
 } // namespace pintalux

@@ -177,6 +177,13 @@ QImage render(const Document& document, const BeautifySettings& beautify, Effect
     return image;
 }
 
+QImage redacted(const Document& document, EffectCache& cache)
+{
+    auto readable = document;
+    readable.annotations.removeIf([](const auto& mark) { return mark.kind != AnnotationKind::blur; });
+    return readable.annotations.isEmpty() ? document.image : render(readable, {.enabled = false}, cache);
+}
+
 std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
 {
     return PngEncoder::encode(image, pixelScale);

@@ -35,6 +35,8 @@ inline QDateTime wallClock() { return QDateTime::currentDateTime(); }
 /// The composition as one picture, sRGB with premultiplied alpha. Null when a side is shorter than a pixel,
 /// when it would take more than 1 GiB, and when there is no memory for it.
 QImage render(const Document& document, const BeautifySettings& beautify, EffectCache& cache);
+/// The image with its redactions and no other mark: what may be read of it. Null as above.
+QImage redacted(const Document& document, EffectCache& cache);
 
 /// None when the picture is empty or cannot be encoded.
 std::optional<QByteArray> pngData(const QImage& image, double pixelScale);

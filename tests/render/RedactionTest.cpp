@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "Scene.h"
+#include "render/export/Exporter.h"
+
+namespace pintalux {
+namespace {
+
+using namespace testing_scene;
+
+Annotation redaction(BlurStyle style, QPointF start, QPointF end)
+{
+    auto made = mark(AnnotationKind::blur, start, end);
+    made.blurStyle = style;
+    return made;
+}
+
+/// How many pixels of `area` are not what the redacted copy of `capture` shows.
+int strangePixels(const QImage& image, const QImage& filtered, const QRect& area)
+{
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            count += image.pixel(x, y) != filtered.pixel(x, y);
+    return count;
+}
+
+TEST(Redaction, LeavesNothingInsideAndChangesNothingAround)
+{
+    const auto capture = noise(300, 200);
+    for (const double scale : {0.5, 1.0, 1.25, 1.5, 2.0, 3.0}) {
+        for (const auto style : allCases<BlurStyle>()) {
+            EffectCache cache;
+            const auto filtered = cache.image(style, capture, scale);
+            // Of all sizes, with edges between pixels, at the picture's border.
+            for (const QRectF& rect : {QRectF(40, 30, 160, 120), QRectF(40.4, 30.6, 160.1, 119.6),
+                     QRectF(100, 100, 5, 5), QRectF(100, 100, 2, 60), QRectF(80.5, 80.5, 1.5, 1.5),
+                     QRectF(60, 60, 60, 40), QRectF(60, 60, 30, 9), QRectF(0, 0, 90, 50),
+                     QRectF(250, 160, 50, 40), QRectF(0, 100, 4, 4)}) {
+                const auto image
+                    = drawn(capture, {redaction(style, rect.topLeft(), rect.bottomRight())}, scale);
+                EXPECT_EQ(strangePixels(image, filtered, rect.toAlignedRect() & capture.rect()), 0)
+                    << rect.width() << " x " << rect.height() << " at " << rect.x() << " scale " << scale;
+                const int margin = int(std::ceil(1.2 * scale));
+                const auto most = rect.toAlignedRect().adjusted(-margin, -margin, margin, margin);
+                EXPECT_TRUE(most.contains(difference(image, capture))) << rect.width() << " scale " << scale;
+            }
+        }
+    }
+}
+
+TEST(Redaction, BeyondTheImagesEdgesItHidesTheCornersToo)
+{
+    const auto capture = noise(120, 80);
+    for (const auto style : allCases<BlurStyle>()) {
+        EffectCache cache;
+        EXPECT_EQ(
+            drawn(capture, {redaction(style, {-20, -20}, {140, 100})}, 2), cache.image(style, capture, 2));
+        EXPECT_EQ(drawn(capture, {redaction(style, {130, -20}, {140, 100})}, 2), capture)
+            << "all of it lies outside";
+    }
+}
+
+TEST(Redaction, HasNoFringeAtTheImagesEdges)
+{
+    const auto capture = plain(203, 101, QColor(200, 40, 90));
+    for (const auto style : allCases<BlurStyle>())
+        EXPECT_EQ(drawn(capture, {redaction(style, {-20, -20}, {400, 400})}, 2), capture);
+}
+
+TEST(Redaction, ShowsTheSameCellsInEveryCrop)
+{
+    const auto capture = noise(400, 300);
+    for (const auto style : allCases<BlurStyle>()) {
+        const Document whole{capture, {redaction(style, {120, 90}, {330, 260})}, 1};
+        const auto expected = drawn(whole);
+        const auto once = *whole.cropped({37, 41, 341, 247});
+        const auto twice = *once.cropped({50, 20, 200, 180});
+        EXPECT_EQ(drawn(once), expected.copy(37, 41, 341, 247));
+        EXPECT_EQ(drawn(twice), expected.copy(87, 61, 200, 180));
+        EXPECT_EQ(twice.image, capture.copy(87, 61, 200, 180));
+        EXPECT_EQ(twice.capture().cacheKey(), capture.cacheKey()) << "the pixels were copied";
+    }
+}
+
+TEST(Redaction, WhatMayBeReadOfADocumentHasItsRedactionsAndNoOtherMark)
+{
+    const auto capture = noise(200, 120);
+    EffectCache cache;
+    Document document{capture, {mark(AnnotationKind::rectangle, {10, 10}, {60, 60})}, 1};
+    EXPECT_EQ(Exporter::redacted(document, cache), capture);
+    const auto hidden = redaction(BlurStyle::pixelate, {80, 20}, {160, 90});
+    document.annotations << hidden;
+    EXPECT_EQ(Exporter::redacted(document, cache), drawn(capture, {hidden}));
+}
+
+TEST(EffectCache, MakesItsCellsOnceForAnImage)
+{
+    EffectCache cache;
+    const auto first = noise(64, 64);
+    const auto second = noise(64, 64).mirrored();
+    const std::vector<int> all{0, 10, 20, 30};
+    for (const auto style : allCases<BlurStyle>()) {
+        const auto shown = cache.pixels(style, first, 1, all, all);
+        EXPECT_NE(cache.pixels(style, second, 1, all, all), shown);
+        EXPECT_EQ(cache.pixels(style, first, 1, all, all), shown);
+        EXPECT_NE(cache.pixels(style, first, 2, all, all), shown);
+        EXPECT_TRUE(cache.image(style, QImage(), 1).isNull());
+    }
+}
+
+TEST(EffectCache, CellsAreNinePointsAndNeverBelowSixPixels)
+{
+    for (const auto& [scale, cell] : {std::pair(1.0, 9), std::pair(2.0, 18), std::pair(0.5, 6)}) {
+        EffectCache cache;
+        const auto image = cache.image(BlurStyle::pixelate, noise(90, 90), scale);
+        for (int x = 1; x < 90; ++x)
+            EXPECT_EQ(image.pixel(x, 0) != image.pixel(x - 1, 0), x % cell == 0) << scale << " at " << x;
+    }
+}
+
+} // namespace
+} // namespace pintalux
