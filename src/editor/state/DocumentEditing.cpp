@@ -65,13 +65,7 @@ std::optional<Document> DocumentEditing::cropped(const Document& document, const
     const auto area = outwardRounded(rect) & document.image.rect();
     const bool largeEnough = area.width() >= leastCrop && area.height() >= leastCrop
         && rect.width() >= leastCrop && rect.height() >= leastCrop;
-    auto cut = document;
-    cut.image = largeEnough ? document.image.copy(area) : QImage();
-    if (cut.image.isNull())
-        return std::nullopt;
-    for (auto& mark : cut.annotations)
-        mark.offset(-QPointF(area.topLeft()));
-    return cut;
+    return largeEnough ? document.cropped(area) : std::nullopt;
 }
 
 } // namespace pintalux
