@@ -137,7 +137,8 @@ void EditorWindowController::pin()
 
 void EditorWindowController::extractText()
 {
-    OCR::recognize(editorModel.doc().image, [](const std::optional<QString>& text) {
+    const auto readable = Exporter::redacted(editorModel.doc(), editorModel.cache());
+    OCR::recognize(readable, [](const std::optional<QString>& text) {
         if (!text || text->isEmpty())
             return HUD::show(u"No se encontró texto"_s, u"text.magnifyingglass"_s);
         Clipboard::copy(*text);
