@@ -90,7 +90,7 @@ double strength(double deviation)
         return 0;
     if (deviation < 9)
         return 5;
-    return deviation < 60 ? 26 : 70;
+    return deviation < 60 ? 30 : 70;
 }
 
 /// Which colour goes up with the weight, and how strongly, in four levels and few directions.
@@ -121,6 +121,15 @@ Color contrastOf(const std::vector<std::uint32_t>& cells, const Color& mean)
     return contrast;
 }
 
+/// The same towards grey and at most as strong as that of text; as it is where mostly the transparency differs.
+Color calm(const Color& contrast)
+{
+    constexpr double most = 30;
+    const double largest = std::max({std::abs(contrast[0]), std::abs(contrast[1]), std::abs(contrast[2])});
+    const double strength = std::min(largest, most);
+    return contrast[3] == 0 ? Color{strength, strength, strength, 0} : contrast;
+}
+
 Block blockOf(const std::vector<std::uint32_t>& cells)
 {
     Color mean{};
@@ -132,8 +141,9 @@ Block blockOf(const std::vector<std::uint32_t>& cells)
     if (!ground)
         return {coarse(mean), contrast};
     // The grain's lowest value then is the ground itself, and all else lies to the side of what is on it.
+    // The colour of what is on it would tint a redacted line after a button beside it.
     const auto color = colorOf(*ground);
-    const auto away = weight(mean) < weight(color) ? contrast * -1 : contrast;
+    const auto away = calm(contrast) * (weight(mean) < weight(color) ? -1 : 1);
     return {color + away * -lowestGrain, away};
 }
 
