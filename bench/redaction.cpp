@@ -133,7 +133,8 @@ double difference(const std::vector<QImage>& a, const std::vector<QImage>& b, do
     return sum;
 }
 
-/// From left to right: of all beginnings, the few that come closest in what lies before their end.
+/// From left to right: of all beginnings, the few that come closest in what lies before their end. In the
+/// place of what follows stand characters of middling darkness.
 QString spell(Target& target, const std::vector<QImage>& seen, int kept)
 {
     std::vector<QString> beginnings{QString()};
@@ -142,8 +143,10 @@ QString spell(Target& target, const std::vector<QImage>& seen, int kept)
         for (const auto& beginning : beginnings)
             for (const QChar letter : target.alphabet) {
                 const QString text = beginning + letter;
-                const double end = length == target.scene.length ? 1e9 : target.endOf(text);
-                longer.emplace_back(difference(target.exports(text), seen, end), text);
+                const auto rest
+                    = QString(target.scene.length - length, target.alphabet[target.alphabet.size() / 2]);
+                const double end = rest.isEmpty() ? 1e9 : target.endOf(text);
+                longer.emplace_back(difference(target.exports(text + rest), seen, end), text);
             }
         std::ranges::sort(longer);
         beginnings.clear();

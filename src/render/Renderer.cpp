@@ -21,12 +21,18 @@ void draw(const Document& document, const BeautifySettings& beautify, EffectCach
     {
         const GraphicsContext::Saved saved(context);
         enterPicture(document, beautify, context);
+        const QRectF composition(QPointF(), compositionSize(document.image, beautify, document.pixelScale));
+        const auto behind = backdrop(document, beautify, [&](GraphicsContext& cleared) {
+            const GraphicsContext::Saved blended(cleared);
+            cleared.setBlendMode(QPainter::CompositionMode_Clear);
+            cleared.fill(composition, QColor(Qt::black));
+        });
         for (const auto& mark : document.annotations)
             if (overlay.hiddenID != mark.id)
-                drawAnnotation(mark, document, cache, context, true);
+                drawAnnotation(mark, document, cache, context, true, behind);
         if (overlay.draft)
             drawAnnotation(
-                *overlay.draft, document, cache, context, overlay.glyphlessID != overlay.draft->id);
+                *overlay.draft, document, cache, context, overlay.glyphlessID != overlay.draft->id, behind);
     }
     drawOverlay(document, beautify, overlay, context);
 }
@@ -77,10 +83,10 @@ void drawOverlay(const Document& document, const BeautifySettings& beautify, con
 }
 
 void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,
-    GraphicsContext& graphics, bool withText)
+    GraphicsContext& graphics, bool withText, const Backdrop& backdrop)
 {
     const GraphicsContext::Saved saved(graphics);
-    const MarkContext context{document, cache, graphics, withText};
+    const MarkContext context{document, cache, graphics, withText, backdrop};
     switch (annotation.kind) {
     case AnnotationKind::arrow:
         return drawArrow(annotation, context);

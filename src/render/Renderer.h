@@ -7,8 +7,10 @@
 #include "platform/graphics/GraphicsContext.h"
 #include "render/EffectCache.h"
 
+#include <QRegion>
 #include <QUuid>
 
+#include <functional>
 #include <optional>
 #include <span>
 
@@ -52,10 +54,20 @@ QRectF nodeBounds(const Annotation& annotation, double pointScale);
 /// seen, not even at a rounded corner.
 QRect redactedRegion(const Annotation& mark, double pixelScale);
 
+/// What lies behind the picture where that lets something through: where it is transparent, and at the soft
+/// edge of rounded corners. There a redaction is painted on it instead of the original.
+struct Backdrop {
+    QRegion where{};                               ///< document pixels
+    std::function<void(GraphicsContext&)> paint{}; ///< user space: document pixels
+};
+/// `behind` paints what lies behind the composition, in the user space of `draw`.
+Backdrop backdrop(const Document& document, const BeautifySettings& beautify,
+    const std::function<void(GraphicsContext&)>& behind);
+
 /// Paints one mark; user space is document pixels. `drawText` false leaves out the letters of text marks, not
 /// their bubbles and shadows.
 void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,
-    GraphicsContext& context, bool drawText);
+    GraphicsContext& context, bool drawText, const Backdrop& backdrop = {});
 
 /// The margin around the image in output pixels: whole, 0 without a frame.
 double padding(const BeautifySettings& beautify, double scale);

@@ -12,6 +12,7 @@ struct MarkContext {
     EffectCache& cache;
     GraphicsContext& graphics;
     bool drawText;
+    const Backdrop& backdrop;
 
     double scale() const { return document.pixelScale; }
     /// A shadow given per point of the captured display, for the current transform.

@@ -67,6 +67,11 @@ void drawBlur(const Annotation& mark, const MarkContext& context)
     // The rounding is for the looks; about as small as a cell, there is none to see.
     const bool small = std::min(region.width(), region.height()) < 2 * EffectCache::cellSide(scale);
     auto& graphics = context.graphics;
+    for (const QRect& part : context.backdrop.where& rect.toAlignedRect()) {
+        const GraphicsContext::Saved saved(graphics);
+        graphics.clipToBounds(part);
+        context.backdrop.paint(graphics);
+    }
     graphics.clip(Draw::roundedRect(region, small ? 0 : 4 * scale));
     const auto inCapture = [](std::span<const int> pixels, int origin) {
         std::vector<int> moved(pixels.begin(), pixels.end());

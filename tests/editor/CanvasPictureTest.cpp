@@ -197,3 +197,24 @@ TEST(CanvasPicture, AtFullSizeIsWhatIsExported)
         }
     }
 }
+
+TEST(CanvasPicture, NothingShinesThroughTheRedactionOfATransparentPicture)
+{
+    QImage writing(300, 220, QImage::Format_ARGB32_Premultiplied);
+    writing.fill(Qt::transparent);
+    QPainter painter(&writing);
+    for (int y = 12; y < 220; y += 14)
+        painter.drawText(4, y, u"4539 1488 0343 6467 4539 1488 0343 6467"_s);
+    painter.end();
+    const QSize view(460, 380);
+    for (const auto& beautify : {BeautifySettings{}, BeautifySettings{.enabled = true, .gradient = -1}}) {
+        EffectCache cache;
+        Document redacted{writing, {{.kind = AnnotationKind::blur, .start = {-9, -9}, .end = {309, 229}}}, 1};
+        const Document hidden{cache.image(BlurStyle::pixelate, writing, 1), {}, 1};
+        CanvasPicture first(cache), second(cache);
+        Screen screen(view), wanted(view);
+        screen.paint(first, first.show(sceneOf(redacted, beautify, view)));
+        wanted.paint(second, second.show(sceneOf(hidden, beautify, view)));
+        EXPECT_EQ(differingPixels(screen.image, wanted.image, 1), QRect());
+    }
+}

@@ -113,6 +113,34 @@ TEST_F(EditorModelTest, ToolsDecideWhatStaysChosen)
     EXPECT_TRUE(model.showArrowOptions());
 }
 
+TEST_F(EditorModelTest, ARedactionLooksTheSameBeforeWithinAndAfterACrop)
+{
+    auto writing = picture(400, 300);
+    QPainter painter(&writing);
+    for (int y = 20; y < 300; y += 16)
+        painter.drawText(6, y, u"4539 1488 0343 6467 4539 1488 0343 6467 4539 1488"_s);
+    painter.end();
+    for (const auto style : allCases<BlurStyle>()) {
+        EditorModel editor({writing, 1, {}}, settings);
+        editor.setBeautify({.enabled = false});
+        editor.add({.kind = AnnotationKind::blur, .start = {60, 50}, .end = {330, 240}, .blurStyle = style});
+        const auto before = editor.renderFinal();
+        const auto crop = [&editor](const QRectF& rect) {
+            editor.setTool(Tool::crop);
+            editor.setCropRect(rect);
+            editor.applyCrop();
+        };
+        crop({31, 17, 340, 260});
+        EXPECT_EQ(editor.renderFinal(), before.copy(31, 17, 340, 260));
+        crop({50, 40, 200, 150});
+        EXPECT_EQ(editor.renderFinal(), before.copy(81, 57, 200, 150));
+        editor.undo();
+        EXPECT_EQ(editor.renderFinal(), before.copy(31, 17, 340, 260));
+        editor.undo();
+        EXPECT_EQ(editor.renderFinal(), before);
+    }
+}
+
 TEST_F(EditorModelTest, CropRoundsOutwardAndTakesTheMarksAlong)
 {
     model.add(mark());

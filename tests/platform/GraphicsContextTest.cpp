@@ -210,6 +210,39 @@ TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
     EXPECT_EQ(image.pixel(20, 10), qRgb(255, 255, 255));
 }
 
+TEST(GraphicsContextImage, PixelsMadeForTheDeviceAreThoseUnderItsMiddles)
+{
+    const auto named = [](std::span<const int> columns, std::span<const int> rows) {
+        QImage made(int(columns.size()), int(rows.size()), QImage::Format_RGB32);
+        for (int y = 0; y < made.height(); ++y)
+            for (int x = 0; x < made.width(); ++x)
+                made.setPixel(x, y, qRgb(columns[std::size_t(x)], rows[std::size_t(y)], 7));
+        return made;
+    };
+    for (const double scale : {0.5, 1.0, 1.5, 3.0}) {
+        auto image = canvas(120, 100);
+        QPainter painter(&image);
+        GraphicsContext context(painter);
+        context.clip(QRectF(10, 0, 100, 90));
+        context.translate({4, 8});
+        context.scale(scale);
+        context.drawPixels({2, 3, 30, 25}, named);
+        painter.end();
+        const auto covered = QRectF(4 + 2 * scale, 8 + 3 * scale, 30 * scale, 25 * scale).toAlignedRect()
+            & QRect(10, 0, 100, 90);
+        for (int y = 0; y < 100; ++y)
+            for (int x = 0; x < 120; ++x) {
+                const auto under = [&](double at, int least, int most) {
+                    return std::clamp(int(std::floor(at / scale + 1e-6)), least, most);
+                };
+                const auto wanted = covered.contains(x, y)
+                    ? qRgb(under(x - 3.5, 2, 31), under(y - 7.5, 3, 27), 7)
+                    : qRgb(255, 255, 255);
+                ASSERT_EQ(image.pixel(x, y), wanted) << x << ',' << y << " scale " << scale;
+            }
+    }
+}
+
 TEST(GraphicsContextShadow, OfAChildWidgetFallsAtItsPlaceInTheWindow)
 {
     struct Child : QWidget {

@@ -161,11 +161,18 @@ TEST(RedactionCells, TakePicturesOfAnyFormat)
 
 TEST(RedactionBlur, FollowsATrueGaussianOfThePixellatedPicture)
 {
-    for (const auto& [side, sigma] : {std::pair{9, 12.}, {18, 24.}, {14, 18.}, {6, 6.}, {27, 36.}}) {
+    struct Case {
+        int side;
+        double sigma;
+        double most; ///< levels
+    };
+    // The last one is that of a coarse screen, where cells are large beside the blur.
+    for (const auto& [side, sigma, most] :
+        {Case{9, 12, 3}, {18, 24, 3}, {14, 18, 3}, {27, 36, 3}, {6, 6, 5}}) {
         const QImage source = noise({187, 141}, QImage::Format_RGB32);
         const QImage mosaic = pixellated(source, side);
         const Plane expected = referenceBlur(channelOf(mosaic, 1, 4), source.size(), sigma, true);
-        EXPECT_LE(largestDifference(channelOf(blurred(source, side, sigma), 1, 4), expected), 3)
+        EXPECT_LE(largestDifference(channelOf(blurred(source, side, sigma), 1, 4), expected), most)
             << "cell " << side;
     }
 }

@@ -67,6 +67,35 @@ TEST(Redaction, HasNoFringeAtTheImagesEdges)
         EXPECT_EQ(drawn(capture, {redaction(style, {-20, -20}, {400, 400})}, 2), capture);
 }
 
+/// Letters on nothing, as in a logo.
+QImage transparentWriting()
+{
+    auto image = plain(300, 200, Qt::transparent);
+    QPainter painter(&image);
+    painter.setPen(Qt::black);
+    for (int y = 12; y < 200; y += 14)
+        painter.drawText(4, y, QStringLiteral("4539 1488 0343 6467 4539 1488 0343 6467"));
+    return image;
+}
+
+TEST(Redaction, NothingOfTheOriginalIsLeftBeneathItUnderAFrameOrWhereThePictureIsTransparent)
+{
+    for (const auto& capture :
+        {noise(300, 200).convertToFormat(QImage::Format_RGB32), transparentWriting()}) {
+        for (const auto style : allCases<BlurStyle>()) {
+            for (const auto& beautify : {BeautifySettings{}, BeautifySettings{.enabled = true},
+                     BeautifySettings{.enabled = true, .gradient = -1}}) {
+                EffectCache cache;
+                // As if the picture had never been another one.
+                const Document hidden{cache.image(style, capture, 1), {}, 1};
+                const Document redacted{capture, {redaction(style, {-9, -9}, {309, 209})}, 1};
+                EXPECT_EQ(difference(drawn(redacted, {}, beautify), drawn(hidden, {}, beautify), 1), QRect())
+                    << "alpha " << capture.hasAlphaChannel() << " framed " << beautify.enabled;
+            }
+        }
+    }
+}
+
 TEST(Redaction, ShowsTheSameCellsInEveryCrop)
 {
     const auto capture = noise(400, 300);

@@ -340,6 +340,16 @@ void CanvasPicture::drawSurroundings(const QRectF& viewRect, GraphicsContext& co
     context.fill(path, pattern);
 }
 
+Renderer::Backdrop CanvasPicture::backdrop() const
+{
+    return Renderer::backdrop(scene.document, scene.beautify, [this](GraphicsContext& context) {
+        const GraphicsContext::Saved saved(context);
+        context.scale(1 / scene.mapping.scale);
+        context.translate(-scene.mapping.origin);
+        drawSurroundings(QRectF(scene.view), context);
+    });
+}
+
 void CanvasPicture::enterComposition(GraphicsContext& context) const
 {
     context.translate(scene.mapping.origin);
@@ -350,9 +360,10 @@ void CanvasPicture::enterComposition(GraphicsContext& context) const
 void CanvasPicture::drawMarks(
     std::span<const Annotation> marks, const QRectF& documentRect, GraphicsContext& context) const
 {
+    const auto behind = backdrop();
     for (const auto& mark : marks)
         if (Renderer::paintedBounds(mark, scene.document.pixelScale, devicePixel()).intersects(documentRect))
-            Renderer::drawAnnotation(mark, scene.document, cache, context, true);
+            Renderer::drawAnnotation(mark, scene.document, cache, context, true, behind);
 }
 
 void CanvasPicture::paint(QPainter& painter, const QRect& viewRect)
@@ -384,8 +395,8 @@ void CanvasPicture::paint(QPainter& painter, const QRect& viewRect)
         enterComposition(context);
         drawMarks(std::span(marks).subspan(std::size_t(painted.size())), documentRect(viewRect), context);
         if (overlay.draft)
-            Renderer::drawAnnotation(
-                *overlay.draft, scene.document, cache, context, overlay.glyphlessID != overlay.draft->id);
+            Renderer::drawAnnotation(*overlay.draft, scene.document, cache, context,
+                overlay.glyphlessID != overlay.draft->id, backdrop());
     }
     context.translate(mapping.origin);
     context.scale(mapping.scale);

@@ -56,6 +56,8 @@ private:
     QList<Annotation> stillMarks() const;
     void drawMarks(
         std::span<const Annotation> marks, const QRectF& documentRect, GraphicsContext& context) const;
+    /// What shows where the picture lets something through.
+    Renderer::Backdrop backdrop() const;
     void drawSurroundings(const QRectF& viewRect, GraphicsContext& context) const;
     void enterComposition(GraphicsContext& context) const;
     QRect toDevice(const QRectF& viewRect) const;

@@ -79,6 +79,11 @@ public:
     /// Narrows the clip to the inside of `path` (anti-aliased), or to `rect`, snapped to device pixels.
     void clip(const QPainterPath& path) { painter.setClipPath(path, Qt::IntersectClip); }
     void clip(const QRectF& rect) { painter.setClipRect(rect, Qt::IntersectClip); }
+    /// Replaces the clip by `rect`, as far as the rectangle around what it left visible.
+    void clipToBounds(const QRectF& rect)
+    {
+        painter.setClipRect(painter.hasClipping() ? rect & painter.clipBoundingRect() : rect);
+    }
 
     /// Paints the inside of `path` by its fill rule.
     void fill(const QPainterPath& path, const QBrush& brush);

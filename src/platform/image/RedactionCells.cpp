@@ -121,7 +121,8 @@ Color contrastOf(const std::vector<std::uint32_t>& cells, const Color& mean)
     return contrast;
 }
 
-/// The same towards grey and at most as strong as that of text; as it is where mostly the transparency differs.
+/// The same towards grey and at most as strong as that of text; as it is where mostly the transparency
+/// differs.
 Color calm(const Color& contrast)
 {
     constexpr double most = 30;
