@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
+#include "app/CaptureBus.h"
 #include "app/HotKeyCenter.h"
 #include "app/QuitSignals.h"
 #include "app/SingleInstance.h"
@@ -7,17 +8,16 @@
 #include "app/commandline/AnnotateCommand.h"
 #include "app/commandline/CommandLine.h"
 #include "app/commandline/Completion.h"
+#include "app/commandline/PictureOutput.h"
 #include "app/icon/AppIcon.h"
-#include "capture/ScreenCapture.h"
 #include "capture/text/OCR.h"
 #include "controls/ToolTips.h"
 #include "controls/theme/ThemeFollower.h"
 #include "platform/base/ApplicationId.h"
 #include "platform/base/Trace.h"
 #include "platform/base/UserDefaults.h"
-#include "platform/base/Worker.h"
 #include "platform/desktop/DisplayServer.h"
-#include "render/export/Exporter.h"
+#include "platform/image/ImageFile.h"
 #include "selftest/SelfTest.h"
 #include "settings/Settings.h"
 
@@ -34,6 +34,7 @@ using namespace pintalux;
 namespace {
 
 constexpr int wrongUse = 2;
+constexpr int cancelled = 3;
 
 int print(FILE* stream, const QString& text)
 {
@@ -98,24 +99,80 @@ int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
     return QApplication::exec();
 }
 
-int captureToFile(int argc, char** argv, const CommandLine& commandLine)
+/// Puts what was captured where the command wants it; the process's exit status.
+int putOut(const CaptureAnswer& answer, const QString& path)
 {
-    QGuiApplication application(argc, argv);
-    int status = EXIT_FAILURE;
-    whenFinished(ScreenCapture::captureDisplayUnderMouse(), &application, [&](QFuture<CaptureResult> shot) {
-        auto failure = u"No se pudo capturar: "_s;
-        try {
-            const auto result = shot.takeResult();
-            failure = u"No se pudo guardar: "_s;
-            Exporter::write(result.image, result.pixelScale, commandLine.outputFile);
-            status = EXIT_SUCCESS;
-        } catch (const Error& error) {
-            complain(failure + error.localizedDescription, EXIT_FAILURE);
-        }
-        QGuiApplication::quit();
+    switch (answer.kind) {
+    case CaptureAnswer::Kind::cancelled:
+        return cancelled;
+    case CaptureAnswer::Kind::failed:
+        return complain(u"No se pudo capturar: "_s + answer.problem, EXIT_FAILURE);
+    case CaptureAnswer::Kind::picture:
+    case CaptureAnswer::Kind::text:
+        break;
+    }
+    try {
+        if (answer.kind == CaptureAnswer::Kind::text)
+            PictureOutput::writeText(answer.content, path);
+        else
+            PictureOutput::write(answer.content, path);
+        return EXIT_SUCCESS;
+    } catch (const Error& error) {
+        return complain(u"No se pudo guardar: "_s + error.localizedDescription, EXIT_FAILURE);
+    }
+}
+
+/// Where the program runs, it takes the capture: it knows its own windows and keeps them out.
+CaptureAnswer capture(const CommandLine& commandLine)
+{
+    if (auto answer = CaptureBus::ask(*commandLine.capture, commandLine.screen))
+        return *answer;
+    CaptureAnswer result;
+    CaptureJob job(*commandLine.capture, commandLine.screen);
+    job.start([&](const CaptureAnswer& answer) {
+        result = answer;
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     });
     QGuiApplication::exec();
-    return status;
+    return result;
+}
+
+/// Why nothing can be written under that name, a Spanish sentence; empty when it can.
+QString outputProblem(const CommandLine& commandLine)
+{
+    const bool isText
+        = *commandLine.capture == CaptureAction::text || *commandLine.capture == CaptureAction::color;
+    try {
+        if (!isText)
+            PictureOutput::requireName(commandLine.outputFile);
+        return {};
+    } catch (const Error& error) {
+        return error.localizedDescription;
+    }
+}
+
+int captureToFile(int argc, char** argv, const CommandLine& commandLine)
+{
+    const auto& path = commandLine.outputFile;
+    if (*commandLine.capture == CaptureAction::fullScreen) {
+        const QGuiApplication application(argc, argv);
+        return putOut(capture(commandLine), path);
+    }
+    QApplication application(argc, argv);
+    prepare(application);
+    quitOnSignals();
+    return putOut(capture(commandLine), path);
+}
+
+/// Why the file is no picture to open, a Spanish sentence; empty for one that can be read.
+QString openingProblem(const QString& path)
+{
+    try {
+        readImageFile(path);
+        return {};
+    } catch (const Error& error) {
+        return error.localizedDescription;
+    }
 }
 
 /// Hands the wish to the process that runs already. None when that one is gone and this process took its
@@ -125,12 +182,20 @@ std::optional<int> handOver(SingleInstance& instance, const CommandLine& command
     bool taken = true;
     if (commandLine.capture)
         taken = instance.forwardAction(rawValue(*commandLine.capture));
-    if (taken && !commandLine.openFile.isEmpty())
-        taken = instance.forwardOpen({commandLine.openFile});
-    if (!commandLine.capture && commandLine.openFile.isEmpty())
+    int status = EXIT_SUCCESS;
+    QStringList pictures;
+    for (const auto& path : commandLine.openFiles) {
+        if (const auto problem = openingProblem(path); problem.isEmpty())
+            pictures << path;
+        else
+            status = complain(problem, EXIT_FAILURE);
+    }
+    if (taken && !pictures.isEmpty())
+        taken = instance.forwardOpen(pictures);
+    if (!commandLine.capture && commandLine.openFiles.isEmpty())
         taken = instance.forwardActivation();
     if (taken)
-        return EXIT_SUCCESS;
+        return status;
     if (instance.role() != SingleInstance::Role::second)
         return std::nullopt;
     return complain(u"Pintalux ya está en marcha, pero no responde."_s, EXIT_FAILURE);
@@ -157,6 +222,9 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
     });
     QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
         [&](const QString& name) { delegate.runNamed(name); });
+    const CaptureBus captures([&](auto action, const auto& screen, const auto& done) {
+        return delegate.captureFor(action, screen, done);
+    });
     delegate.finishLaunching(commandLine);
     return QApplication::exec();
 }
@@ -185,6 +253,9 @@ int run(int argc, char** argv)
         break;
     }
 
+    if (commandLine.mode == CommandLine::Mode::captureToFile)
+        if (const auto problem = outputProblem(commandLine); !problem.isEmpty())
+            return complain(problem, wrongUse);
     chooseDisplaySystem();
     if (const auto problem = displayProblem())
         return complain(*problem, EXIT_FAILURE);

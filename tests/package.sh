@@ -79,9 +79,12 @@ with open(source + "/docs/linea-de-ordenes.md") as page:
 assert schema.is_valid(files[-1]), "the example of the user's page"
 files += [{"annotations": [{**arrow, name: value}]} for name, value in [
     ("kind", "nada"), ("start", [0]), ("end", [0, 2e6]), ("color", "rojo"), ("lineWidth", -1), ("filled", 1),
-    ("arrowStyle", "double"), ("arrowStyle", "Double"), ("number", 1.5), ("fontSize", 0), ("unknown", 1)]]
+    ("arrowStyle", "double"), ("arrowStyle", "Double"), ("fontSize", None), ("number", 1.5), ("fontSize", 0), ("unknown", 1),
+    ("id", "00000000-0000-0000-0000-000000000000"), ("id", "{00112233-4455-6677-8899-aabbccddeeff}"),
+    ("id", "00112233-4455-6677-8899-aabbccddeeff")]]
 files += [{"annotations": [{key: arrow[key] for key in arrow if key != name}]} for name in arrow]
-files += [{"beautify": {"padding": 2001}}, {"beautify": {"gradient": 3}}, {"pixelScale": 17}, {"marks": []}, []]
+files += [{"beautify": {"padding": 2001}}, {"beautify": {"gradient": 3}}, {"pixelScale": 17}, {"$schema": "marcas.schema.json"}, {"$schema": 1}, {"pixelScale": None},
+    {"marks": []}, []]
 for content in files:
     with open(work + "/marks.json", "w") as file:
         json.dump(content, file)

@@ -86,8 +86,8 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     statusItem->show();
     registerShortcuts();
 
-    if (!commandLine.openFile.isEmpty())
-        openImageFile(commandLine.openFile);
+    for (const auto& path : commandLine.openFiles)
+        openImageFile(path);
     if (commandLine.capture)
         perform(*commandLine.capture);
     if (!settings.hasLaunchedBefore()) {

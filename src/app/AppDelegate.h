@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/CaptureJob.h"
 #include "app/Delivery.h"
 #include "capture/CaptureOverlay.h"
 #include "model/Command.h"
@@ -68,6 +69,11 @@ public:
     /// The same by its name, from another process, which has no menu to wait for.
     void runNamed(const QString& actionName);
 
+    /// Takes a capture for somebody who wants to have it themselves; no setting applies to it. What it
+    /// returns cancels it; empty while something is being selected, and then `done` is never called.
+    std::function<void()> captureFor(
+        CaptureAction action, const QString& screen, const CaptureJob::Done& done);
+
     /// Reads the picture file and opens it in an editor, in the order of the calls; says so on screen when it
     /// cannot be read. Returns at once.
     void openImageFile(const QString& path);
@@ -116,6 +122,7 @@ private:
     std::unique_ptr<StatusItem> statusItem;
     std::unique_ptr<CaptureOverlayController> overlay;
     QPointer<ThumbnailController> thumbnail; ///< on screen; it deletes itself when it has gone
+    QPointer<CaptureJob> selecting;          ///< for somebody else; until it has its answer
     bool isFreezing = false;                 ///< an overlay is on its way: the screens are not here yet
     std::optional<WindowHandle> previousApp;
     QSet<CaptureAction> failed;

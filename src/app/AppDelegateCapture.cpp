@@ -16,7 +16,7 @@ namespace pintalux {
 
 void AppDelegate::perform(CaptureAction action)
 {
-    if (overlay || isFreezing || !ScreenCapture::ensurePermission())
+    if (overlay || isFreezing || selecting || !ScreenCapture::ensurePermission())
         return;
     quiet.start();
     HUD::dismiss();
@@ -35,6 +35,33 @@ void AppDelegate::perform(CaptureAction action)
     case CaptureAction::color:
         return startOverlay(OverlayMode::color);
     }
+}
+
+std::function<void()> AppDelegate::captureFor(
+    CaptureAction action, const QString& screen, const CaptureJob::Done& done)
+{
+    if (overlay || isFreezing || selecting)
+        return {};
+    quiet.start();
+    auto* job = new CaptureJob(action, screen, this);
+    const bool isSelection = action != CaptureAction::fullScreen;
+    if (isSelection)
+        selecting = job;
+    const auto former = isSelection ? workspace->frontmostWindow() : std::nullopt;
+    const auto answered = [this, job, former, done](const CaptureAnswer& answer) {
+        job->deleteLater();
+        if (selecting == job)
+            selecting.clear();
+        if (former)
+            workspace->activate(*former);
+        done(answer);
+    };
+    QMetaObject::invokeMethod(
+        job, [job, answered] { job->start(answered); }, Qt::QueuedConnection);
+    return [guard = QPointer(job)] {
+        if (guard)
+            guard->cancel();
+    };
 }
 
 // Does not stand in the way of the next capture: whoever asks several times in a row gets as many pictures.

@@ -138,7 +138,9 @@ void AppDelegate::openImageFile(const QString& path)
             const auto file = read.takeResult();
             Trace::mark(u"imagen leída");
             openEditor({file.image, file.pixelScale(), QFileInfo(path).completeBaseName()});
-        } catch (const Error&) {
+        } catch (const Error& error) {
+            // For whoever started it from a shell; the message on screen is short.
+            std::fprintf(stderr, "pintalux: %s\n", error.localizedDescription.toUtf8().constData());
             HUD::show(u"No se pudo abrir la imagen"_s, u"xmark.octagon"_s);
         }
     });

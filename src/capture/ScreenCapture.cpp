@@ -88,17 +88,37 @@ FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
     return frozen;
 }
 
-CaptureResult captureDisplay(ScreenSource& source, const QList<ToolkitScreen>& toolkit, QPointF pointer)
+CaptureResult takeDisplay(ScreenSource& source, const ScreenInfo& screen)
+{
+    const auto hidden = source.hideOwnWindows();
+    auto shot = screenshot(source, screen);
+    return {std::move(shot.image), shot.pixelScale, std::nullopt};
+}
+
+CaptureResult takeDisplay(ScreenSource& source, const QList<ToolkitScreen>& toolkit, QPointF pointer)
 {
     const auto content = source.shareableContent(toolkit);
     if (content.screens.isEmpty())
         throw toError(CaptureError::noDisplay);
     const auto underPointer = std::ranges::find_if(content.screens,
         [&](const ScreenInfo& screen) { return screen.attached && containsPoint(screen.frame, pointer); });
-    const auto& chosen = underPointer == content.screens.end() ? content.screens.first() : *underPointer;
-    const auto hidden = source.hideOwnWindows();
-    auto shot = screenshot(source, chosen);
-    return {std::move(shot.image), shot.pixelScale, std::nullopt};
+    return takeDisplay(
+        source, underPointer == content.screens.end() ? content.screens.first() : *underPointer);
+}
+
+CaptureResult takeDisplay(ScreenSource& source, const QList<ToolkitScreen>& toolkit, const QString& name)
+{
+    const auto content = source.shareableContent(toolkit);
+    const auto found = std::ranges::find(content.screens, name, &ScreenInfo::name);
+    if (found != content.screens.end())
+        return takeDisplay(source, *found);
+    if (content.screens.isEmpty())
+        throw toError(CaptureError::noDisplay);
+    QStringList names;
+    for (const auto& screen : content.screens)
+        names << screen.name;
+    throw Error(
+        Error::ownDomain, 6, u"No hay ninguna pantalla «%1»; hay: %2."_s.arg(name, names.join(u", "_s)));
 }
 
 // Any program may give its window a title of any length, and measuring a page of text for the label takes the
@@ -179,8 +199,14 @@ QFuture<CaptureResult> ScreenCapture::captureDisplayUnderMouse()
 {
     const auto from = source();
     return runOn(captureThread(), [from, toolkit = toolkitScreens(), pointer = from->pointerLocation()] {
-        return captureDisplay(*from, toolkit, pointer);
+        return takeDisplay(*from, toolkit, pointer);
     });
+}
+
+QFuture<CaptureResult> ScreenCapture::captureDisplay(const QString& name)
+{
+    return runOn(captureThread(),
+        [from = source(), toolkit = toolkitScreens(), name] { return takeDisplay(*from, toolkit, name); });
 }
 
 QFuture<CaptureResult> ScreenCapture::capture(const WindowInfo& window)

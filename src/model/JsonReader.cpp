@@ -4,7 +4,11 @@
 #include "platform/graphics/Color.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QSet>
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -64,8 +68,10 @@ QColor JsonPlace::color() const
 
 QUuid JsonPlace::uuid() const
 {
-    const auto id = QUuid::fromString(string());
-    if (id.isNull())
+    constexpr qsizetype plainLength = 36; // without braces
+    const auto text = string();
+    const auto id = QUuid::fromString(text);
+    if (id.isNull() || text.size() != plainLength)
         fail(u"debe ser un UUID."_s);
     return id;
 }
@@ -88,26 +94,107 @@ QList<JsonPlace> JsonPlace::elements() const
     return places;
 }
 
-std::optional<JsonPlace> JsonFields::take(const QString& name)
+JsonFields::JsonFields(const JsonPlace& place, std::span<const QStringView> known)
+    : path(place.path)
+    , fields(place.object())
 {
-    const auto value = fields.take(name);
-    if (value.isUndefined() || value.isNull())
-        return std::nullopt;
-    return JsonPlace{value, path + u"."_s + name};
+    for (const auto& name : fields.keys())
+        if (std::ranges::find(known, name) == known.end())
+            JsonPlace{{}, path + u"."_s + name}.fail(u"campo desconocido."_s);
 }
 
-JsonPlace JsonFields::require(const QString& name)
+std::optional<JsonPlace> JsonFields::find(const QString& name) const
 {
-    auto place = take(name);
+    const auto value = fields.value(name);
+    return value.isUndefined() ? std::nullopt : std::optional(JsonPlace{value, path + u"."_s + name});
+}
+
+JsonPlace JsonFields::require(const QString& name) const
+{
+    auto place = find(name);
     if (!place)
         JsonPlace{{}, path}.fail(u"falta «%1»."_s.arg(name));
     return *place;
 }
 
-void JsonFields::finish() const
+namespace {
+
+/// Walks through valid JSON and keeps the names of the objects that it is in.
+class NameWalk {
+public:
+    NameWalk(const QByteArray& text, int deepestObject)
+        : json(text)
+        , deepest(deepestObject)
+    {
+    }
+
+    std::optional<RepeatedName> firstRepeated()
+    {
+        for (; at < json.size(); ++at) {
+            const char sign = json[at];
+            if (sign == '{' || sign == '[')
+                open.append({sign == '{', placeOfNext(), 0, {}, {}});
+            else if (sign == '}' || sign == ']')
+                open.removeLast();
+            else if (sign == ',' && !open.isEmpty())
+                ++open.last().index;
+            else if (sign == '"')
+                if (auto repeated = text())
+                    return repeated;
+        }
+        return std::nullopt;
+    }
+
+private:
+    struct Container {
+        bool isObject;
+        QString path;
+        qsizetype index; ///< of the element that is read, in a list
+        QSet<QString> names;
+        QString name; ///< of the field that is read, in an object
+    };
+
+    QString placeOfNext() const
+    {
+        if (open.isEmpty())
+            return u"$"_s;
+        const auto& in = open.last();
+        return in.isObject ? in.path + u"."_s + in.name : in.path + u"[%1]"_s.arg(in.index);
+    }
+
+    /// From a quotation mark to the one that ends the text.
+    std::optional<RepeatedName> text()
+    {
+        const auto start = at;
+        while (json[++at] != '"')
+            at += json[at] == '\\';
+        auto next = at + 1;
+        while (next < json.size() && std::isspace(static_cast<unsigned char>(json[next])))
+            ++next;
+        if (open.isEmpty() || !open.last().isObject || next == json.size() || json[next] != ':')
+            return std::nullopt;
+        auto& object = open.last();
+        // A name may be written with escapes.
+        object.name
+            = QJsonDocument::fromJson('[' + json.mid(start, at + 1 - start) + ']').array().at(0).toString();
+        const bool isRepeated = object.names.contains(object.name);
+        object.names.insert(object.name);
+        if (isRepeated && open.size() <= deepest)
+            return RepeatedName{object.name, placeOfNext()};
+        return std::nullopt;
+    }
+
+    const QByteArray& json;
+    int deepest;
+    qsizetype at = 0;
+    QList<Container> open;
+};
+
+} // namespace
+
+std::optional<RepeatedName> repeatedName(const QByteArray& json, int deepest)
 {
-    if (!fields.isEmpty())
-        JsonPlace{{}, path + u"."_s + fields.keys().constFirst()}.fail(u"campo desconocido."_s);
+    return NameWalk(json, deepest).firstRepeated();
 }
 
 } // namespace pintalux

@@ -12,7 +12,9 @@
 #include <QStringList>
 #include <QUuid>
 
+#include <climits>
 #include <optional>
+#include <span>
 
 namespace pintalux {
 
@@ -49,27 +51,30 @@ struct JsonPlace {
     }
 };
 
-/// Reads the fields of a JSON object, each at most once, and then holds it against what was asked for.
+/// Reads the fields of a JSON object that has no others than those known.
 class JsonFields {
 public:
-    explicit JsonFields(const JsonPlace& place)
-        : path(place.path)
-        , fields(place.object())
-    {
-    }
+    /// Fails on the first field that is not among `known`: a name that was mistyped is told before what it
+    /// should have been is missed.
+    JsonFields(const JsonPlace& place, std::span<const QStringView> known);
 
-    bool has(const QString& name) const { return fields.contains(name); }
-
-    /// The field of that name, or none. A null counts as none.
-    std::optional<JsonPlace> take(const QString& name);
+    /// The field of that name, which is a known one; none when it is missing.
+    std::optional<JsonPlace> find(const QString& name) const;
     /// The field of that name; fails when it is missing.
-    JsonPlace require(const QString& name);
-    /// Fails on the first field that nobody took.
-    void finish() const;
+    JsonPlace require(const QString& name) const;
 
 private:
     QString path;
-    QJsonObject fields; ///< those not yet taken
+    QJsonObject fields;
 };
+
+/// The first name that stands twice in one object, with its place ("$.annotations[1].color"); none when there
+/// is no such name, which a JSON parser would not tell. `json` is valid. Objects that lie deeper than
+/// `deepest` (the outermost is 1) are not looked at.
+struct RepeatedName {
+    QString name;
+    QString path;
+};
+std::optional<RepeatedName> repeatedName(const QByteArray& json, int deepest = INT_MAX);
 
 } // namespace pintalux

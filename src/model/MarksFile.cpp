@@ -41,6 +41,13 @@ constexpr std::array<Needs, 10> needsTable{{
 }};
 static_assert(isComplete(needsTable, &Needs::kind));
 
+constexpr std::array<QStringView, 4> fileFields{u"$schema", u"pixelScale", u"annotations", u"beautify"};
+constexpr std::array<QStringView, 18> markFields{u"kind", u"id", u"start", u"end", u"points", u"color",
+    u"lineWidth", u"filled", u"text", u"fontSize", u"number", u"blurStyle", u"arrowStyle", u"handwritten",
+    u"control", u"pointer", u"boxWidth", u"image"};
+constexpr std::array<QStringView, 6> frameFields{
+    u"enabled", u"gradient", u"padding", u"cornerRadius", u"shadow", u"border"};
+
 constexpr double largest = 1e6;
 
 double length(const JsonPlace& place) { return place.number(0, largest); }
@@ -50,9 +57,9 @@ double fontSize(const JsonPlace& place) { return place.number(0.1, 10000); }
 
 /// Sets `target` from the field of that name when it is there (or must be).
 template <typename T, typename Read>
-void assign(JsonFields& fields, const QString& name, T& target, Read read, bool needed = false)
+void assign(const JsonFields& fields, const QString& name, T& target, Read read, bool needed = false)
 {
-    if (const auto place = needed ? std::optional(fields.require(name)) : fields.take(name))
+    if (const auto place = needed ? std::optional(fields.require(name)) : fields.find(name))
         target = read(*place);
 }
 
@@ -71,7 +78,7 @@ QList<QPointF> points(const JsonPlace& place)
 
 Annotation annotation(const JsonPlace& place, const MarksFile::ImageLoader& loadImage)
 {
-    JsonFields fields(place);
+    const JsonFields fields(place, markFields);
     Annotation mark;
     mark.kind = fields.require(u"kind"_s).enumeration<AnnotationKind>();
     const auto& needs = needsTable[std::size_t(mark.kind)];
@@ -101,7 +108,6 @@ Annotation annotation(const JsonPlace& place, const MarksFile::ImageLoader& load
         }
     };
     assign(fields, u"image"_s, mark.image, load, mark.kind == AnnotationKind::image);
-    fields.finish();
     return mark;
 }
 
@@ -109,7 +115,7 @@ BeautifySettings beautifySettings(const JsonPlace& place)
 {
     constexpr double mostPoints = 2000;
     const auto points = [](const JsonPlace& field) { return field.number(0, mostPoints); };
-    JsonFields fields(place);
+    const JsonFields fields(place, frameFields);
     BeautifySettings settings;
     assign(fields, u"enabled"_s, settings.enabled, std::mem_fn(&JsonPlace::boolean));
     assign(fields, u"gradient"_s, settings.gradient, std::mem_fn(&JsonPlace::integer));
@@ -117,7 +123,6 @@ BeautifySettings beautifySettings(const JsonPlace& place)
     assign(fields, u"cornerRadius"_s, settings.cornerRadius, points);
     assign(fields, u"shadow"_s, settings.shadow, std::mem_fn(&JsonPlace::boolean));
     assign(fields, u"border"_s, settings.border, std::mem_fn(&JsonPlace::boolean));
-    fields.finish();
     return settings;
 }
 
@@ -131,16 +136,20 @@ MarksFile MarksFile::parse(const QByteArray& json, const ImageLoader& loadImage)
         throw Error(
             Error::ownDomain, 2, u"no es JSON válido (línea %1)."_s.arg(lineAt(json, problem.offset)));
 
-    JsonFields fields(
-        {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_s});
+    if (const auto repeated = repeatedName(json))
+        JsonPlace{{}, repeated->path}.fail(u"aparece dos veces."_s);
+    const JsonFields fields(
+        {document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), u"$"_s},
+        fileFields);
+    if (const auto schema = fields.find(u"$schema"_s)) // for editors that complete what is typed
+        schema->string();
     MarksFile marks;
     assign(fields, u"pixelScale"_s, marks.pixelScale,
         [](const JsonPlace& place) { return place.number(0.1, 16); });
-    if (const auto list = fields.take(u"annotations"_s))
+    if (const auto list = fields.find(u"annotations"_s))
         for (const auto& element : list->elements())
             marks.annotations << annotation(element, loadImage);
     assign(fields, u"beautify"_s, marks.beautify, beautifySettings);
-    fields.finish();
     return marks;
 }
 

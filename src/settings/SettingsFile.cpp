@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "settings/SettingsFile.h"
 
+#include "model/JsonReader.h"
 #include "platform/graphics/Color.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
-#include <QSet>
 
 #include <algorithm>
 #include <cerrno>
@@ -23,7 +22,6 @@ namespace pintalux {
 namespace {
 
 constexpr qint64 largestFile = 1 << 20;
-constexpr QByteArrayView whiteSpace(" \t\r\n");
 
 const QString appKey = QStringLiteral("app");
 const QString versionKey = QStringLiteral("version");
@@ -100,37 +98,6 @@ template <StringEnum E> void assign(const QJsonValue& value, const SettingRow&, 
     field = fromRawValue<E>(value.toString()).value_or(field);
 }
 
-/// The first of the outer object's names that occurs twice; none when each occurs once. `json` is valid.
-std::optional<QString> repeatedName(const QByteArray& json)
-{
-    QSet<QString> seen;
-    int depth = 0;
-    for (qsizetype i = 0; i < json.size(); ++i) {
-        if (json[i] == '{' || json[i] == '[')
-            ++depth;
-        else if (json[i] == '}' || json[i] == ']')
-            --depth;
-        if (json[i] != '"')
-            continue;
-        const auto start = i;
-        while (json[++i] != '"')
-            i += json[i] == '\\';
-        const auto end = i + 1;
-        auto next = end;
-        while (next < json.size() && whiteSpace.contains(json[next]))
-            ++next;
-        if (depth != 1 || next == json.size() || json[next] != ':')
-            continue;
-        // A name may be written with escapes.
-        const auto name
-            = QJsonDocument::fromJson('[' + json.mid(start, end - start) + ']').array().at(0).toString();
-        if (seen.contains(name))
-            return name;
-        seen.insert(name);
-    }
-    return std::nullopt;
-}
-
 QJsonObject parsed(const QByteArray& json)
 {
     if (json.trimmed().isEmpty())
@@ -144,8 +111,8 @@ QJsonObject parsed(const QByteArray& json)
     auto fields = document.object();
     if (!fields.contains(appKey))
         throw notOurs();
-    if (const auto name = repeatedName(json))
-        throw unreadable(u"El archivo contiene «%1» dos veces."_s.arg(*name));
+    if (const auto repeated = repeatedName(json, 1))
+        throw unreadable(u"El archivo contiene «%1» dos veces."_s.arg(repeated->name));
     return fields;
 }
 

@@ -26,7 +26,7 @@ struct Outcome {
 
 class Program : public testing::Test {
 protected:
-    Outcome run(const QStringList& arguments)
+    Outcome run(const QStringList& arguments, const QByteArray& input = {})
     {
         QProcess process;
         auto environment = QProcessEnvironment::systemEnvironment();
@@ -35,9 +35,12 @@ protected:
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(folder.path());
         process.start(QString::fromUtf8(PINTALUX_PROGRAM), arguments);
+        process.write(input);
+        process.closeWriteChannel();
         EXPECT_TRUE(process.waitForFinished(60000));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+        written = process.readAllStandardOutput();
+        return {process.exitCode(), QString::fromUtf8(written),
             QString::fromUtf8(process.readAllStandardError())};
     }
 
@@ -65,6 +68,7 @@ protected:
     }
 
     QTemporaryDir folder;
+    QByteArray written; ///< to standard output, by the last run
 };
 
 } // namespace
@@ -106,6 +110,9 @@ TEST_F(Program, MarksThatCannotBeReadAreNamedByTheirPlaceAndLeaveNoFile)
              Row{one("\"kind\": \"pen\", \"color\": \"#FF0000\", \"lineWidth\": 2"),
                  u"$.annotations[0]: falta «points»"_s},
              Row{one(box + ", \"colour\": \"#FF0000\""), u"$.annotations[0].colour: campo desconocido"_s},
+             Row{one("\"kind\": \"pen\", \"pints\": []"), u"$.annotations[0].pints: campo desconocido"_s},
+             Row{one(box + ", \"color\": \"#00FF00\""), u"$.annotations[0].color: aparece dos veces"_s},
+             Row{"{\"beautify\": {}, \"\\u0062eautify\": {}}", u"$.beautify: aparece dos veces"_s},
              Row{one(box + ", \"control\": [1]"), u"$.annotations[0].control: debe ser un punto"_s},
              Row{one(box + ", \"control\": [1, true]"), u"$.annotations[0].control[1]: debe ser un número"_s},
              Row{one(box + ", \"fontSize\": 1e999"), u""_s},
@@ -141,6 +148,55 @@ TEST_F(Program, PicturesThatCannotBeReadOrWrittenAreErrors)
         EXPECT_FALSE(outcome.errors.isEmpty());
         EXPECT_FALSE(QFile::exists(path(u"out.png"_s)));
     }
+}
+
+TEST_F(Program, ReadsAndWritesThroughThePipe)
+{
+    write(u"marks.json"_s, R"({"$schema": "marcas.schema.json", "pixelScale": 2})");
+    QFile picture(path(u"in.png"_s));
+    ASSERT_TRUE(picture.open(QIODevice::ReadOnly));
+    const auto outcome
+        = run({u"--annotate=-"_s, u"--marks=marks.json"_s, u"--output=-"_s}, picture.readAll());
+    EXPECT_EQ(outcome.status, 0) << outcome.errors.toStdString();
+    const auto image = QImage::fromData(written, "png");
+    EXPECT_EQ(image.size(), QSize(200, 100));
+    EXPECT_NEAR(image.dotsPerMeterX() * 0.0254, 144, 0.1);
+
+    const auto broken
+        = run({u"--annotate"_s, u"-"_s, u"--marks"_s, u"marks.json"_s, u"--output"_s, u"-"_s}, "no");
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_TRUE(broken.errors.contains(u"entrada estándar")) << broken.errors.toStdString();
+    EXPECT_TRUE(written.isEmpty());
+}
+
+TEST_F(Program, TheNameOfTheFileDecidesWhatIsWritten)
+{
+    write(u"marks.json"_s, "{}");
+    const auto writtenAs = [&](const QString& name) {
+        return run({u"--annotate"_s, u"in.png"_s, u"--marks"_s, u"marks.json"_s, u"--output"_s, name}).status;
+    };
+    EXPECT_EQ(writtenAs(u"a.JPG"_s), 0);
+    QImage jpeg;
+    EXPECT_TRUE(jpeg.load(path(u"a.JPG"_s), "jpeg"));
+    EXPECT_EQ(jpeg.pixelColor(100, 50), QColor(Qt::white));
+    EXPECT_EQ(writtenAs(u"sin-nombre"_s), 0);
+    EXPECT_TRUE(jpeg.load(path(u"sin-nombre"_s), "png"));
+    EXPECT_EQ(writtenAs(u"a.webp"_s), 1);
+    EXPECT_FALSE(QFile::exists(path(u"a.webp"_s)));
+}
+
+TEST_F(Program, ChecksAnswerInJson)
+{
+    const QStringList check{
+        u"--annotate"_s, u"in.png"_s, u"--marks"_s, u"marks.json"_s, u"--check"_s, u"--json"_s};
+    write(u"marks.json"_s, R"({"annotations": []})");
+    EXPECT_EQ(run(check).output, u"{\"annotations\":0,\"ok\":true}\n");
+    write(u"marks.json"_s, "{");
+    const auto wrong = run(check);
+    EXPECT_EQ(wrong.status, 1);
+    const auto answer = QJsonDocument::fromJson(written);
+    EXPECT_FALSE(answer[u"ok"_s].toBool(true));
+    EXPECT_TRUE(answer[u"error"_s].toString().contains(u"no es JSON"));
 }
 
 TEST_F(Program, WritesTheIconInTenSizes)

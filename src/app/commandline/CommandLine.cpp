@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/commandline/CommandLine.h"
 
+#include <QMap>
+
 #include <algorithm>
 #include <array>
 
@@ -12,13 +14,15 @@ namespace {
 
 using Argument = Option::Argument;
 
-constexpr std::array<Option, 14> optionTable{{
+constexpr std::array<Option, 16> optionTable{{
     {u"--capture", Argument::action, u"ACCIÓN", u"Captura: area, window, fullScreen, text o color"},
+    {u"--screen", Argument::screen, u"NOMBRE", u"Con --capture fullScreen: la pantalla de ese nombre"},
     {u"--annotate", Argument::picture, u"IMAGEN",
         u"Dibuja sobre una imagen las marcas de --marks y guarda --output"},
     {u"--marks", Argument::file, u"ARCHIVO", u"Marcas en JSON (con --annotate)"},
-    {u"--output", Argument::file, u"ARCHIVO", u"PNG que se escribe (con --annotate o --capture fullScreen)"},
+    {u"--output", Argument::file, u"ARCHIVO", u"PNG o JPEG que se escribe (con --annotate o --capture)"},
     {u"--check", Argument::none, u"", u"Con --annotate: comprueba la imagen y las marcas, sin escribir nada"},
+    {u"--json", Argument::none, u"", u"Con --check: dice en JSON lo que encuentra"},
     {u"--open", Argument::picture, u"ARCHIVO", u"Abre una imagen en el editor"},
     {u"--render-icon", Argument::folder, u"CARPETA",
         u"Escribe el icono de la aplicación en todos sus tamaños"},
@@ -28,13 +32,31 @@ constexpr std::array<Option, 14> optionTable{{
     {u"--keep-open", Argument::none, u"", u"Con --selftest: no termina al acabar"},
     {u"--trace", Argument::none, u"", u"Escribe cuánto tarda cada paso de una captura"},
     {u"--completion", Argument::shell, u"INTÉRPRETE", u"Escribe el autocompletado para bash, zsh o fish"},
-    {u"--help", Argument::none, u"", u"Muestra esta ayuda"},
+    {u"--help", Argument::none, u"", u"Muestra esta ayuda (también -h)"},
     {u"--version", Argument::none, u"", u"Muestra la versión"},
+}};
+
+/// Scanned for by their names alone, wherever they stand, and never the reason to refuse a command.
+constexpr std::array<QStringView, 5> scannedOptions{
+    u"--open", u"--render-icon", u"--selftest", u"--overlay", u"--keep-open"};
+
+/// What an option means nothing without; the first of them is named when all are missing.
+struct Companion {
+    QStringView option;
+    std::array<QStringView, 2> needed;
+    QStringView names;
+};
+constexpr std::array<Companion, 5> companions{{
+    {u"--marks", {u"--annotate"}, u"--annotate"},
+    {u"--check", {u"--annotate"}, u"--annotate"},
+    {u"--output", {u"--annotate", u"--capture"}, u"--annotate o --capture"},
+    {u"--json", {u"--check"}, u"--check"},
+    {u"--screen", {u"--capture"}, u"--capture"},
 }};
 
 const Option* optionNamed(QStringView name)
 {
-    const auto found = std::ranges::find(optionTable, name, &Option::name);
+    const auto found = std::ranges::find(optionTable, name == u"-h" ? u"--help" : name, &Option::name);
     return found == optionTable.end() ? nullptr : &*found;
 }
 
@@ -47,20 +69,6 @@ std::optional<QString> valueOf(const QStringList& arguments, const QString& opti
     return arguments[at + 1];
 }
 
-/// The first argument that is neither an option nor the value of one.
-std::optional<QString> firstStranger(const QStringList& arguments)
-{
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const auto* option = optionNamed(arguments[i]);
-        if (!option)
-            return arguments[i];
-        const bool nextIsOption = i + 1 < arguments.size() && optionNamed(arguments[i + 1]);
-        if (!option->value.isEmpty() && !nextIsOption)
-            ++i;
-    }
-    return std::nullopt;
-}
-
 CommandLine misuse(const QString& problem)
 {
     CommandLine line;
@@ -69,105 +77,208 @@ CommandLine misuse(const QString& problem)
     return line;
 }
 
-CommandLine annotate(const QStringList& arguments)
+/// An option and the value behind "=", where an argument is written so.
+std::optional<std::pair<const Option*, QString>> assignment(const QString& argument)
+{
+    const auto equals = argument.indexOf(u'=');
+    const auto* option = equals > 0 ? optionNamed(QStringView(argument).first(equals)) : nullptr;
+    return option ? std::optional(std::pair(option, argument.sliced(equals + 1))) : std::nullopt;
+}
+
+/// The arguments, told apart.
+class Given {
+public:
+    explicit Given(const QStringList& arguments)
+    {
+        for (qsizetype i = 0; i < arguments.size(); ++i) {
+            const auto& argument = arguments[i];
+            if (argument == u"--") {
+                operands += arguments.sliced(i + 1);
+                return;
+            }
+            if (const auto assigned = assignment(argument))
+                assign(*assigned->first, assigned->second);
+            else if (const auto* option = optionNamed(argument))
+                i += take(*option, i + 1 < arguments.size() ? &arguments[i + 1] : nullptr);
+            else if (argument.startsWith(u'-') && argument != u"-")
+                refuse(u"Opción desconocida: %1"_s.arg(argument));
+            else
+                operands << argument;
+        }
+    }
+
+    bool has(QStringView option) const { return values.contains(option.toString()); }
+    /// Empty when the option or its value is missing.
+    QString value(QStringView option) const { return values.value(option.toString()); }
+
+    QStringList operands; ///< what belongs to no option
+    QString problem;      ///< the first, a Spanish sentence; empty for none
+
+private:
+    void refuse(const QString& sentence)
+    {
+        if (problem.isEmpty())
+            problem = sentence;
+    }
+
+    void insert(const Option& option, const QString& value)
+    {
+        if (!has(option.name))
+            values.insert(option.name.toString(), value);
+    }
+
+    void assign(const Option& option, const QString& value)
+    {
+        if (option.value.isEmpty())
+            refuse(u"%1 no lleva ningún valor."_s.arg(option.name));
+        insert(option, value);
+    }
+
+    /// How many arguments after the option belong to it.
+    int take(const Option& option, const QString* next)
+    {
+        const bool hasValue = !option.value.isEmpty() && next && !optionNamed(*next) && !assignment(*next);
+        insert(option, hasValue ? *next : QString());
+        return hasValue ? 1 : 0;
+    }
+
+    QMap<QString, QString> values;
+};
+
+CommandLine annotateLine(const Given& given)
 {
     CommandLine line;
     line.mode = CommandLine::Mode::annotate;
-    line.checkOnly = arguments.contains(u"--check"_s);
+    line.checkOnly = given.has(u"--check");
+    line.json = given.has(u"--json");
     for (const auto& [option, target] : {std::pair(u"--annotate"_s, &line.picture),
              std::pair(u"--marks"_s, &line.marksFile), std::pair(u"--output"_s, &line.outputFile)}) {
-        const auto value = valueOf(arguments, option).value_or(QString());
-        const bool isNeeded = target != &line.outputFile || !line.checkOnly;
-        if (value.isEmpty() && isNeeded)
+        *target = given.value(option);
+        const bool isNeeded = target != &line.outputFile || !line.checkOnly || given.has(option);
+        if (target->isEmpty() && isNeeded)
             return misuse(u"Falta el valor de %1."_s.arg(option));
-        *target = value;
     }
+    if (line.picture == u"-" && line.marksFile == u"-")
+        return misuse(u"La imagen y las marcas no pueden venir las dos de la entrada estándar."_s);
     return line;
 }
 
 /// `--capture`, with or without `--output`.
-CommandLine capture(const QStringList& arguments)
+CommandLine captureLine(const Given& given)
 {
     CommandLine line;
-    const auto name = valueOf(arguments, u"--capture"_s);
-    line.capture = fromRawValue<CaptureAction>(name.value_or(QString()));
+    line.capture = fromRawValue<CaptureAction>(given.value(u"--capture"));
     if (!line.capture)
         return misuse(u"--capture necesita una acción: area, window, fullScreen, text o color."_s);
-    if (!arguments.contains(u"--output"_s))
-        return line;
-    line.outputFile = valueOf(arguments, u"--output"_s).value_or(QString());
-    if (line.outputFile.isEmpty())
+    line.screen = given.value(u"--screen");
+    if (given.has(u"--screen") && line.screen.isEmpty())
+        return misuse(u"Falta el valor de --screen."_s);
+    if (given.has(u"--screen") && *line.capture != CaptureAction::fullScreen)
+        return misuse(u"--screen solo sirve con --capture fullScreen."_s);
+    line.outputFile = given.value(u"--output");
+    if (given.has(u"--output") && line.outputFile.isEmpty())
         return misuse(u"Falta el valor de --output."_s);
-    if (*line.capture != CaptureAction::fullScreen)
-        return misuse(u"--output solo sirve con --capture fullScreen."_s);
-    line.mode = CommandLine::Mode::captureToFile;
+    if (given.has(u"--output"))
+        line.mode = CommandLine::Mode::captureToFile;
     return line;
 }
 
-CommandLine completion(const QStringList& arguments)
+CommandLine completionLine(const Given& given)
 {
     CommandLine line;
     line.mode = CommandLine::Mode::completion;
-    line.shell = valueOf(arguments, u"--completion"_s).value_or(QString());
+    line.shell = given.value(u"--completion");
     if (!QStringList{u"bash"_s, u"zsh"_s, u"fish"_s}.contains(line.shell))
         return misuse(u"--completion necesita un intérprete de órdenes: bash, zsh o fish."_s);
     return line;
 }
 
-/// What is neither a command of its own nor wrong: the program itself, or its self-test.
-CommandLine normal(const QStringList& arguments)
+/// Why these arguments do not go together; empty when they do.
+QString contradiction(const Given& given)
 {
-    CommandLine line;
-    if (const auto directory = valueOf(arguments, u"--selftest"_s)) {
-        line.mode = CommandLine::Mode::selfTest;
-        line.directory = *directory;
-        line.overlay = arguments.contains(u"--overlay"_s);
-        line.keepOpen = arguments.contains(u"--keep-open"_s);
-        return line;
+    for (const auto& [option, needed, names] : companions)
+        if (given.has(option)
+            && std::ranges::none_of(needed, [&](QStringView other) { return given.has(other); }))
+            return u"%1 solo sirve con %2."_s.arg(option, names);
+    if (given.has(u"--annotate") && given.has(u"--capture"))
+        return u"--annotate y --capture no van juntas."_s;
+    const bool takesFiles = std::ranges::none_of(optionTable,
+        [&](const Option& option) { return option.name != u"--trace" && given.has(option.name); });
+    const bool isScanned
+        = std::ranges::any_of(scannedOptions, [&](QStringView name) { return given.has(name); });
+    if (!given.operands.isEmpty() && !isScanned && (!takesFiles || given.operands.contains(u"-"_s)))
+        return u"Argumento inesperado: %1"_s.arg(given.operands.constFirst());
+    return {};
+}
+
+/// The three of the scanned options that have a value, as two arguments each.
+QStringList withValuesApart(const QStringList& arguments)
+{
+    QStringList apart;
+    for (const auto& argument : arguments) {
+        const auto assigned = assignment(argument);
+        if (assigned && std::ranges::find(scannedOptions, assigned->first->name) != scannedOptions.end())
+            apart << assigned->first->name.toString() << assigned->second;
+        else
+            apart << argument;
     }
-    if (arguments.contains(u"--capture"_s))
-        line = capture(arguments);
-    line.openFile = valueOf(arguments, u"--open"_s).value_or(QString());
-    return line;
+    return apart;
 }
 
 } // namespace
 
 std::span<const Option> CommandLine::options() { return optionTable; }
 
-CommandLine CommandLine::parse(const QStringList& arguments)
+CommandLine CommandLine::parse(const QStringList& given)
 {
+    const auto arguments = withValuesApart(given);
     CommandLine line;
     if (const auto directory = valueOf(arguments, u"--render-icon"_s)) {
         line.mode = Mode::renderIcon;
         line.directory = *directory;
         return line;
     }
-    if (const auto stranger = firstStranger(arguments))
-        return misuse(
-            (stranger->startsWith(u'-') ? u"Opción desconocida: %1"_s : u"Argumento inesperado: %1"_s)
-                .arg(*stranger));
-    if (arguments.contains(u"--help"_s)) {
+    const Given options(given);
+    if (!options.problem.isEmpty())
+        return misuse(options.problem);
+    if (options.has(u"--help")) {
         line.mode = Mode::help;
         return line;
     }
-    if (arguments.contains(u"--version"_s)) {
+    if (options.has(u"--version")) {
         line.mode = Mode::version;
         return line;
     }
-    if (arguments.contains(u"--completion"_s))
-        return completion(arguments);
-    if (arguments.contains(u"--annotate"_s))
-        return annotate(arguments);
+    if (const auto problem = contradiction(options); !problem.isEmpty())
+        return misuse(problem);
+    if (options.has(u"--completion"))
+        return completionLine(options);
+    if (options.has(u"--annotate"))
+        return annotateLine(options);
 
-    line = normal(arguments);
-    line.trace = arguments.contains(u"--trace"_s);
+    const auto directory = valueOf(arguments, u"--selftest"_s);
+    if (directory) {
+        line.mode = Mode::selfTest;
+        line.directory = *directory;
+        line.overlay = arguments.contains(u"--overlay"_s);
+        line.keepOpen = arguments.contains(u"--keep-open"_s);
+    } else {
+        if (options.has(u"--capture"))
+            line = captureLine(options);
+        const bool isScanned = std::ranges::any_of(
+            scannedOptions, [&](QStringView name) { return arguments.contains(name.toString()); });
+        if (const auto file = valueOf(arguments, u"--open"_s))
+            line.openFiles << *file;
+        else if (!isScanned)
+            line.openFiles = options.operands;
+    }
+    line.trace = options.has(u"--trace");
     return line;
 }
 
 QString CommandLine::help()
 {
-    auto text = u"Pintalux: capturas de pantalla con anotaciones.\n\nUso: pintalux [OPCIÓN]…\n\n"_s;
+    auto text = u"Pintalux: capturas de pantalla con anotaciones.\n\nUso: pintalux [OPCIÓN]… [IMAGEN]…\n\n"_s;
     constexpr qsizetype column = 26;
     for (const auto& option : optionTable) {
         auto left = u"  "_s + option.name.toString();

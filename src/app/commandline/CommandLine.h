@@ -13,7 +13,7 @@ namespace pintalux {
 
 /// All there is to know of an option: what `--help` and the shells' completions are made from.
 struct Option {
-    enum class Argument { none, action, picture, file, folder, shell };
+    enum class Argument { none, action, picture, file, folder, screen, shell };
 
     QStringView name;
     Argument argument; ///< what the following argument is
@@ -31,18 +31,20 @@ struct CommandLine {
         selfTest,
         annotate,
         completion,
-        captureToFile, ///< the full screen into `outputFile`, without tray and without the running program
+        captureToFile, ///< `capture` goes into `outputFile` and nowhere else
         misuse,
     };
 
     Mode mode = Mode::normal;
     QString directory;                    ///< of `--render-icon` and `--selftest`
-    QString openFile;                     ///< of `--open`; empty for none
+    QStringList openFiles;                ///< of `--open`, else those named without an option
     std::optional<CaptureAction> capture; ///< of `--capture`
-    QString picture;                      ///< of `--annotate`
+    QString screen;                       ///< the output that is captured; empty: the one under the pointer
+    QString picture;                      ///< of `--annotate`; "-" is standard input, also for the marks
     QString marksFile;
-    QString outputFile;
+    QString outputFile;     ///< "-" is standard output
     bool checkOnly = false; ///< `--annotate` reads and draws nothing
+    bool json = false;      ///< what `--check` finds is said in JSON
     QString shell;          ///< of `--completion`
     bool overlay = false;   ///< the self-test also drives the selection overlay
     bool keepOpen = false;  ///< the self-test leaves the program running
@@ -51,8 +53,12 @@ struct CommandLine {
 
     static std::span<const Option> options();
 
-    /// Reads the arguments that follow the program's name. The first occurrence of an option counts. The
-    /// options `--render-icon`, `--selftest` and `--open` are ignored when nothing follows them.
+    /// Reads the arguments that follow the program's name. The first occurrence of an option counts, and its
+    /// value follows it or stands behind "=".
+    ///
+    /// `--render-icon`, `--selftest` and `--open` take whatever follows them and are ignored when nothing
+    /// does; beside them and `--overlay` and `--keep-open` a file without an option means nothing. All others
+    /// refuse to do without their value, or to take another option for it.
     static CommandLine parse(const QStringList& arguments);
 
     /// The text of `--help`, in Spanish.
