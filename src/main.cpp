@@ -181,7 +181,8 @@ std::optional<int> handOver(SingleInstance& instance, const CommandLine& command
 {
     bool taken = true;
     if (commandLine.capture)
-        taken = instance.forwardAction(rawValue(*commandLine.capture));
+        taken = instance.forwardAction(rawValue(*commandLine.capture),
+            commandLine.screen.isEmpty() ? QVariantList() : QVariantList{commandLine.screen});
     int status = EXIT_SUCCESS;
     QStringList pictures;
     for (const auto& path : commandLine.openFiles) {
@@ -221,7 +222,9 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
             delegate.openImageFile(path);
     });
     QObject::connect(&instance, &SingleInstance::actionRequested, &delegate,
-        [&](const QString& name) { delegate.runNamed(name); });
+        [&](const QString& name, const QVariantList& parameters) {
+            delegate.runNamed(name, parameters.value(0).toString());
+        });
     const CaptureBus captures([&](auto action, const auto& screen, const auto& done) {
         return delegate.captureFor(action, screen, done);
     });

@@ -89,7 +89,7 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     for (const auto& path : commandLine.openFiles)
         openImageFile(path);
     if (commandLine.capture)
-        perform(*commandLine.capture);
+        perform(*commandLine.capture, commandLine.screen);
     if (!settings.hasLaunchedBefore()) {
         settings.setHasLaunchedBefore(true);
         if (!statusItem->isTrayMissing()) // of which there is a message already
@@ -152,14 +152,14 @@ void AppDelegate::runFromMenu(const ProgramAction& action)
         run(std::get<Command>(action));
 }
 
-void AppDelegate::runNamed(const QString& actionName)
+void AppDelegate::runNamed(const QString& actionName, const QString& screen)
 {
     Trace::begin(u"orden");
     const auto action = programActionNamed(actionName);
     if (!action)
         return; // refused on the bus already
     if (const auto* capture = std::get_if<CaptureAction>(&*action))
-        perform(*capture);
+        perform(*capture, screen);
     else
         run(std::get<Command>(*action));
 }

@@ -59,7 +59,8 @@ public:
     const QSet<CaptureAction>& failedShortcuts() const { return failed; }
 
     /// Starts a capture. Does nothing while something is being selected or the permission is missing.
-    void perform(CaptureAction action);
+    /// `screen` names the output whose full screen is wanted; empty for the one under the pointer.
+    void perform(CaptureAction action, const QString& screen = {});
     /// The same from a menu, once the menu has left the screen.
     void menuCapture(CaptureAction action);
     /// Carries out a command of the program's.
@@ -67,7 +68,7 @@ public:
     /// What a person chose in the status menu.
     void runFromMenu(const ProgramAction& action);
     /// The same by its name, from another process, which has no menu to wait for.
-    void runNamed(const QString& actionName);
+    void runNamed(const QString& actionName, const QString& screen = {});
 
     /// Takes a capture for somebody who wants to have it themselves; no setting applies to it. What it
     /// returns cancels it; empty while something is being selected, and then `done` is never called.
@@ -99,7 +100,7 @@ private:
     void startOverlay(OverlayMode mode);
     void overlayFinished(const OverlayOutcome& outcome);
     void captureWindow(const WindowInfo& window, const QString& title);
-    void captureFullScreen();
+    void captureFullScreen(const QString& screen);
     void reactivatePrevious();
 
     void editorClosed(EditorWindowController& closing);

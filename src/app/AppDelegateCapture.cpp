@@ -14,7 +14,7 @@
 
 namespace pintalux {
 
-void AppDelegate::perform(CaptureAction action)
+void AppDelegate::perform(CaptureAction action, const QString& screen)
 {
     if (overlay || isFreezing || selecting || !ScreenCapture::ensurePermission())
         return;
@@ -25,7 +25,7 @@ void AppDelegate::perform(CaptureAction action)
     previousApp = workspace->frontmostWindow();
     switch (action) {
     case CaptureAction::fullScreen:
-        return captureFullScreen();
+        return captureFullScreen(screen);
     case CaptureAction::area:
         return startOverlay(OverlayMode::area);
     case CaptureAction::window:
@@ -65,9 +65,9 @@ std::function<void()> AppDelegate::captureFor(
 }
 
 // Does not stand in the way of the next capture: whoever asks several times in a row gets as many pictures.
-void AppDelegate::captureFullScreen()
+void AppDelegate::captureFullScreen(const QString& screen)
 {
-    whenFinished(ScreenCapture::captureDisplayUnderMouse(), this, [this](QFuture<CaptureResult> shot) {
+    whenFinished(ScreenCapture::captureDisplay(screen), this, [this](QFuture<CaptureResult> shot) {
         try {
             delivery.deliver(shot.takeResult());
         } catch (const Error& error) {

@@ -46,9 +46,8 @@ void CaptureJob::cancel()
 
 void CaptureJob::takeScreen()
 {
-    const auto shot = screen.isEmpty() ? ScreenCapture::captureDisplayUnderMouse()
-                                       : ScreenCapture::captureDisplay(screen);
-    whenFinished(shot, this, [this](const QFuture<CaptureResult>& finished) { answerWith(finished); });
+    whenFinished(ScreenCapture::captureDisplay(screen), this,
+        [this](const QFuture<CaptureResult>& finished) { answerWith(finished); });
 }
 
 void CaptureJob::select(OverlayMode mode)

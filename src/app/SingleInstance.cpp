@@ -69,26 +69,30 @@ public Q_SLOTS:
         later([this] { Q_EMIT instance->activated(); });
     }
 
-    void Open(const QStringList& uris, const QVariantMap&)
+    void Open(const QStringList& uris, const QVariantMap&, const QDBusMessage& call)
     {
         const auto paths = filesAmong(uris);
         if (!paths.isEmpty())
             later([this, paths] { Q_EMIT instance->openRequested(paths); });
+        if (paths.size() != uris.size())
+            refuse(call, u"Pintalux solo abre archivos de este equipo."_s);
     }
 
     void ActivateAction(const QString& action_name, const QVariantList& parameter, const QVariantMap&,
         const QDBusMessage& call)
     {
-        if (instance->knowsAction && !instance->knowsAction(action_name)) {
-            call.setDelayedReply(true);
-            QDBusConnection::sessionBus().send(call.createErrorReply(
-                QDBusError::InvalidArgs, u"Pintalux no conoce la acción «%1»."_s.arg(action_name)));
-            return;
-        }
+        if (instance->knowsAction && !instance->knowsAction(action_name))
+            return refuse(call, u"Pintalux no conoce la acción «%1»."_s.arg(action_name));
         later([=, this] { Q_EMIT instance->actionRequested(action_name, parameter); });
     }
 
 private:
+    static void refuse(const QDBusMessage& call, const QString& sentence)
+    {
+        call.setDelayedReply(true);
+        QDBusConnection::sessionBus().send(call.createErrorReply(QDBusError::InvalidArgs, sentence));
+    }
+
     template <typename Work> void later(Work work)
     {
         QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);

@@ -205,6 +205,8 @@ QFuture<CaptureResult> ScreenCapture::captureDisplayUnderMouse()
 
 QFuture<CaptureResult> ScreenCapture::captureDisplay(const QString& name)
 {
+    if (name.isEmpty())
+        return captureDisplayUnderMouse();
     return runOn(captureThread(),
         [from = source(), toolkit = toolkitScreens(), name] { return takeDisplay(*from, toolkit, name); });
 }

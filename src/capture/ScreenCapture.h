@@ -77,7 +77,8 @@ public:
     /// The whole display under the pointer, the first one when it is over none. `noDisplay` when there is
     /// none.
     static QFuture<CaptureResult> captureDisplayUnderMouse();
-    /// The whole display of that output; fails, naming those that there are, when there is none.
+    /// The whole display of that output, the one under the pointer for an empty name; fails, naming those
+    /// that there are, when there is none.
     static QFuture<CaptureResult> captureDisplay(const QString& name);
     /// One window as it is now, without its shadow. The result carries no suggested name.
     static QFuture<CaptureResult> capture(const WindowInfo& window);

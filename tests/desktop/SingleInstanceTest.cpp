@@ -90,9 +90,11 @@ TEST(SingleInstance, OtherProgramsReachItAsTheStandardInterface)
     const QString noData = u"{}"_s;
     EXPECT_EQ(callProgram(u"Activate"_s, {noData}), "()\n");
     EXPECT_TRUE(first.says(u"activated"_s));
-    EXPECT_EQ(callProgram(u"Open"_s, {u"['file:///tmp/a%20b.png', 'https://example.org/c.png']"_s, noData}),
-        "()\n");
-    EXPECT_TRUE(first.says(u"open /tmp/a b.png"_s)) << "nothing is fetched from elsewhere";
+    EXPECT_EQ(callProgram(u"Open"_s, {u"['file:///tmp/a%20b.png']"_s, noData}), "()\n");
+    EXPECT_TRUE(first.says(u"open /tmp/a b.png"_s));
+    EXPECT_EQ(callProgram(u"Open"_s, {u"['file:///tmp/d.png', 'https://example.org/c.png']"_s, noData}), "")
+        << "nothing is fetched from elsewhere, and the caller is told";
+    EXPECT_TRUE(first.says(u"open /tmp/d.png"_s));
     EXPECT_EQ(callProgram(u"ActivateAction"_s, {u"area"_s, u"[<'texto'>, <3>, <true>]"_s, noData}), "()\n");
     EXPECT_TRUE(first.says(u"action area QString=texto|int=3|bool=true"_s))
         << qPrintable(first.lines().join(u'\n'));
