@@ -57,10 +57,10 @@ inline void key(int key, Qt::KeyboardModifiers modifiers = {})
     }
 }
 
-/// Lets the application work until something holds; false when it does not within five seconds.
+/// Lets the application work until something holds; false when it does not within half a minute.
 inline bool waitFor(const std::function<bool()>& holds)
 {
-    constexpr int limit = 5000;
+    constexpr int limit = 30000; // a busy machine is slow, not broken
     QElapsedTimer watch;
     watch.start();
     while (!holds() && watch.elapsed() < limit)

@@ -2,12 +2,16 @@
 
 // Runs a folder's tests without any display: the toolkit draws into memory.
 
+#include "OwnHome.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {
+    const pintalux::test::OwnHome home;
+    pintalux::test::OwnHome::enter(home.environment());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);

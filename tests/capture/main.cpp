@@ -2,12 +2,16 @@
 
 // Runs the folder's tests on two screens in memory: LEFT at 1×, RIGHT at 2× and a little higher.
 
+#include "OwnHome.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {
+    const pintalux::test::OwnHome home;
+    pintalux::test::OwnHome::enter(home.environment());
     qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" TEST_DATA "/screens.json");
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);

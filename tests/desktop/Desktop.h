@@ -51,7 +51,7 @@ qsizetype differingPixels(const QImage& one, const QImage& other);
 /// Waits, without stopping the event loop, for a capture's result.
 template <typename T> T finished(QFuture<T> future)
 {
-    waitUntil([&] { return future.isFinished(); }, 10000);
+    waitUntil([&] { return future.isFinished(); });
     return future.takeResult();
 }
 

@@ -3,14 +3,13 @@
 
 #include "platform/x11/XcbConnection.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <signal.h>
 #include <sys/prctl.h>
 
 #include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -18,20 +17,16 @@ namespace pintalux::test {
 
 namespace {
 
-constexpr int limitMilliseconds = 10000;
-
 [[noreturn]] void giveUp(const QString& reason)
 {
-    std::fprintf(stderr, "DisplaySession: %s\n", qPrintable(reason));
-    std::exit(EXIT_FAILURE);
+    throw std::runtime_error("DisplaySession: " + reason.toStdString());
 }
 
 QByteArray firstLine(QProcess& process)
 {
     QElapsedTimer clock;
     clock.start();
-    while (!process.canReadLine() && clock.elapsed() < limitMilliseconds
-        && process.state() != QProcess::NotRunning)
+    while (!process.canReadLine() && clock.elapsed() < patience && process.state() != QProcess::NotRunning)
         process.waitForReadyRead(100);
     return process.readLine().trimmed();
 }
@@ -39,36 +34,17 @@ QByteArray firstLine(QProcess& process)
 } // namespace
 
 DisplaySession::DisplaySession(const DesktopOptions& options)
-    : programEnvironment(QProcessEnvironment::systemEnvironment())
+    : programEnvironment(home.environment())
 {
-    if (!home.isValid())
-        giveUp(u"no temporary folder"_s);
-    const QString runtime = home.filePath(u"runtime"_s);
-    QDir().mkpath(runtime);
-    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    for (const auto& inherited : {u"WAYLAND_DISPLAY"_s, u"DISPLAY"_s, u"XAUTHORITY"_s, u"XDG_CONFIG_HOME"_s,
-             u"XDG_DATA_HOME"_s, u"XDG_CACHE_HOME"_s, u"DBUS_SESSION_BUS_ADDRESS"_s})
-        programEnvironment.remove(inherited);
-    programEnvironment.insert(u"HOME"_s, home.path());
-    programEnvironment.insert(u"XDG_RUNTIME_DIR"_s, runtime);
     programEnvironment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-
     startServer(options);
     startBus();
     for (const auto& monitor : options.monitors)
         run(u"xrandr"_s, QStringList{u"--setmonitor"_s} + monitor);
     if (!options.scaleFactors.isEmpty())
         programEnvironment.insert(u"QT_SCREEN_SCALE_FACTORS"_s, options.scaleFactors);
-    if (options.windowManager) {
-        start(u"openbox"_s, {u"--sm-disable"_s});
-        // It names itself first and lists its windows last; one that is shown between may be overlooked.
-        const auto managed = [this] {
-            return run(u"xprop"_s, {u"-root"_s, u"_NET_CLIENT_LIST"_s}).contains("window id");
-        };
-        if (!waitUntil(managed, limitMilliseconds))
-            giveUp(u"openbox does not come up"_s);
-        letPass(150);
-    }
+    if (options.windowManager)
+        startWindowManager();
     if (options.compositor)
         startCompositor();
 }
@@ -91,19 +67,25 @@ void DisplaySession::startServer(const DesktopOptions& options)
 
 void DisplaySession::startBus()
 {
-    auto& bus = start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address=1"_s});
+    auto& bus = start(u"dbus-daemon"_s,
+        {u"--config-file=" TEST_DATA "/session-bus.conf"_s, u"--nofork"_s, u"--print-address=1"_s});
     const auto address = firstLine(bus);
     if (address.isEmpty())
         giveUp(u"dbus-daemon does not come up"_s);
     programEnvironment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, QString::fromLatin1(address));
 }
 
-void DisplaySession::enter() const
+void DisplaySession::startWindowManager()
 {
-    for (const auto& key : programEnvironment.keys())
-        qputenv(key.toLatin1().constData(), programEnvironment.value(key).toLocal8Bit());
-    qunsetenv("WAYLAND_DISPLAY");
+    // It names itself early. Until it has looked through the windows that there are, which without font
+    // caches takes seconds, it overlooks for good one that is shown; then it runs this.
+    const QString managing = home.path() + u"/managing"_s;
+    start(u"openbox"_s, {u"--sm-disable"_s, u"--startup"_s, u"touch %1"_s.arg(managing)});
+    if (!waitUntil([&] { return QFile::exists(managing); }))
+        giveUp(u"openbox does not come up"_s);
 }
+
+void DisplaySession::enter() const { OwnHome::enter(programEnvironment); }
 
 QProcess& DisplaySession::start(const QString& program, const QStringList& arguments)
 {
@@ -112,7 +94,7 @@ QProcess& DisplaySession::start(const QString& program, const QStringList& argum
     process->setStandardErrorFile(QProcess::nullDevice());
     process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     process->start(program, arguments);
-    if (!process->waitForStarted(limitMilliseconds))
+    if (!process->waitForStarted(patience))
         giveUp(u"%1 does not start: %2"_s.arg(program, process->errorString()));
     return *processes.emplace_back(std::move(process));
 }
@@ -122,10 +104,10 @@ void DisplaySession::stop(QProcess& process)
     if (process.state() == QProcess::NotRunning)
         return;
     process.terminate();
-    if (process.waitForFinished(2000))
+    if (process.waitForFinished(5000))
         return;
     process.kill();
-    process.waitForFinished(2000);
+    process.waitForFinished(5000);
 }
 
 QByteArray DisplaySession::run(const QString& program, const QStringList& arguments) const
@@ -133,7 +115,7 @@ QByteArray DisplaySession::run(const QString& program, const QStringList& argume
     QProcess process;
     process.setProcessEnvironment(programEnvironment);
     process.start(program, arguments);
-    if (process.waitForFinished(limitMilliseconds) && process.exitStatus() == QProcess::NormalExit
+    if (process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit
         && process.exitCode() == 0)
         return process.readAllStandardOutput();
     std::fprintf(stderr, "DisplaySession: %s: %s%s\n", qPrintable(program), qPrintable(process.errorString()),
@@ -155,7 +137,7 @@ QProcess& DisplaySession::startCompositor()
                 .sequence);
         return connection.hasCompositor() && lastPixel && xcb_get_image_data(lastPixel.get())[0] != 0;
     };
-    if (!waitUntil(hasPainted, limitMilliseconds))
+    if (!waitUntil(hasPainted))
         giveUp(u"picom does not come up"_s);
     return compositor;
 }

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "OwnHome.h"
+
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QSize>
 #include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
 #include <memory>
 #include <vector>
@@ -31,7 +32,7 @@ struct DesktopOptions {
 /// application object.
 class DisplaySession {
 public:
-    /// Returns when the desktop is ready; prints the reason and ends the process when it cannot be had.
+    /// Returns when the desktop is ready; throws the reason as a std::runtime_error when it cannot be had.
     explicit DisplaySession(const DesktopOptions& options = {});
     ~DisplaySession();
     DisplaySession(const DisplaySession&) = delete;
@@ -50,7 +51,7 @@ public:
     /// Runs a program to its end; its standard output, or null with a message when it fails.
     QByteArray run(const QString& program, const QStringList& arguments = {}) const;
 
-    /// The compositing manager, until it is told to stop.
+    /// The compositing manager, until it is told to stop; throws when it does not come up.
     QProcess& startCompositor();
 
     /// Ends everything at once, as when a display server crashes.
@@ -59,15 +60,20 @@ public:
 private:
     void startServer(const DesktopOptions& options);
     void startBus();
+    void startWindowManager();
 
-    QTemporaryDir home;
+    OwnHome home;
     QByteArray displayName;
     QProcessEnvironment programEnvironment;
     std::vector<std::unique_ptr<QProcess>> processes; ///< in starting order; the server first
 };
 
+/// How long a test waits for another program before it says that the thing does not happen, in milliseconds.
+/// A machine that is busy with something else is slow, not broken; where all is well nobody waits that long.
+constexpr int patience = 30000;
+
 /// Waits, while the event loop of this thread runs, until `condition` holds; false after the limit.
-template <typename Condition> bool waitUntil(Condition condition, int limitMilliseconds = 3000);
+template <typename Condition> bool waitUntil(Condition condition, int limitMilliseconds = patience);
 
 /// Lets time pass while the event loop of this thread runs, for what gives no sign that could be waited for.
 void letPass(int milliseconds);

@@ -83,7 +83,7 @@ protected:
         ASSERT_EQ(program.state(), QProcess::Running)
             << "crashed: " << (program.exitStatus() == QProcess::CrashExit);
         program.terminate();
-        EXPECT_TRUE(program.waitForFinished(5000));
+        EXPECT_TRUE(program.waitForFinished(patience));
     }
 
     void start(const QStringList& arguments)
@@ -99,7 +99,7 @@ protected:
     void openPhoto()
     {
         start({u"--open"_s, home.filePath(u"foto.png"_s)});
-        ASSERT_TRUE(waitUntil([&] { return findPhoto(); }, 10000));
+        ASSERT_TRUE(waitUntil([&] { return findPhoto(); }));
         ASSERT_TRUE(waitUntil([] { return activeTitle() == u"Pintalux"; }));
         letPass(300); // the manager names the active window before it has the keyboard
     }
@@ -273,7 +273,7 @@ TEST_F(EditorTest, ThePictureIsDraggedFromTheBarIntoAnotherProgramAsAFile)
     }
     // Not waited for: this process must answer while it runs.
     desktop().start(u"xdotool"_s, steps + QStringList{u"sleep"_s, u"0.2"_s, u"mouseup"_s, u"1"_s});
-    ASSERT_TRUE(waitUntil([&] { return !target.addresses.isEmpty(); }, 6000));
+    ASSERT_TRUE(waitUntil([&] { return !target.addresses.isEmpty(); }));
     const auto path = target.addresses.value(0).toLocalFile();
     EXPECT_TRUE(QFileInfo(path).fileName().startsWith(u"Pintalux foto 2")) << path.toStdString();
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), expected), 0);

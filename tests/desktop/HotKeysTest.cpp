@@ -64,7 +64,7 @@ protected:
         arguments << u"key"_s << QString::number(witnessKey);
         const int before = seen;
         xdotool(arguments.join(u' '));
-        EXPECT_TRUE(waitUntil([&] { return seen > before; }, 20000)) << "the witness";
+        EXPECT_TRUE(waitUntil([&] { return seen > before; })) << "the witness";
     }
 
     // The ids that failed.

@@ -136,7 +136,7 @@ protected:
     {
         EXPECT_EQ(program.state(), QProcess::Running);
         program.terminate();
-        EXPECT_TRUE(program.waitForFinished(5000));
+        EXPECT_TRUE(program.waitForFinished(patience));
     }
 
     void openPreferences()

@@ -53,7 +53,7 @@ protected:
         program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_s});
         ASSERT_TRUE(reaches(ready));
         // It says that this desktop has no tray; that message must have gone.
-        ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), empty) == 0; }, 6000));
+        ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), empty) == 0; }));
     }
 
     void TearDown() override
@@ -66,7 +66,7 @@ protected:
             << ", crashed: " << (program.exitStatus() == QProcess::CrashExit) << "\n"
             << printed.constData();
         program.terminate();
-        EXPECT_TRUE(program.waitForFinished(5000));
+        EXPECT_TRUE(program.waitForFinished(patience));
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit) << "killed instead of asked";
         EXPECT_EQ(program.exitCode(), 128 + SIGTERM);
     }
@@ -189,7 +189,7 @@ TEST_F(ProgramTest, ASecondStartHandsItsWishOver)
     QProcess second;
     second.setProcessEnvironment(environment);
     second.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--capture"_s, u"color"_s});
-    ASSERT_TRUE(second.waitForFinished(5000));
+    ASSERT_TRUE(second.waitForFinished(patience));
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_TRUE(reaches(overlayPainted));
     xdotool(u"key Escape"_s);
@@ -216,7 +216,7 @@ TEST_F(ProgramTest, TheTextUnderTheSelectionIsCopiedLineByLine)
     const auto expected = u"Las ventas del primer semestre crecieron un 18 %.\n"
                           "La campaña de otoño empieza el 3 de septiembre.\n"
                           "Pendiente: revisar el presupuesto de diseño."_s;
-    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::clipboard()->text() == expected; }, 15000))
+    EXPECT_TRUE(waitUntil([&] { return QGuiApplication::clipboard()->text() == expected; }))
         << QGuiApplication::clipboard()->text().toStdString();
     EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
 }
@@ -255,7 +255,7 @@ TEST_F(ProgramTest, ItEndsCleanlyWhileItReads)
     letPass(500); // long before the last line is read
     EXPECT_FALSE(QGuiApplication::clipboard()->text().contains(u"Una línea")) << "it has been read already";
     callProgram(u"ActivateAction"_s, {u"terminate"_s, u"[]"_s, u"{}"_s});
-    ASSERT_TRUE(program.waitForFinished(3000)) << "it hangs";
+    ASSERT_TRUE(program.waitForFinished(patience)) << "it hangs";
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
     hasEnded = true;

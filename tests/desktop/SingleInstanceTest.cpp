@@ -33,7 +33,7 @@ public:
             seen.append(QString::fromUtf8(process.readLine()).trimmed());
         return seen;
     }
-    bool says(const QString& line, int limitMilliseconds = 5000)
+    bool says(const QString& line, int limitMilliseconds = patience)
     {
         return waitUntil([&] { return lines().contains(line); }, limitMilliseconds);
     }

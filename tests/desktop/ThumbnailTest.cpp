@@ -78,7 +78,7 @@ protected:
     static QPoint onPicture() { return at(100, 80); }
     static QPoint onAction(int index) { return at(48 + 80 * index, 180); }
 
-    bool closes(int limit = 1500)
+    bool closes(int limit = 4000)
     {
         return waitUntil([this] { return timesClosed > 0; }, limit);
     }
@@ -239,7 +239,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
                 .arg(from.y())
                 .split(u' '));
         QByteArray line;
-        waitUntil([&] { return !(line = target.readLine()).isEmpty(); }, 6000);
+        waitUntil([&] { return !(line = target.readLine()).isEmpty(); });
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
     const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_s);

@@ -18,7 +18,7 @@ public:
     {
     }
 
-    bool says(const QByteArray& text, int limitMilliseconds = 6000)
+    bool says(const QByteArray& text, int limitMilliseconds = patience)
     {
         return waitUntil(
             [&] {

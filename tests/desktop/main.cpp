@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <stdexcept>
+
 namespace {
 
 pintalux::test::DisplaySession* currentSession = nullptr;
@@ -18,7 +21,7 @@ pintalux::test::DisplaySession* currentSession = nullptr;
 pintalux::test::DisplaySession& pintalux::test::desktop() { return *currentSession; }
 
 int main(int argc, char** argv)
-{
+try {
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
@@ -34,4 +37,7 @@ int main(int argc, char** argv)
     }
     currentSession = nullptr;
     return status;
+} catch (const std::runtime_error& noDesktop) {
+    std::fprintf(stderr, "%s\n", noDesktop.what());
+    return EXIT_FAILURE;
 }
