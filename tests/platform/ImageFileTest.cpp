@@ -100,7 +100,8 @@ protected:
         ASSERT_TRUE(quarters({80, 60}).save(name(u"png"_s)));
         for (const QString& kind : {u"jpg"_s, u"tiff"_s, u"gif"_s, u"webp"_s, u"bmp"_s})
             runTool(u"convert"_s, {name(u"png"_s), u"-quality"_s, u"95"_s, name(kind)});
-        runTool(u"heif-enc"_s, {u"-q"_s, u"90"_s, u"-o"_s, name(u"heic"_s), name(u"png"_s)});
+        // Encoders of this one are rare: the same quarters as another program wrote them.
+        ASSERT_TRUE(QFile::copy(u"" TEST_DATA "/quarters.heic"_s, name(u"heic"_s)));
     }
     static void TearDownTestSuite() { samples.reset(); }
 
