@@ -48,7 +48,7 @@ AppDelegate::AppDelegate(
     , delivery(appSettings, routes())
 {
     running = this;
-    presentServices();
+    Presenters::install();
     fileReading.setMaxThreadCount(1);
     connect(&settings, &Settings::changed, this, [this](Setting setting) {
         if (setting == Setting::shortcutPreset)

@@ -3,28 +3,36 @@
 
 #include "app/messages/HUD.h"
 #include "app/messages/PermissionAlert.h"
-#include "capture/ScreenCapture.h"
-#include "capture/text/OCR.h"
 
 using namespace Qt::StringLiterals;
 
-namespace pintalux {
+namespace pintalux::Presenters {
 
-void presentServices()
+ScreenCapture::Presenter ofCaptures()
 {
-    static const auto readingSign = u"Leyendo el texto…"_s;
-    ScreenCapture::setPresenter({.showPermissionHelp = showPermissionAlert,
-        .showMessage = [](const QString& message, const QString& symbol) { HUD::show(message, symbol); }});
-    OCR::setPresenter({
-        .takesLong = [] { HUD::showUntilReplaced(readingSign, u"text.viewfinder"_s); },
+    return {.showPermissionHelp = showPermissionAlert,
+        .showMessage = [](const QString& message, const QString& symbol) { HUD::show(message, symbol); }};
+}
+
+OCR::Presenter ofReadings()
+{
+    static const auto sign = u"Leyendo el texto…"_s;
+    return {
+        .takesLong = [] { HUD::showUntilReplaced(sign, u"text.viewfinder"_s); },
         .ended =
             [] {
-                if (HUD::currentMessage() == readingSign)
+                if (HUD::currentMessage() == sign)
                     HUD::dismiss();
             },
         .failed
         = [](const Error& error) { HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s); },
-    });
+    };
 }
 
-} // namespace pintalux
+void install()
+{
+    ScreenCapture::setPresenter(ofCaptures());
+    OCR::setPresenter(ofReadings());
+}
+
+} // namespace pintalux::Presenters

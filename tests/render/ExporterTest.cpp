@@ -147,6 +147,19 @@ TEST_F(ExporterTest, SavesWithinOneSecondAreNumberedAndNoneIsReplaced)
     EXPECT_EQ(QImage(paths.front()).pixelColor(0, 0), QColor(1, 1, 1));
 }
 
+TEST_F(ExporterTest, WhatIsWrittenLaterBearsTheTimeAtWhichItWasAskedFor)
+{
+    int seconds = 0;
+    const auto walkingClock = [&] { return moment.addSecs(seconds++); };
+    const auto png = Exporter::encode(picture(), 1);
+    const auto first = Exporter::startQuickSave(png, folder, u"Uno"_s, walkingClock);
+    const auto second = Exporter::startQuickSave(png, folder, u"Uno"_s, standingClock);
+    EXPECT_EQ(first.stamp, moment);
+    EXPECT_EQ(QFileInfo(first.path.result()).fileName(), expected(u"Uno"_s));
+    EXPECT_EQ(QFileInfo(second.path.result()).fileName(), u"Pintalux Uno %1 (2).png"_s.arg(stamp));
+    EXPECT_EQ(saved().size(), 2);
+}
+
 TEST_F(ExporterTest, ProcessesThatSaveAtOnceNeverReplaceEachOthersPictures)
 {
     constexpr int writers = 4, pictures = 10;

@@ -26,7 +26,13 @@ constexpr double segmentRadius = Theme::toolRadius - inset;
 
 QStringView symbolOf(BlurStyle style)
 {
-    return style == BlurStyle::pixelate ? QStringView(u"checkerboard.rectangle") : QStringView(u"blur");
+    switch (style) {
+    case BlurStyle::pixelate:
+        return u"checkerboard.rectangle";
+    case BlurStyle::blur:
+        break;
+    }
+    return u"blur";
 }
 
 } // namespace

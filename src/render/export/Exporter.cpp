@@ -240,10 +240,10 @@ QString quickSave(
     }
 }
 
-Saving startQuickSave(
-    const QFuture<QByteArray>& png, const QString& folder, const std::optional<QString>& name)
+Saving startQuickSave(const QFuture<QByteArray>& png, const QString& folder,
+    const std::optional<QString>& name, const Clock& clock)
 {
-    const auto stamp = wallClock();
+    const auto stamp = clock();
     const auto save = [=] { return quickSave(png.result(), folder, name, [=] { return stamp; }); };
     return {stamp, runOn(savingThread(), save)};
 }

@@ -70,8 +70,8 @@ struct Saving {
     QFuture<QString> path; ///< the path that was written, or the `Error`
 };
 /// `quickSave` on the saving thread, under the name of this moment.
-Saving startQuickSave(
-    const QFuture<QByteArray>& png, const QString& folder, const std::optional<QString>& name = std::nullopt);
+Saving startQuickSave(const QFuture<QByteArray>& png, const QString& folder,
+    const std::optional<QString>& name = std::nullopt, const Clock& clock = wallClock);
 
 /// Where windows save, so that they go on answering: one file after another, named in their order. The end of
 /// the application waits for what is still to be saved.
