@@ -2,6 +2,7 @@
 #include "capture/text/OCR.h"
 
 #include "Gestures.h"
+#include "capture/text/OCRLayout.h"
 #include "fakes/FakeTextRecognizer.h"
 
 #include <QGuiApplication>
@@ -21,7 +22,7 @@ TextObservation word(const QString& text, double left, double middle, double hei
     return {text, QRectF(left, middle - height / 2, 0.08, height)};
 }
 
-std::string textOf(const QList<TextObservation>& words) { return OCR::textOf(words).toStdString(); }
+std::string textOf(const QList<TextObservation>& words) { return OCRLayout::textOf(words).toStdString(); }
 
 class RecognizeTest : public testing::Test {
 protected:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/text/OCR.h"
 
+#include "capture/text/OCRLayout.h"
 #include "platform/base/Memory.h"
 #include "platform/base/Worker.h"
 
@@ -37,7 +38,7 @@ public:
         const std::scoped_lock lock(oneAtATime);
         if (!recognizer)
             recognizer = makeTextRecognizer();
-        return textOf(recognizer->recognize(image, stopped));
+        return OCRLayout::textOf(recognizer->recognize(image, stopped));
     }
 
     void replace(std::shared_ptr<TextRecognizer> other)

@@ -38,22 +38,6 @@ bool isStillReading();
 /// Uses `recognizer` from now on; none stands for the machine's own. For tests.
 void setRecognizer(std::shared_ptr<TextRecognizer> recognizer);
 
-/// The observations from the first to the last to be read: along a line from left to right, lines from top to
-/// bottom. Two are on one line when their middles are no further apart than half the lower one's height.
-///
-/// That relation is not transitive, so it can contradict itself (a tilted line's end may lie above its
-/// beginning). Observations that nothing precedes come first, in the given order; where the rest precede each
-/// other in a circle, reading goes on at the beginning of the topmost one's line.
-QList<TextObservation> inReadingOrder(const QList<TextObservation>& observations);
-
-/// Cuts ordered observations into lines: each is compared with the one before it, and half the lower one's
-/// height apart is another line already.
-QList<QList<TextObservation>> groupedIntoLines(const QList<TextObservation>& ordered);
-
-/// Ordered and grouped: words separated by a space, lines by a line feed, no white space around it.
-/// Observations without text are left out.
-QString textOf(const QList<TextObservation>& observations);
-
 } // namespace OCR
 
 } // namespace pintalux

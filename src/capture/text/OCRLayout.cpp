@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
-
-// From words with boxes to lines of text.
-
-#include "capture/text/OCR.h"
+#include "capture/text/OCRLayout.h"
 
 #include <QStringList>
 
 #include <cmath>
 #include <vector>
 
-namespace pintalux::OCR {
+namespace pintalux::OCRLayout {
 
 namespace {
 
@@ -92,8 +89,12 @@ private:
     std::vector<bool> taken;
 };
 
-} // namespace
-
+/// The observations from the first to the last to be read: along a line from left to right, lines from top to
+/// bottom. Two are on one line when their middles are no further apart than half the lower one's height.
+///
+/// That relation is not transitive, so it can contradict itself (a tilted line's end may lie above its
+/// beginning). Observations that nothing precedes come first, in the given order; where the rest precede each
+/// other in a circle, reading goes on at the beginning of the topmost one's line.
 QList<TextObservation> inReadingOrder(const QList<TextObservation>& observations)
 {
     Remaining remaining(observations);
@@ -107,6 +108,8 @@ QList<TextObservation> inReadingOrder(const QList<TextObservation>& observations
     return ordered;
 }
 
+/// Cuts ordered observations into lines: each is compared with the one before it, and half the lower one's
+/// height apart is another line already.
 QList<QList<TextObservation>> groupedIntoLines(const QList<TextObservation>& ordered)
 {
     QList<QList<TextObservation>> lines;
@@ -121,6 +124,8 @@ QList<QList<TextObservation>> groupedIntoLines(const QList<TextObservation>& ord
     return lines;
 }
 
+} // namespace
+
 QString textOf(const QList<TextObservation>& observations)
 {
     QStringList lines;
@@ -134,4 +139,4 @@ QString textOf(const QList<TextObservation>& observations)
     return lines.join(u'\n').trimmed();
 }
 
-} // namespace pintalux::OCR
+} // namespace pintalux::OCRLayout
