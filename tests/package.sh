@@ -17,19 +17,30 @@ program="$prefix/bin/pintalux"
 
 files_are_valid() {
   desktop-file-validate "$prefix/share/applications/$id.desktop"
-  appstreamcli validate --no-net "$prefix/share/metainfo/$id.metainfo.xml" >"$work/appstream" || fail "$(<"$work/appstream")"
-  local page warnings option
+  appstreamcli validate --no-net --pedantic "$prefix/share/metainfo/$id.metainfo.xml" >"$work/appstream" || fail "$(<"$work/appstream")"
+  local page text warnings option field fields
+  fields=$(python3 -c 'import json, sys
+schema = json.load(open(sys.argv[1]))
+mark = schema["$defs"]["annotation"]["properties"]
+print(*schema["properties"], *schema["properties"]["beautify"]["properties"], *mark, *mark["kind"]["enum"])' \
+    "$prefix/share/pintalux/marcas.schema.json")
   for page in "$prefix/share/man/man1/pintalux.1.gz" "$prefix/share/man/es/man1/pintalux.1.gz"; do
     warnings=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null)
     [ -z "$warnings" ] || fail "$page: $warnings"
+    text=$(zcat "$page" | tr -d '\\')
     for option in $("$program" --help | grep -o '^  --[a-z-]*'); do
-      zcat "$page" | tr -d '\\' | grep -q -- "^\.BI\? $option" || fail "$page does not explain $option"
+      grep -q -- "^\.B[IR]\? $option\b" <<<"$text" || fail "$page does not explain $option"
+    done
+    text=$(grep '^\.BR\? ' <<<"$text")
+    for field in $fields; do
+      grep -qwF -- "$field" <<<"$text" || fail "$page does not explain the marks' $field"
     done
   done
   local version
   version=$("$program" --version)
   grep -q "release version=\"${version#Pintalux }\"" "$prefix/share/metainfo/$id.metainfo.xml" || fail "another version"
-  zcat "$prefix/share/man/man1/pintalux.1.gz" | grep -qF "\"$version\"" || fail "another version in the manual"
+  bash -uc 'source "$1"; [ "Pintalux $pkgver" = "$2" ]' - "$source/data/arch/PKGBUILD" "$version" || fail "another version in PKGBUILD"
+  grep -qF "\"$version\"" <<<"$(zcat "$prefix/share/man/man1/pintalux.1.gz")" || fail "another version in the manual"
 }
 
 # Asks each shell what it would offer.
@@ -103,21 +114,39 @@ program_starts() {
   local number
   read -r number <&3
   export DISPLAY=":$number" HOME="$work/home" XDG_CONFIG_HOME= XDG_DATA_HOME= XDG_RUNTIME_DIR="$work/run"
-  export XDG_DATA_DIRS="$prefix/share:/usr/share"
   mkdir -p "$HOME"
   mkdir -m 700 "$XDG_RUNTIME_DIR"
   "$program" --capture fullScreen --output "$work/screen.png"
   [ "$(identify -format %wx%h "$work/screen.png")" = 640x480 ] || fail "no picture of the screen"
-  dbus-run-session -- bash -euc '
+  sed "s|</busconfig>|<servicedir>$prefix/share/dbus-1/services</servicedir>&|" "$source/tests/data/session-bus.conf" >"$work/bus.conf"
+  dbus-run-session --config-file="$work/bus.conf" -- bash -euc '
     bus() { gdbus call --session --dest org.freedesktop.DBus --object-path / --method "org.freedesktop.DBus.$@"; }
     gdbus call --session --dest '$id' --object-path /io/github/pintalux/Pintalux \
       --method org.freedesktop.Application.ActivateAction color "[]" "{}" >/dev/null
     process=$(bus GetConnectionUnixProcessID '$id' | tr -dc "0-9 " | awk "{print \$NF}")
     readlink "/proc/$process/exe"
     kill "$process"
-    for _ in {1..100}; do [ -e "/proc/$process" ] || exit 0; sleep 0.05; done
+    for _ in {1..600}; do [ -e "/proc/$process" ] || exit 0; sleep 0.05; done
     exit 1' >"$work/started" 2>"$work/bus" || fail "the desktop could not start it: $(<"$work/bus")"
   [ "$(<"$work/started")" = "$program" ] || fail "something else was started: $(<"$work/started")"
+}
+
+# Overflows end the program, its calls cannot be redirected, and it lies at another address each time.
+is_hardened() {
+  local headers symbols
+  headers=$(readelf --wide --file-header --program-headers --dynamic "$program")
+  symbols=$(nm --dynamic "$program")
+  [[ $headers =~ Type:\ +DYN && $headers == *GNU_RELRO* && $headers == *BIND_NOW* ]] || fail "not hardened: $headers"
+  [[ $symbols == *__stack_chk_fail* && $symbols == *_chk@* ]] || fail "not hardened: $symbols"
+}
+
+icons_have_their_sizes() {
+  local icon side
+  for icon in "$prefix"/share/icons/hicolor/*x*/apps/"$id.png"; do
+    side=${icon#"$prefix/share/icons/hicolor/"}
+    [ "$(identify -format %wx%h "$icon")" = "${side%%/*}" ] || fail "$icon has another size"
+  done
+  [ -e "$prefix/share/icons/hicolor/48x48/apps/$id.png" ] || fail "the icon that every theme asks for is missing"
 }
 
 nothing_is_left() {
@@ -145,6 +174,8 @@ package_installs() {
 files_are_valid
 shells_complete
 schema_agrees
+is_hardened
+icons_have_their_sizes
 program_starts
 nothing_is_left
 package_installs
