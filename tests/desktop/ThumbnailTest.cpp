@@ -8,6 +8,7 @@
 #include "app/messages/HUD.h"
 #include "platform/base/Error.h"
 #include "platform/base/UserDefaults.h"
+#include "platform/base/Worker.h"
 #include "render/export/Exporter.h"
 #include "settings/Settings.h"
 
@@ -143,7 +144,7 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), picture), 0);
 
     timesClosed = 0;
-    show(Exporter::Saving{Exporter::wallClock(), QtFuture::makeReadyFuture(path)});
+    show(Exporter::Saving{Exporter::wallClock(), readyFuture(path)});
     click(onAction(0));
     ASSERT_TRUE(closes());
     EXPECT_EQ(saved().size(), 1) << "what is saved is only shown";
@@ -243,7 +244,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
     const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_s);
-    show(Exporter::Saving{Exporter::wallClock(), QtFuture::makeReadyFuture(savedFile)});
+    show(Exporter::Saving{Exporter::wallClock(), readyFuture(savedFile)});
     EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
     thumbnail->close(false);
 

@@ -32,6 +32,16 @@ template <typename Work> auto runOn(QThreadPool& pool, Work work)
     return future;
 }
 
+/// A future that has its result already.
+template <typename T> QFuture<T> readyFuture(T value)
+{
+    QPromise<T> promise;
+    promise.start();
+    promise.addResult(std::move(value));
+    promise.finish();
+    return promise.future();
+}
+
 /// Calls `handler` with the finished future on the thread of `context`, unless that is destroyed before. The
 /// toolkit's own continuation with a context does not survive a future that finishes at the same moment.
 template <typename T, typename Handler>
