@@ -6,7 +6,6 @@
 #include "render/export/Exporter.h"
 
 #include <QPainter>
-#include <QUrl>
 
 namespace pintalux {
 
@@ -28,13 +27,17 @@ DraggedPicture::DraggedPicture(const QImage& picture, double scale, const std::o
 
 QStringList DraggedPicture::formats() const { return {addressesType, pngType}; }
 
-QVariant DraggedPicture::retrieveData(const QString& type, QMetaType) const
+QVariant DraggedPicture::retrieveData(const QString& type, QMetaType preferred) const
 {
     if (type == pngType)
         return png();
-    if (type == addressesType)
-        return fileAddress();
-    return {};
+    if (type != addressesType)
+        return {};
+    // Who asks for addresses gets addresses: not every toolkit makes them of bytes.
+    const auto address = fileAddress();
+    if (preferred.id() == QMetaType::QVariantList)
+        return address.isEmpty() ? QVariantList() : QVariantList{address};
+    return address.isEmpty() ? QByteArray() : address.toEncoded() + "\r\n";
 }
 
 const QByteArray& DraggedPicture::png() const
@@ -44,11 +47,11 @@ const QByteArray& DraggedPicture::png() const
     return encoded;
 }
 
-QByteArray DraggedPicture::fileAddress() const
+QUrl DraggedPicture::fileAddress() const
 {
     if (!path)
         path = Exporter::temporaryFile(png(), name);
-    return path ? QUrl::fromLocalFile(*path).toEncoded() + "\r\n" : QByteArray();
+    return path ? QUrl::fromLocalFile(*path) : QUrl();
 }
 
 QPixmap DraggedPicture::thumbnail(double devicePixelRatio) const

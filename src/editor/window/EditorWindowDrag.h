@@ -4,6 +4,7 @@
 #include <QMimeData>
 #include <QPixmap>
 #include <QString>
+#include <QUrl>
 
 #include <optional>
 
@@ -28,7 +29,7 @@ protected:
 
 private:
     const QByteArray& png() const;
-    QByteArray fileAddress() const;
+    QUrl fileAddress() const; ///< empty when there is no file
 
     QImage image;
     double pixelScale;
