@@ -27,6 +27,7 @@ public:
         for (const QString& name : inherited.keys())
             if (isNeutral(name))
                 values.insert(name, inherited.value(name));
+        values.insert(u"LC_ALL"_s, u"C.UTF-8"_s); // what the machine speaks is no matter, but letters are
         values.insert(u"HOME"_s, folder.path());
         values.insert(u"XDG_RUNTIME_DIR"_s, runtime);
     }
@@ -48,10 +49,10 @@ private:
     static bool isNeutral(const QString& name)
     {
         static const QStringList names{QStringLiteral("PATH"), QStringLiteral("TMPDIR"),
-            QStringLiteral("LANG"), QStringLiteral("USER"), QStringLiteral("LOGNAME"),
-            QStringLiteral("SHELL"), QStringLiteral("TERM"), QStringLiteral("QT_LOGGING_RULES")};
-        static const QStringList prefixes{QStringLiteral("LC_"), QStringLiteral("LD_"),
-            QStringLiteral("GTEST_"), QStringLiteral("PINTALUX_"), QStringLiteral("FONTCONFIG_")};
+            QStringLiteral("USER"), QStringLiteral("LOGNAME"), QStringLiteral("SHELL"),
+            QStringLiteral("TERM"), QStringLiteral("QT_LOGGING_RULES")};
+        static const QStringList prefixes{QStringLiteral("LD_"), QStringLiteral("GTEST_"),
+            QStringLiteral("PINTALUX_"), QStringLiteral("FONTCONFIG_")};
         const auto begins = [&](const QString& prefix) { return name.startsWith(prefix); };
         return names.contains(name) || name.endsWith(QStringLiteral("SAN_OPTIONS"))
             || std::any_of(prefixes.begin(), prefixes.end(), begins);

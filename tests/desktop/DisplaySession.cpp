@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "DisplaySession.h"
 
-#include "platform/x11/XcbConnection.h"
+#include "CompositingProbe.h"
 
 #include <QFile>
 
@@ -128,16 +128,10 @@ QProcess& DisplaySession::startCompositor()
     auto& compositor
         = start(u"picom"_s, {u"--config"_s, u"/dev/null"_s, u"--backend"_s, u"xrender"_s, u"--shadow"_s});
     const x11::XcbConnection connection(displayName);
-    // It names itself before its first picture of the screen, in which the bare desktop is no longer black.
-    const auto hasPainted = [&] {
-        const auto& screen = connection.screen();
-        const auto lastPixel = connection.reply<xcb_get_image_reply_t>(
-            xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen.root,
-                int16_t(screen.width_in_pixels - 1), int16_t(screen.height_in_pixels - 1), 1, 1, ~0U)
-                .sequence);
-        return connection.hasCompositor() && lastPixel && xcb_get_image_data(lastPixel.get())[0] != 0;
-    };
-    if (!waitUntil(hasPainted))
+    CompositingProbe probe(connection);
+    // It names itself before its first picture of the screen.
+    const auto hasPainted = [&] { return connection.hasCompositor() && probe.isComposited(); };
+    if (!waitUntil(hasPainted) || !waitUntil([&] { return probe.isGone(); }))
         giveUp(u"picom does not come up"_s);
     return compositor;
 }

@@ -88,7 +88,9 @@ protected:
         auto& menu = open(button);
         for (auto* action : menu.actions())
             if (action->text() == title) {
-                gesture::click(menu, QRectF(menu.actionGeometry(action)).center());
+                const auto row = QRectF(menu.actionGeometry(action)).center();
+                gesture::moveTo(menu, row); // a menu may overlook a click where no pointer came before
+                gesture::click(menu, row);
                 return;
             }
         throw std::runtime_error("no such row: " + title.toStdString());
