@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QScreen>
 #include <QSet>
 
@@ -177,8 +178,18 @@ TEST(Command, NamesAndKeysAreUniqueAndTheBusReachesTheProgramsAlone)
     }
     EXPECT_EQ(names.size(), commandTable.size());
     EXPECT_EQ(keys.size(), withKey);
-    EXPECT_EQ(programActionNamed(u"area"), ProgramAction(CaptureAction::area));
     EXPECT_FALSE(programActionNamed(u"nada"));
+
+    // What the desktop offers on the program's icon.
+    QFile entry(QStringLiteral(TEST_DATA "/../../data/io.github.pintalux.Pintalux.desktop"));
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    QStringList offered;
+    for (const auto& line : QString::fromUtf8(entry.readAll()).split(u'\n'))
+        if (line.startsWith(u"Actions="))
+            offered = line.sliced(8).split(u';', Qt::SkipEmptyParts);
+    EXPECT_EQ(offered.size(), captureActionTable.size());
+    for (const auto& name : offered)
+        EXPECT_TRUE(programActionNamed(name)) << name.toStdString();
 }
 
 TEST(MainMenu, EveryRowAsksForItsCommandAndShowsItsKey)
