@@ -243,3 +243,35 @@ TEST_F(CanvasTextTest, TheFieldGrowsWithItsText)
     view->resize(700, 700);
     EXPECT_GT(field()->width(), frame.width() * 1.5) << "it follows the zoom";
 }
+
+TEST_F(CanvasTextTest, OpeningATextAndClosingItChangesNothing)
+{
+    const QString noBreak(QChar::Nbsp);
+    const QString separated(QChar::LineSeparator);
+    for (const QString& text : {u"25"_s + noBreak + u"€ y"_s + noBreak + u"más"_s, u"uno\ndos"_s,
+             u"uno"_s + separated + u"dos"_s, u" con espacios "_s}) {
+        for (const bool filled : {false, true}) {
+            const auto mark = placeText(text, filled);
+            doubleClick({110, 110});
+            ASSERT_TRUE(field());
+            key(Qt::Key_Return);
+            EXPECT_EQ(newSteps(), 0) << qPrintable(text);
+            EXPECT_EQ(model->doc().annotation(mark.id)->text, text);
+            model->clearAnnotations();
+        }
+    }
+}
+
+TEST_F(CanvasTextTest, KeepsNoBreakSpacesOfWhatIsEditedAndCopied)
+{
+    const auto mark = placeText(u"25"_s + QChar::Nbsp + u"€"_s);
+    doubleClick({110, 110});
+    ASSERT_TRUE(field());
+    type(u"!"_s);
+    EXPECT_EQ(field()->text(), u"25"_s + QChar::Nbsp + u"€!"_s);
+    key(Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"25"_s + QChar::Nbsp + u"€!"_s);
+    key(Qt::Key_Return);
+    EXPECT_EQ(model->doc().annotation(mark.id)->text, u"25"_s + QChar::Nbsp + u"€!"_s);
+}

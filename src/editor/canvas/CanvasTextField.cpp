@@ -22,7 +22,6 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextDocumentFragment>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -72,6 +71,12 @@ bool isReturn(const QKeyEvent& event)
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
+/// The toolkit's own plain text has a space for each no-break space, which wraps differently.
+QString withLineFeeds(QString raw)
+{
+    return raw.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
+}
+
 bool isTab(const QKeyEvent& event) { return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab; }
 
 } // namespace
@@ -98,6 +103,7 @@ CanvasTextField::CanvasTextField(const Annotation& mark, QWidget* parent)
     document->setPlainText(mark.text);
     TextBlock::prepare(*document, attributes, mark.wrapWidth());
     document->setUndoRedoEnabled(true);
+    document->setModified(false);
     item->setDefaultTextColor(attributes.color);
     item->setTextInteractionFlags(Qt::TextEditorInteraction);
     item->setAcceptDrops(false);
@@ -122,7 +128,9 @@ CanvasTextField::~CanvasTextField()
     setScene(nullptr); // the page goes before the view that shows it
 }
 
-QString CanvasTextField::text() const { return item->toPlainText(); }
+QString CanvasTextField::text() const { return withLineFeeds(item->document()->toRawText()); }
+
+bool CanvasTextField::isEdited() const { return item->document()->isModified(); }
 
 void CanvasTextField::insert(const QString& text) { item->textCursor().insertText(text); }
 
@@ -325,7 +333,7 @@ void CanvasTextField::copy()
 {
     const auto caret = item->textCursor();
     if (caret.hasSelection())
-        Clipboard::copy(caret.selection().toPlainText());
+        Clipboard::copy(withLineFeeds(caret.selectedText()));
 }
 
 void CanvasTextField::cut()

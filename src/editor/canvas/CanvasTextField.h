@@ -22,6 +22,8 @@ public:
     ~CanvasTextField() override;
 
     QString text() const;
+    /// Whether the text has been touched since the field was opened.
+    bool isEdited() const;
     void insert(const QString& text);
     /// Ends a composition that the input method has open, keeping what it shows.
     void finishComposing();

@@ -89,6 +89,7 @@ void CanvasView::finishText()
         return;
     textField->finishComposing();
     const auto text = textField->text().trimmed();
+    const bool isEdited = textField->isEdited();
     closeTextField();
     const auto edited = std::exchange(editingID, std::nullopt);
     auto mark = *std::exchange(editingTemplate, std::nullopt);
@@ -100,7 +101,7 @@ void CanvasView::finishText()
             else
                 DocumentEditing::changeMark(document, *edited, [&](Annotation& each) { each.text = text; });
         };
-        if (text != former->text)
+        if (isEdited && text != former->text)
             model.commit(change);
     } else if (!text.isEmpty()) {
         mark.text = text;
