@@ -180,20 +180,78 @@ TEST_F(ImageFiles, RefusesWhatWouldNotFitBeforeTakingTheMemory)
     EXPECT_EQ(failure(u"x"_s), u"La imagen «x» es demasiado grande."_s);
 }
 
+/// A block of metadata with one entry: 0x0112, a short number.
+QByteArray orientationBlock(int orientation)
+{
+    constexpr char start[] = "MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1";
+    QByteArray block(start, sizeof start - 1);
+    return block.append('\0').append(char(orientation)).append(QByteArray(6, '\0'));
+}
+
+template <typename Number> QByteArray bigEndian(Number number)
+{
+    number = qToBigEndian(number);
+    return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
+QByteArray littleEndian(quint32 number, int bytes = 4)
+{
+    number = qToLittleEndian(number);
+    return {reinterpret_cast<const char*>(&number), bytes};
+}
+
+/// The file with its block of metadata where its format has it.
+QByteArray withOrientation(QByteArray file, const QString& kind, QSize size, int orientation)
+{
+    const auto block = orientationBlock(orientation);
+    if (kind == u"jpg") {
+        const auto content = QByteArray("Exif\0\0", 6) + block;
+        return file.insert(2, "\xff\xe1" + bigEndian(quint16(content.size() + 2)) + content);
+    }
+    if (kind == u"png") {
+        const auto content = "eXIf" + block;
+        const auto checksum
+            = bigEndian(quint32(libdeflate_crc32(0, content.constData(), std::size_t(content.size()))));
+        constexpr int afterHeader = 8 + 25;
+        return file.insert(afterHeader, bigEndian(quint32(block.size())) + content + checksum);
+    }
+    constexpr int hasMetadata = 0x08;
+    const auto extent = "VP8X" + littleEndian(10) + littleEndian(hasMetadata)
+        + littleEndian(quint32(size.width() - 1), 3) + littleEndian(quint32(size.height() - 1), 3);
+    file = file.mid(12, 4) == "VP8X" ? file.replace(20, 1, littleEndian(hasMetadata, 1))
+                                     : file.insert(12, extent);
+    file += "EXIF" + littleEndian(quint32(block.size())) + block;
+    return file.replace(4, 4, littleEndian(quint32(file.size() - 8)));
+}
+
 TEST_F(ImageFiles, TurnsPhotographsTheWayTheyWereTaken)
 {
     // As the camera stores it, and which turn the file asks for to see it upright.
-    for (const auto& [orientation, turn] : {std::pair{3, QTransform().rotate(180)},
-             {6, QTransform().rotate(-90)}, {8, QTransform().rotate(90)}, {2, QTransform().scale(-1, 1)}}) {
-        ASSERT_TRUE(quarters({80, 60}).transformed(turn).save(path(u"stored.jpg"_s), "jpg", 95));
-        QByteArray photo = bytes(u"stored.jpg"_s);
-        // A block of metadata with one entry: 0x0112, a short number.
-        constexpr char start[] = "\xff\xe1\0\0Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1";
-        QByteArray exif(start, sizeof start - 1);
-        exif.append('\0').append(char(orientation)).append(QByteArray(6, '\0'));
-        exif[3] = char(exif.size() - 2);
-        write(u"turned.jpg"_s, photo.insert(2, exif));
-        expectQuarters(readImageFile(path(u"turned.jpg"_s)).image, {80, 60}, std::to_string(orientation));
+    const auto mirror = QTransform().scale(-1, 1);
+    const auto turned = [](int degrees) { return QTransform().rotate(degrees); };
+    for (const QString& kind : {u"jpg"_s, u"png"_s, u"webp"_s}) {
+        for (const auto& [orientation, turn] : {std::pair{1, QTransform()}, {2, mirror}, {3, turned(180)},
+                 {4, turned(180) * mirror}, {5, turned(90) * mirror}, {6, turned(-90)},
+                 {7, turned(-90) * mirror}, {8, turned(90)}, {9, QTransform()}}) {
+            const auto stored = quarters({80, 60}).transformed(turn);
+            ASSERT_TRUE(stored.save(path(u"stored"_s), qPrintable(kind), 95));
+            write(u"turned"_s, withOrientation(bytes(u"stored"_s), kind, stored.size(), orientation));
+            expectQuarters(readImageFile(path(u"turned"_s)).image, {80, 60},
+                kind.toStdString() + ' ' + std::to_string(orientation));
+        }
+    }
+}
+
+TEST_F(ImageFiles, LeavesAPictureWithBrokenMetadataAsItIs)
+{
+    ASSERT_TRUE(quarters({80, 60}).save(path(u"stored"_s), "png"));
+    const auto whole = withOrientation(bytes(u"stored"_s), u"png"_s, {80, 60}, 6);
+    const auto block = whole.indexOf("eXIf") + 4;
+    for (const auto& [at, value] : {std::pair{0, 'X'}, {4, '\x7f'}, {11, '\x7f'}}) {
+        auto broken = whole;
+        broken[block + at] = value;
+        write(u"broken"_s, broken);
+        expectQuarters(readImageFile(path(u"broken"_s)).image, {80, 60}, std::to_string(at));
     }
 }
 

@@ -5,6 +5,7 @@
 #include "platform/base/Files.h"
 #include "platform/image/CutOff.h"
 #include "platform/image/HeifImage.h"
+#include "platform/image/Orientation.h"
 #include "platform/image/PngFilter.h"
 
 #include <QBuffer>
@@ -90,7 +91,8 @@ Decoded decodeWithToolkit(QByteArray bytes)
     const double exact = image.dotsPerMeterX() * metresPerInch;
     const double dotsPerInch
         = std::abs(exact - std::round(exact)) < metresPerInch ? std::round(exact) : exact;
-    return {std::move(image), dotsPerInch};
+    const bool isTurned = reader.supportsOption(QImageIOHandler::ImageTransformation);
+    return {isTurned ? std::move(image) : oriented(image, storedOrientation(bytes)), dotsPerInch};
 }
 
 Decoded decode(const QByteArray& bytes)
