@@ -200,6 +200,9 @@ TEST_F(EditorModelTest, StepNumbersGoOnAfterTheHighest)
     model.add(mark(AnnotationKind::step, 1));
     model.add(mark(AnnotationKind::text, 9));
     EXPECT_EQ(model.nextStepNumber(), 4);
+    model.clearAnnotations();
+    model.add(mark(AnnotationKind::step, -5));
+    EXPECT_EQ(model.nextStepNumber(), -4);
 }
 
 TEST_F(EditorModelTest, EveryChangeIsAnnouncedWithItsCounts)

@@ -76,5 +76,7 @@ TEST(EditorWindowLayout, TheNearestEdgeCountsByProportion)
     EXPECT_EQ(nearestEdge({500, 480}, content), PaletteEdge::bottom);
     EXPECT_EQ(nearestEdge({500, 250}, content), PaletteEdge::left) << "the middle";
     EXPECT_EQ(nearestEdge({750, 375}, content), PaletteEdge::right) << "as near to the bottom";
+    EXPECT_EQ(nearestEdge({700, 150}, content), PaletteEdge::right) << "as near to the top";
+    EXPECT_EQ(nearestEdge({700, 350}, content), PaletteEdge::right) << "as near to the bottom";
     EXPECT_EQ(nearestEdge({500, -20}, content), PaletteEdge::top) << "dropped outside";
 }

@@ -42,11 +42,11 @@ void DocumentEditing::removeMark(Document& document, const QUuid& id)
 
 int DocumentEditing::nextStepNumber(const Document& document)
 {
-    int highest = 0;
+    std::optional<int> highest;
     for (const auto& mark : document.annotations)
         if (mark.kind == AnnotationKind::step)
-            highest = std::max(highest, mark.number);
-    return highest + 1;
+            highest = std::max(highest.value_or(mark.number), mark.number);
+    return highest.value_or(0) + 1;
 }
 
 QRectF DocumentEditing::placeOfPicture(

@@ -109,10 +109,12 @@ QMargins canvasInsets(PaletteEdge edge, bool hidden, QSize palette)
 
 PaletteEdge nearestEdge(QPointF position, QSizeF content)
 {
-    const double x = position.x() / content.width();
-    const double y = position.y() / content.height();
-    const std::array distances{std::pair(x, PaletteEdge::left), std::pair(1 - x, PaletteEdge::right),
-        std::pair(1 - y, PaletteEdge::bottom), std::pair(y, PaletteEdge::top)};
+    // Each by one division: 1 - x would be rounded twice, and decide a tie by chance.
+    const double x = position.x(), y = position.y();
+    const double width = content.width(), height = content.height();
+    const std::array distances{std::pair(x / width, PaletteEdge::left),
+        std::pair((width - x) / width, PaletteEdge::right),
+        std::pair((height - y) / height, PaletteEdge::bottom), std::pair(y / height, PaletteEdge::top)};
     return std::ranges::min_element(distances, {}, &std::pair<double, PaletteEdge>::first)->second;
 }
 
