@@ -69,6 +69,10 @@ Backdrop backdrop(const Document& document, const BeautifySettings& beautify,
 void drawAnnotation(const Annotation& annotation, const Document& document, EffectCache& cache,
     GraphicsContext& context, bool drawText, const Backdrop& backdrop = {});
 
+/// The picture's colour at a document pixel, of its redaction where there is one; none outside of it. Other
+/// marks do not count.
+std::optional<QColor> pictureColor(const Document& document, QPoint pixel, EffectCache& cache);
+
 /// The margin around the image in output pixels: whole, 0 without a frame.
 double padding(const BeautifySettings& beautify, double scale);
 /// Size of image and margin, in output pixels.

@@ -66,31 +66,6 @@ void drawFrameBackground(const QSizeF& composition, const QPainterPath& outline,
     context.fill(outline, QColor(Qt::black));
 }
 
-Backdrop backdrop(const Document& document, const BeautifySettings& beautify,
-    const std::function<void(GraphicsContext&)>& behind)
-{
-    const double scale = document.pixelScale;
-    const auto frame = imageRect(document.image, beautify, scale);
-    Backdrop result;
-    if (document.image.hasAlphaChannel()) {
-        result.where = document.image.rect();
-    } else if (beautify.enabled && beautify.cornerRadius > 0) {
-        const int radius = int(std::ceil(scale * beautify.cornerRadius)) + 1;
-        const auto image = document.image.rect();
-        const auto middle = image.adjusted(radius, radius, -radius, -radius);
-        result.where = QRegion(image) - QRect(image.left(), middle.top(), image.width(), middle.height())
-            - QRect(middle.left(), image.top(), middle.width(), image.height());
-    }
-    result.paint = [=](GraphicsContext& context) {
-        context.translate(-frame.topLeft());
-        behind(context);
-        if (beautify.enabled)
-            drawFrameBackground(compositionSize(document.image, beautify, scale),
-                imageOutline(frame, beautify, scale), beautify, scale, context);
-    };
-    return result;
-}
-
 void drawFrameBorder(
     const QRectF& imageRect, const BeautifySettings& beautify, double scale, GraphicsContext& context)
 {

@@ -5,8 +5,6 @@
 #include "render/RendererInternal.h"
 
 #include <algorithm>
-#include <cmath>
-#include <vector>
 
 namespace pintalux::Renderer {
 
@@ -47,42 +45,6 @@ void drawFreehand(const Annotation& mark, const MarkContext& context)
     graphics.setBlendMode(QPainter::CompositionMode_Multiply);
     graphics.setAlpha(0.42);
     graphics.stroke(path, {mark.color, 5 * mark.lineWidth, Qt::SquareCap});
-}
-
-QRect redactedRegion(const Annotation& mark, double pixelScale)
-{
-    // A rounding of 4 points takes up to 1.2 points off the corner, each way.
-    const int margin = int(std::ceil(1.2 * pixelScale));
-    return mark.rect().toAlignedRect().adjusted(-margin, -margin, margin, margin);
-}
-
-void drawBlur(const Annotation& mark, const MarkContext& context)
-{
-    const auto rect = mark.rect();
-    if (rect.width() <= 1 || rect.height() <= 1)
-        return;
-    const auto& document = context.document;
-    const double scale = context.scale();
-    const auto region = redactedRegion(mark, scale);
-    // The rounding is for the looks; about as small as a cell, there is none to see.
-    const bool small = std::min(region.width(), region.height()) < 2 * EffectCache::cellSide(scale);
-    auto& graphics = context.graphics;
-    for (const QRect& part : context.backdrop.where& rect.toAlignedRect()) {
-        const GraphicsContext::Saved saved(graphics);
-        graphics.clipToBounds(part);
-        context.backdrop.paint(graphics);
-    }
-    graphics.clip(Draw::roundedRect(region, small ? 0 : 4 * scale));
-    const auto inCapture = [](std::span<const int> pixels, int origin) {
-        std::vector<int> moved(pixels.begin(), pixels.end());
-        for (int& pixel : moved)
-            pixel += origin;
-        return moved;
-    };
-    graphics.drawPixels(region & document.image.rect(), [&](auto columns, auto rows) {
-        return context.cache.pixels(mark.blurStyle, document.capture(), scale,
-            inCapture(columns, document.cropOrigin.x()), inCapture(rows, document.cropOrigin.y()));
-    });
 }
 
 void drawInsertedImage(const Annotation& mark, const MarkContext& context)

@@ -122,6 +122,24 @@ TEST(Redaction, WhatMayBeReadOfADocumentHasItsRedactionsAndNoOtherMark)
     EXPECT_EQ(Exporter::redacted(document, cache), drawn(capture, {hidden}));
 }
 
+TEST(Redaction, TheColourOfThePictureIsThatOfItsRedaction)
+{
+    const auto capture = noise(200, 120);
+    EffectCache cache;
+    const Document whole{capture,
+        {redaction(BlurStyle::blur, {20, 20}, {160, 100}),
+            redaction(BlurStyle::pixelate, {60, 40}, {120, 90}),
+            mark(AnnotationKind::rectangle, {5, 5}, {180, 110})},
+        1};
+    const auto cropped = *whole.cropped({7, 5, 170, 110});
+    for (const QPoint& at : {QPoint(10, 10), QPoint(30, 30), QPoint(80, 60), QPoint(150, 95)}) {
+        const auto shown = Exporter::redacted(whole, cache).pixelColor(at);
+        EXPECT_EQ(Renderer::pictureColor(whole, at, cache), shown) << at.x();
+        EXPECT_EQ(Renderer::pictureColor(cropped, at - QPoint(7, 5), cache), shown) << at.x();
+    }
+    EXPECT_FALSE(Renderer::pictureColor(whole, {200, 60}, cache));
+}
+
 TEST(EffectCache, MakesItsCellsOnceForAnImage)
 {
     EffectCache cache;

@@ -4,7 +4,7 @@
 #include "app/messages/HUD.h"
 #include "controls/theme/Theme.h"
 #include "editor/canvas/CanvasTextField.h"
-#include "platform/image/PixelSampler.h"
+#include "render/Renderer.h"
 #include "render/export/Clipboard.h"
 
 #include <QAccessibleWidget>
@@ -182,8 +182,8 @@ void CanvasView::showCursor()
 void CanvasView::hoverAt(QPointF viewPoint)
 {
     const auto at = documentPoint(viewPoint);
-    hoverInfo.setColor(
-        PixelSampler::color(model.doc().image, int(std::floor(at.x())), int(std::floor(at.y()))));
+    const QPoint pixel(int(std::floor(at.x())), int(std::floor(at.y())));
+    hoverInfo.setColor(Renderer::pictureColor(model.doc(), pixel, model.cache()));
 }
 
 void CanvasView::copyHoverColor()
