@@ -63,6 +63,7 @@ int main(int argc, char** argv)
     const test::DisplaySession session({.size = frameSize});
     session.enter();
     const QGuiApplication application(argc, argv);
+    ScreenCapture::setSource(std::make_shared<X11ScreenSource>());
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

@@ -10,13 +10,14 @@
 #include "app/commandline/Completion.h"
 #include "app/commandline/PictureOutput.h"
 #include "app/icon/AppIcon.h"
+#include "capture/ScreenCapture.h"
 #include "capture/text/OCR.h"
 #include "controls/ToolTips.h"
 #include "controls/theme/ThemeFollower.h"
+#include "platform/backend/DisplaySystem.h"
 #include "platform/base/ApplicationId.h"
 #include "platform/base/Trace.h"
 #include "platform/base/UserDefaults.h"
-#include "platform/desktop/DisplayServer.h"
 #include "platform/image/ImageFile.h"
 #include "selftest/SelfTest.h"
 #include "settings/Settings.h"
@@ -77,6 +78,8 @@ void prepare(QApplication& application)
     QApplication::setApplicationDisplayName(u"Pintalux"_s);
     QApplication::setDesktopFileName(applicationId.toString());
     QApplication::setQuitOnLastWindowClosed(false);
+    WindowSystem::use(DisplaySystem::makeWindowSystem());
+    ScreenCapture::setSource(DisplaySystem::makeScreenSource());
     translateToolkit(application);
     ToolTips::install(application);
     followDesktopTheme(application);
@@ -90,7 +93,7 @@ int runSelfTest(int argc, char** argv, const CommandLine& commandLine)
     auto trialStore = UserDefaults::inMemory(UserDefaults::standard().all());
     Settings trial(trialStore);
     trial.setHasLaunchedBefore(true);
-    AppDelegate delegate(trial, HotKeyCenter::shared(), makeWorkspace());
+    AppDelegate delegate(trial, HotKeyCenter::shared(), DisplaySystem::makeWorkspace());
     delegate.finishLaunching({});
     SelfTest::Run selfTest(
         {commandLine.directory, commandLine.overlay, commandLine.keepOpen}, delegate, trial);
@@ -156,6 +159,7 @@ int captureToFile(int argc, char** argv, const CommandLine& commandLine)
     const auto& path = commandLine.outputFile;
     if (*commandLine.capture == CaptureAction::fullScreen) {
         const QGuiApplication application(argc, argv);
+        ScreenCapture::setSource(DisplaySystem::makeScreenSource());
         return putOut(capture(commandLine), path);
     }
     QApplication application(argc, argv);
@@ -215,7 +219,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
 
     prepare(application);
     quitOnSignals();
-    AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), makeWorkspace());
+    AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), DisplaySystem::makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {
         for (const auto& path : paths)
@@ -259,8 +263,8 @@ int run(int argc, char** argv)
     if (commandLine.mode == CommandLine::Mode::captureToFile)
         if (const auto problem = outputProblem(commandLine); !problem.isEmpty())
             return complain(problem, wrongUse);
-    chooseDisplaySystem();
-    if (const auto problem = displayProblem())
+    DisplaySystem::choose();
+    if (const auto problem = DisplaySystem::problem())
         return complain(*problem, EXIT_FAILURE);
     if (commandLine.mode == CommandLine::Mode::selfTest)
         return runSelfTest(argc, argv, commandLine);

@@ -6,7 +6,6 @@
 #include "controls/theme/Theme.h"
 #include "platform/base/Author.h"
 #include "platform/graphics/Draw.h"
-#include "platform/windowing/PanelWindow.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -76,7 +75,6 @@ About::About(std::function<void(const QUrl&)> openUrl, QWidget* parent)
     column->addWidget(website);
     applyTheme();
     setFixedSize(windowWidth, sizeHint().height());
-    keepOutOfTaskBar(*this);
 }
 
 void About::applyTheme()

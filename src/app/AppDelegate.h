@@ -33,7 +33,7 @@ class ThumbnailController;
 struct CommandLine;
 
 /// Whether the desktop lists the program among those that have windows. While it does not, no window of ours
-/// is in a task bar or a window switcher.
+/// is in a task bar or a window switcher; what floats never is.
 enum class ActivationPolicy { accessory, regular };
 
 /// The running program: its status item and hot keys, every capture from its start to its delivery, and the

@@ -16,8 +16,8 @@
 #include "platform/base/Worker.h"
 #include "platform/desktop/LoginItem.h"
 #include "platform/desktop/ToolkitScreens.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/image/ImageFile.h"
-#include "platform/windowing/VisibleFrame.h"
 #include "settings/Settings.h"
 #include "settings/preferences/PreferencesView.h"
 #include "settings/preferences/PreferencesWindow.h"
@@ -88,8 +88,8 @@ void AppDelegate::openEditor(const CaptureResult& shot)
     QList<QPoint> taken;
     for (const auto& open : openEditors)
         taken.append(open->window().pos());
-    window.move(EditorWindowLayout::windowPosition(
-        EditorWindowLayout::framed(window.size()), visibleFrame(*window.screen()), taken));
+    window.move(EditorWindowLayout::windowPosition(EditorWindowLayout::framed(window.size()),
+        WindowSystem::current().visibleFrame(*window.screen()), taken));
     controller->onClose = [guard = QPointer(this), closing = QPointer(controller.get())] {
         if (guard && closing)
             guard->editorClosed(*closing);
@@ -116,16 +116,20 @@ void AppDelegate::updateActivationPolicy()
 {
     const bool hasWindows = !openEditors.empty() || (preferences && preferences->isVisible());
     policy = hasWindows ? ActivationPolicy::regular : ActivationPolicy::accessory;
+    for (QWidget* dialog : {static_cast<QWidget*>(about), static_cast<QWidget*>(openPanel)})
+        if (dialog)
+            WindowSystem::current().setInTaskBar(*dialog, policy == ActivationPolicy::regular);
 }
 
 void AppDelegate::openImage()
 {
     if (openPanel)
         return bringToFront(*openPanel);
-    openPanel = showOpenPanel({.message = u"Abrir imagen"_s}, nullptr, [this](const QStringList& paths) {
-        for (const auto& path : paths)
-            openImageFile(path);
-    });
+    openPanel = showOpenPanel({.message = u"Abrir imagen"_s, .isListed = policy == ActivationPolicy::regular},
+        nullptr, [this](const QStringList& paths) {
+            for (const auto& path : paths)
+                openImageFile(path);
+        });
     bringToFront(*openPanel);
 }
 
@@ -183,8 +187,9 @@ void AppDelegate::showAbout()
 {
     if (!about) {
         about = new About([this](const QUrl& url) { workspace->openUrl(url); });
-        const auto visible = visibleFrame(*screenUnderPointer());
+        const auto visible = WindowSystem::current().visibleFrame(*screenUnderPointer());
         about->move(EditorWindowLayout::windowPosition(about->size(), visible, {}));
+        updateActivationPolicy();
     }
     bringToFront(*about);
 }

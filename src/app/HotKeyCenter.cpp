@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/HotKeyCenter.h"
 
+#include "platform/backend/DisplaySystem.h"
+
 #include <QMetaObject>
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace pintalux {
 
 HotKeyCenter& HotKeyCenter::shared()
 {
-    static HotKeyCenter center(makeHotKeyBackend());
+    static HotKeyCenter center(DisplaySystem::makeHotKeyBackend());
     return center;
 }
 

@@ -4,8 +4,8 @@
 #include "app/icon/AppIcon.h"
 #include "controls/Menu.h"
 #include "controls/theme/Theme.h"
-#include "platform/windowing/DesktopAppearance.h"
-#include "platform/windowing/TrayHost.h"
+#include "platform/desktop/DesktopAppearance.h"
+#include "platform/desktop/TrayHost.h"
 
 #include <QCursor>
 #include <QEvent>

@@ -3,8 +3,8 @@
 
 #include "capture/OverlayWindow.h"
 #include "platform/desktop/ToolkitScreens.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/graphics/Geometry.h"
-#include "platform/windowing/PanelWindow.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -27,7 +27,7 @@ CaptureOverlayController::~CaptureOverlayController() { removeWindows(); }
 
 void CaptureOverlayController::show()
 {
-    formerKeyboardOwner = std::make_unique<FormerKeyboardOwner>();
+    formerKeyboardOwner = WindowSystem::current().keyboardOwner();
     for (const auto& display : frozenScreens.displays)
         addWindow(display);
     if (overlayWindows.empty()) {
@@ -35,7 +35,7 @@ void CaptureOverlayController::show()
         return;
     }
     watchScreens();
-    giveKeyboard(windowUnderPointer());
+    WindowSystem::current().giveKeyboard(windowUnderPointer());
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &CaptureOverlayController::keepKeyboard);
     refreshAll();
 }
@@ -55,7 +55,7 @@ void CaptureOverlayController::keepKeyboard(const QWindow* owner)
     const bool isOurs = std::ranges::any_of(
         overlayWindows, [&](const auto& window) { return window->windowHandle() == owner; });
     if (!isOurs && !overlayWindows.empty())
-        takeKeyboard(windowUnderPointer());
+        WindowSystem::current().takeKeyboard(windowUnderPointer());
 }
 
 void CaptureOverlayController::addWindow(const FrozenDisplay& display)
@@ -141,8 +141,7 @@ void CaptureOverlayController::removeWindows()
     const auto leaving = std::exchange(overlayWindows, {});
     for (const auto& window : leaving)
         window->hide();
-    if (formerKeyboardOwner)
-        std::exchange(formerKeyboardOwner, nullptr)->restore();
+    WindowSystem::current().returnKeyboard(std::exchange(formerKeyboardOwner, 0));
 }
 
 const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint, const ScreenInfo& screen) const

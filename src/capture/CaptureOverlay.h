@@ -18,7 +18,6 @@ class QWindow;
 
 namespace pintalux {
 
-class FormerKeyboardOwner;
 class OverlayWindow;
 
 /// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
@@ -73,7 +72,7 @@ private:
     OverlayMode currentMode;
     FrozenScreens frozenScreens;
     std::vector<OverlayWindowPointer> overlayWindows;
-    std::unique_ptr<FormerKeyboardOwner> formerKeyboardOwner;
+    quint64 formerKeyboardOwner = 0; ///< as the window system names it
     Completion completion;
     bool finished = false;
 };

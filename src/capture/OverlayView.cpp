@@ -5,10 +5,10 @@
 #include "platform/base/Trace.h"
 #include "platform/desktop/LetterKey.h"
 #include "platform/desktop/PointerPosition.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Geometry.h"
 #include "platform/image/PixelSampler.h"
-#include "platform/windowing/PanelWindow.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -125,7 +125,7 @@ void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }
 void OverlayView::enterEvent(QEnterEvent* event)
 {
     mouse = exactPosition(*event);
-    giveKeyboard(*window());
+    WindowSystem::current().giveKeyboard(*window());
     setFocus();
     actions.refreshAll();
 }

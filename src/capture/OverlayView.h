@@ -4,7 +4,7 @@
 #include "capture/OverlayLayout.h"
 #include "capture/OverlayOutcome.h"
 #include "capture/ScreenCapture.h"
-#include "platform/windowing/DirectSurface.h"
+#include "platform/desktop/DirectSurface.h"
 
 #include <QWidget>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/OverlayWindow.h"
 
-#include "platform/windowing/PanelWindow.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QScreen>
 
@@ -10,8 +10,9 @@ namespace pintalux {
 OverlayWindow::OverlayWindow(const FrozenDisplay& frozen, QScreen& screen, OverlayMode mode, Actions asked)
     : OverlayView(frozen, mode, std::move(asked))
 {
-    makeScreenPanel(*this, screen, frozen.screen.frame.toAlignedRect());
-    paintThrough(makeDirectSurface(*this));
+    const auto& system = WindowSystem::current();
+    system.coverScreen(*this, screen, frozen.screen.frame.toAlignedRect());
+    paintThrough(system.makeDirectSurface(*this));
 }
 
 } // namespace pintalux

@@ -3,6 +3,7 @@
 
 #include "platform/base/StringEnum.h"
 #include "platform/base/Worker.h"
+#include "platform/desktop/NoScreenSource.h"
 #include "platform/graphics/Geometry.h"
 
 #include <QThread>
@@ -35,12 +36,10 @@ std::shared_ptr<ScreenSource>& currentSource()
     return source;
 }
 
-std::shared_ptr<ScreenSource> currentOrDefaultSource()
+std::shared_ptr<ScreenSource> currentOrNoSource()
 {
-    auto& current = currentSource();
-    if (!current)
-        current = makeScreenSource();
-    return current;
+    const auto& current = currentSource();
+    return current ? current : std::make_shared<NoScreenSource>();
 }
 
 ScreenCapture::Presenter& currentPresenter()
@@ -177,7 +176,7 @@ void ScreenCapture::report(const Error& error)
 
 void ScreenCapture::setSource(std::shared_ptr<ScreenSource> source) { currentSource() = std::move(source); }
 
-std::shared_ptr<ScreenSource> ScreenCapture::source() { return currentOrDefaultSource(); }
+std::shared_ptr<ScreenSource> ScreenCapture::source() { return currentOrNoSource(); }
 
 bool ScreenCapture::hasPermission() { return source()->hasPermission(); }
 

@@ -87,7 +87,7 @@ public:
     /// higher than 40 points.
     static QList<WindowCandidate> windowCandidates(const ShareableContent& content, qint64 ownProcessId);
 
-    /// Replaces where the pictures come from; null goes back to the desktop. For tests.
+    /// Where the pictures come from; without one, or with null, there are none.
     static void setSource(std::shared_ptr<ScreenSource> source);
 
 private:

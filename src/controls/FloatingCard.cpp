@@ -5,7 +5,6 @@
 #include "controls/theme/Theme.h"
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Draw.h"
-#include "platform/windowing/Compositor.h"
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>
@@ -55,15 +54,12 @@ protected:
 FloatingCard::FloatingCard(double cornerRadius, QWidget* parent)
     : QWidget(parent)
     , radius(cornerRadius)
+    , fade(this, Theme::paletteFadeMilliseconds, Theme::paletteFadeMilliseconds, QEasingCurve::OutCubic)
 {
-    fade.setDuration(Theme::paletteFadeMilliseconds);
-    fade.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&fade, &QVariantAnimation::valueChanged, this,
-        [this](const QVariant& value) { setOpacity(value.toDouble()); });
-    connect(&fade, &QVariantAnimation::finished, this, [this] {
-        const bool shown = fade.endValue().toDouble() > 0;
+    connect(&fade, &Glide::changed, this, [this] { setOpacity(fade.amount()); });
+    connect(&fade, &Glide::finished, this, [this] {
         setAttribute(Qt::WA_TransparentForMouseEvents, false);
-        setVisible(shown);
+        setVisible(fade.isOn());
         setOpacity(1);
     });
 }
@@ -72,23 +68,13 @@ FloatingCard::~FloatingCard() { delete shadow; }
 
 void FloatingCard::setShown(bool shown)
 {
-    const bool fading = fade.state() == QAbstractAnimation::Running;
-    if (shown == (fading ? fade.endValue().toDouble() > 0 : !isHidden()))
+    if (shown == (fade.isRunning() ? fade.isOn() : !isHidden()))
         return;
-    const bool instantly = prefersReducedMotion() || !parentWidget() || !parentWidget()->isVisible();
-    const double from = fading ? fade.currentValue().toDouble() : shown ? 0 : 1;
-    fade.stop();
-    setAttribute(Qt::WA_TransparentForMouseEvents, !shown && !instantly);
-    if (instantly) {
-        setOpacity(1);
-        setVisible(shown);
-        return;
-    }
-    setOpacity(from);
+    if (!fade.isRunning())
+        fade.jump(!shown);
+    setAttribute(Qt::WA_TransparentForMouseEvents, !shown);
     setVisible(true);
-    fade.setStartValue(from);
-    fade.setEndValue(shown ? 1.0 : 0.0);
-    fade.start();
+    fade.setOn(shown);
 }
 
 void FloatingCard::setOpacity(double opacity)

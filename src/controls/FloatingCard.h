@@ -36,7 +36,7 @@ private:
 
     double radius;
     QPointer<ShadowWidget> shadow;
-    QVariantAnimation fade;
+    Glide fade;
     QGraphicsOpacityEffect* effect = nullptr; ///< only while fading; the widget owns it
 };
 

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "controls/Menu.h"
 
-#include "controls/theme/Elevation.h"
 #include "controls/theme/Theme.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Symbol.h"
 #include "platform/graphics/TextBlock.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/VisibleFrame.h"
 
 #include <QGuiApplication>
 #include <QMenuBar>
@@ -138,9 +135,8 @@ std::optional<QPoint> titleInBar(const QMenu& menu)
 /// Sizes and paints the rows for the toolkit's menu.
 class Menu::Style : public QProxyStyle {
 public:
-    explicit Style(int around)
+    Style()
         : QProxyStyle(u"fusion"_s)
-        , margin(around)
     {
     }
 
@@ -149,7 +145,7 @@ public:
         switch (metric) {
         case PM_MenuHMargin:
         case PM_MenuVMargin:
-            return padding + margin;
+            return padding + shadowSpace;
         case PM_MenuPanelWidth:
         case PM_MenuDesktopFrameWidth:
         case PM_MenuTearoffHeight:
@@ -264,19 +260,14 @@ private:
             Symbol::draw(
                 u"checkmark", place, highlighted ? QColor(Qt::white) : Theme::of(item.palette).icon, painter);
     }
-
-    int margin;
 };
 
 Menu::Menu(QWidget* parent)
     : QMenu(parent)
-    , translucent(hasCompositor())
+    , sheet(*this, WindowRole::popup, {.radius = Theme::menuRadius, .margin = shadowSpace})
+    , rowStyle(std::make_unique<Style>())
 {
-    rowStyle = std::make_unique<Style>(translucent ? shadowSpace : 0);
     setStyle(rowStyle.get());
-    setWindowFlag(Qt::FramelessWindowHint);
-    setWindowFlag(Qt::NoDropShadowWindowHint);
-    setAttribute(Qt::WA_TranslucentBackground, translucent);
     setToolTipsVisible(true);
 }
 
@@ -296,7 +287,7 @@ void Menu::setKeyText(QAction& action, const QString& text)
     action.setShortcutVisibleInContextMenu(false); // else the toolkit leaves room for both
 }
 
-void Menu::setCardWidth(int width) { setMinimumWidth(width + (translucent ? 2 * shadowSpace : 0)); }
+void Menu::setCardWidth(int width) { setMinimumWidth(width + 2 * shadowSpace); }
 
 void Menu::popUpAt(QPoint screenPoint)
 {
@@ -314,8 +305,8 @@ void Menu::popUpBeside(const QRect& screenRect)
 QPoint Menu::placeBeside(const QRect& screenRect) const
 {
     const auto* on = QGuiApplication::screenAt(screenRect.center());
-    const auto visible = visibleFrame(*(on ? on : screen()));
-    const auto inside = card().toRect();
+    const auto visible = WindowSystem::current().visibleFrame(*(on ? on : screen()));
+    const auto inside = sheet.rect();
     const int below = screenRect.y() + screenRect.height() + besideGap;
     const int above = screenRect.y() - besideGap - inside.height();
     const bool fitsBelow = below + inside.height() <= visible.y() + visible.height();
@@ -330,8 +321,9 @@ QPoint Menu::placeAt(QPoint screenPoint) const
 {
     const auto* on = QGuiApplication::screenAt(screenPoint);
     const int least = int(Theme::screenMargin);
-    const auto visible = visibleFrame(*(on ? on : screen())).adjusted(least, least, -least, -least);
-    const auto inside = card().toRect();
+    const auto visible
+        = WindowSystem::current().visibleFrame(*(on ? on : screen())).adjusted(least, least, -least, -least);
+    const auto inside = sheet.rect();
     const int rightmost = visible.x() + visible.width() - inside.width();
     const int lowest = visible.y() + visible.height() - inside.height();
     const int above = screenPoint.y() - inside.height();
@@ -339,12 +331,6 @@ QPoint Menu::placeAt(QPoint screenPoint) const
     const QPoint place(
         std::min(screenPoint.x(), rightmost), std::min(isAbove ? above : screenPoint.y(), lowest));
     return QPoint(std::max(visible.x(), place.x()), std::max(visible.y(), place.y())) - inside.topLeft();
-}
-
-QRectF Menu::card() const
-{
-    const int margin = translucent ? shadowSpace : 0;
-    return QRectF(rect()).adjusted(margin, margin, -margin, -margin);
 }
 
 void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const
@@ -358,25 +344,11 @@ void Menu::initStyleOption(QStyleOptionMenuItem* option, const QAction* action) 
     option->styleObject = const_cast<QAction*>(action);
 }
 
-void Menu::paintSheet(QPainter& painter) const
-{
-    const auto& theme = Theme::of(palette());
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (translucent) {
-        Elevation::drawShadow(Elevation::Level::popover, card(), Theme::menuRadius, theme, painter);
-        painter.fillPath(Draw::roundedRect(card(), Theme::menuRadius), theme.card);
-        Elevation::drawEdge(card(), Theme::menuRadius, theme, painter);
-    } else {
-        painter.fillRect(rect(), theme.card);
-        Elevation::drawInnerEdge(card(), Theme::menuRadius, theme, painter);
-    }
-}
-
 void Menu::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     painter.setClipRegion(event->region());
-    paintSheet(painter);
+    sheet.paint(Elevation::Level::popover, Theme::of(palette()).card, painter);
     for (auto* action : actions()) {
         QStyleOptionMenuItem option;
         initStyleOption(&option, action);
@@ -388,16 +360,11 @@ void Menu::paintEvent(QPaintEvent* event)
 
 void Menu::showEvent(QShowEvent* event)
 {
-    if (translucent)
-        disableCompositorShadow(*this);
-    if (beside) {
+    // The toolkit has placed the window with the space for its shadow; it is the card within that counts.
+    if (beside)
         move(placeBeside(*beside));
-    } else if (translucent) {
-        // The toolkit has placed the window with the space for its shadow; it is the card within that counts.
+    else
         move(placeAt(anchor.value_or(titleInBar(*this).value_or(QCursor::pos()))));
-    }
-    if (!translucent)
-        cutToSheet(*this, card(), Theme::menuRadius);
     QMenu::showEvent(event);
 }
 
@@ -410,7 +377,7 @@ void Menu::hideEvent(QHideEvent* event)
 
 void Menu::mousePressEvent(QMouseEvent* event)
 {
-    if (rect().contains(event->position().toPoint()) && !card().contains(event->position()))
+    if (rect().contains(event->position().toPoint()) && !sheet.rect().contains(event->position().toPoint()))
         close(); // on the shadow is beside the menu
     else
         QMenu::mousePressEvent(event);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "controls/Sheet.h"
+
 #include <QIcon>
 #include <QMenu>
 
@@ -56,13 +58,11 @@ protected:
 private:
     class Style;
 
-    QRectF card() const;
     QPoint placeAt(QPoint screenPoint) const;
     QPoint placeBeside(const QRect& screenRect) const;
-    void paintSheet(QPainter& painter) const;
 
+    Sheet sheet;
     std::unique_ptr<Style> rowStyle;
-    bool translucent;
     std::optional<QPoint> anchor; ///< where it was asked to open; else it opens at the pointer
     std::optional<QRect> beside;  ///< what it was asked not to cover
 };

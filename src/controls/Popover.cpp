@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "controls/Popover.h"
 
-#include "controls/theme/Elevation.h"
 #include "controls/theme/FocusRing.h"
 #include "controls/theme/Theme.h"
-#include "platform/graphics/Draw.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/VisibleFrame.h"
 
 #include <QAbstractButton>
 #include <QMouseEvent>
@@ -21,66 +17,55 @@ namespace {
 
 constexpr int gap = 6;
 constexpr int slide = 4;
+constexpr Sheet::Form popoverForm{.radius = Theme::popoverRadius, .margin = int(Theme::shadowMargin)};
 
 /// What a popover looked like, fading out where it was. The popover itself goes at once, so that it does not
 /// hold the mouse and the keyboard meanwhile.
 class FadingPicture : public QWidget {
 public:
     FadingPicture(const QPixmap& lookedLike, QPoint screenPoint)
-        : QWidget(nullptr,
-            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint
-                | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
-        , picture(lookedLike)
+        : picture(lookedLike)
+        , sheet(*this, WindowRole::message, popoverForm)
+        , gone(this, Theme::popoverCloseMilliseconds, 0, QEasingCurve::OutCubic)
     {
-        setAttribute(Qt::WA_TranslucentBackground);
-        setAttribute(Qt::WA_ShowWithoutActivating);
         setAttribute(Qt::WA_DeleteOnClose);
         setGeometry(QRect(screenPoint, picture.deviceIndependentSize().toSize()));
-        animation.setStartValue(1.0);
-        animation.setEndValue(0.0);
-        animation.setDuration(Theme::popoverCloseMilliseconds);
-        animation.setEasingCurve(QEasingCurve::OutCubic);
-        connect(&animation, &QVariantAnimation::valueChanged, this, [this] { update(); });
-        connect(&animation, &QVariantAnimation::finished, this, &QWidget::close);
-        disableCompositorShadow(*this);
+        connect(&gone, &Glide::finished, this, &QWidget::close);
+        connect(&sheet, &Sheet::changed, this, &QWidget::close);
         show();
-        animation.start();
+        gone.setOn(true);
     }
 
 protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        painter.setOpacity(animation.currentValue().toDouble());
+        painter.setOpacity(1 - gone.amount());
         painter.drawPixmap(0, 0, picture);
     }
 
 private:
     QPixmap picture;
-    QVariantAnimation animation;
+    Sheet sheet;
+    Fade gone;
 };
 
 } // namespace
 
 Popover::Popover(QWidget* shownContent, QWidget* parent)
-    : QWidget(parent, Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
+    : QWidget(parent, Qt::Popup)
     , content(shownContent)
-    , translucent(hasCompositor())
+    , sheet(*this, WindowRole::popup, popoverForm)
+    , arrival(this, Theme::popoverOpenMilliseconds, 0, QEasingCurve::OutCubic)
 {
-    setAttribute(Qt::WA_TranslucentBackground, translucent);
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(margin(), margin(), margin(), margin());
+    const int margin = popoverForm.margin;
+    layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(content);
-    animation.setDuration(Theme::popoverOpenMilliseconds);
-    animation.setEasingCurve(QEasingCurve::OutCubic);
-    animation.setStartValue(0.0);
-    animation.setEndValue(1.0);
+    connect(&arrival, &Glide::changed, this, &Popover::arrive);
+    connect(&sheet, &Sheet::changed, this, &Popover::arrive);
 }
-
-int Popover::margin() const { return translucent ? int(Theme::shadowMargin) : 0; }
-
-QRect Popover::sheet() const { return rect().adjusted(margin(), margin(), -margin(), -margin()); }
 
 QRect Popover::place(QSize sheet, const QRect& button, const QRect& visible)
 {
@@ -106,13 +91,13 @@ void Popover::popUp(QWidget* button)
     layout()->activate();
     adjustSize();
     winId();
-    disableCompositorShadow(*this);
     if (auto* owner = button->window()->windowHandle(); owner && windowHandle())
         windowHandle()->setTransientParent(owner);
     reposition();
-    slideIn();
+    arrival.jump(false);
     show();
     raise();
+    arrival.setOn(true, !sheet.isTranslucent());
     if (auto* pressed = qobject_cast<QAbstractButton*>(button))
         pressed->setDown(true);
     setFocus(Qt::PopupFocusReason);
@@ -131,32 +116,23 @@ void Popover::reposition()
         button.moveTop(clearOf->mapToGlobal(QPoint(0, 0)).y());
         button.setHeight(clearOf->height());
     }
-    const auto placed
-        = place(sheet().size(), button, visibleFrame(*screen).adjusted(inside, inside, -inside, -inside));
-    home = placed.topLeft() - QPoint(margin(), margin());
-    move(home);
+    const auto placed = place(sheet.rect().size(), button,
+        WindowSystem::current().visibleFrame(*screen).adjusted(inside, inside, -inside, -inside));
+    home = placed.topLeft() - sheet.rect().topLeft();
+    isBelow = placed.y() >= opener->mapToGlobal(QPoint(0, 0)).y();
+    arrive();
 }
 
-void Popover::slideIn()
+/// Slides away from the button while it becomes opaque.
+void Popover::arrive()
 {
-    animation.stop();
-    animation.disconnect(this);
-    if (!translucent || prefersReducedMotion())
-        return setWindowOpacity(1);
-    const bool below = opener && home.y() + margin() >= opener->mapToGlobal(QPoint(0, 0)).y();
-    connect(&animation, &QVariantAnimation::valueChanged, this, [this, below](const QVariant& value) {
-        const double arrived = value.toDouble();
-        setWindowOpacity(arrived);
-        move(home + QPoint(0, int(std::lround((1 - arrived) * (below ? -slide : slide)))));
-    });
-    setWindowOpacity(0);
-    animation.start();
+    const double arrived = sheet.isTranslucent() ? arrival.amount() : 1;
+    setWindowOpacity(arrived);
+    move(home + QPoint(0, int(std::lround((1 - arrived) * (isBelow ? -slide : slide)))));
 }
 
 void Popover::resizeEvent(QResizeEvent* event)
 {
-    if (!translucent)
-        cutToSheet(*this, rect(), Theme::popoverRadius);
     if (isVisible())
         reposition();
     QWidget::resizeEvent(event);
@@ -172,22 +148,13 @@ bool Popover::eventFilter(QObject* watched, QEvent* event)
 
 void Popover::paintEvent(QPaintEvent*)
 {
-    const auto& theme = Theme::of(palette());
-    const QRectF shape(sheet());
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!translucent) {
-        painter.fillRect(rect(), theme.card);
-        return Elevation::drawInnerEdge(shape, Theme::popoverRadius, theme, painter);
-    }
-    Elevation::drawShadow(Elevation::Level::popover, shape, Theme::popoverRadius, theme, painter);
-    painter.fillPath(Draw::roundedRect(shape, Theme::popoverRadius), theme.card);
-    Elevation::drawEdge(shape, Theme::popoverRadius, theme, painter);
+    sheet.paint(Elevation::Level::popover, Theme::of(palette()).card, painter);
 }
 
 void Popover::mousePressEvent(QMouseEvent* event)
 {
-    if (sheet().contains(event->position().toPoint()))
+    if (sheet.rect().contains(event->position().toPoint()))
         return;
     // Where the display system hands a press outside on to what is there, the button would open it again.
     const auto pressed = event->globalPosition().toPoint();
@@ -204,13 +171,12 @@ void Popover::closeEvent(QCloseEvent* event)
 
 void Popover::leaveFadingPicture()
 {
-    if (translucent && isVisible() && windowOpacity() > 0.5 && !prefersReducedMotion())
+    if (sheet.isTranslucent() && isVisible() && windowOpacity() > 0.5 && !prefersReducedMotion())
         new FadingPicture(grab(), pos()); // goes by itself
 }
 
 void Popover::hideEvent(QHideEvent* event)
 {
-    animation.stop();
     if (auto* pressed = qobject_cast<QAbstractButton*>(opener.data()))
         pressed->setDown(false);
     QWidget::hideEvent(event);

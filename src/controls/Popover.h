@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "controls/Sheet.h"
+#include "controls/theme/Fade.h"
+
 #include <QPointer>
-#include <QVariantAnimation>
 #include <QWidget>
 
 namespace pintalux {
@@ -40,18 +42,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    int margin() const;
-    QRect sheet() const;
     void reposition();
-    void slideIn();
+    void arrive();
     void leaveFadingPicture();
 
     QWidget* content;
-    bool translucent;
+    Sheet sheet;
     QPointer<QWidget> opener;
     QPointer<const QWidget> clearOf;
-    QPoint home; ///< of the window once it has slid in
-    QVariantAnimation animation;
+    QPoint home;         ///< of the window once it has slid in
+    bool isBelow = true; ///< the button
+    Glide arrival;
 };
 
 } // namespace pintalux

@@ -2,13 +2,12 @@
 #include "controls/ToolTips.h"
 
 #include "controls/Popover.h"
+#include "controls/Sheet.h"
 #include "controls/theme/Theme.h"
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Geometry.h"
 #include "platform/graphics/TextBlock.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/VisibleFrame.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -36,22 +35,13 @@ constexpr int highestControl = 72;
 class Tip : public QWidget {
 public:
     explicit Tip(const QString& shownText)
-        : QWidget(nullptr,
-            Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint
-                | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput | Qt::NoDropShadowWindowHint)
-        , text(shownText)
+        : text(shownText)
         , block(laidOut(shownText))
-        , translucent(hasCompositor())
+        , sheet(*this, WindowRole::message, {.radius = radius})
     {
-        setAttribute(Qt::WA_TranslucentBackground, translucent);
-        setAttribute(Qt::WA_ShowWithoutActivating);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
         setAccessibleName(text);
         setFixedSize(int(std::ceil(block.size().width() + 2 * sidePadding)),
             int(std::ceil(block.size().height() + 2 * verticalPadding)));
-        if (!translucent)
-            cutToSheet(*this, rect(), radius);
-        disableCompositorShadow(*this);
     }
 
     const QString text;
@@ -62,7 +52,7 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         const QRectF shape(rect());
-        if (translucent)
+        if (sheet.isTranslucent())
             painter.fillPath(Draw::roundedRect(shape, radius), ground);
         else
             painter.fillRect(rect(), ground);
@@ -81,7 +71,7 @@ private:
     }
 
     TextBlock block;
-    bool translucent;
+    Sheet sheet;
 };
 
 /// Decides when a tip appears and goes. The application owns it.
@@ -138,7 +128,8 @@ public:
         if (!screen)
             screen = QGuiApplication::primaryScreen();
         const int inside = int(Theme::screenMargin);
-        const auto visible = visibleFrame(*screen).adjusted(inside, inside, -inside, -inside);
+        const auto visible
+            = WindowSystem::current().visibleFrame(*screen).adjusted(inside, inside, -inside, -inside);
         tip->move(Popover::place(tip->size(), screenRect, visible).topLeft());
         tip->show();
         tip->raise();

@@ -2,6 +2,7 @@
 #include "Desktop.h"
 #include "app/HotKeyCenter.h"
 #include "model/CaptureAction.h"
+#include "platform/backend/DisplaySystem.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/XcbConnection.h"
 
@@ -88,8 +89,8 @@ protected:
         return ran;
     }
 
-    HotKeyCenter center{makeHotKeyBackend()};
-    HotKeyCenter witness{makeHotKeyBackend()};
+    HotKeyCenter center{DisplaySystem::makeHotKeyBackend()};
+    HotKeyCenter witness{DisplaySystem::makeHotKeyBackend()};
     static constexpr quint32 witnessKey = 96; // F12
     int seen = 0;
     QList<quint32> ran;

@@ -2,7 +2,7 @@
 #include "app/messages/HUD.h"
 
 #include "Desktop.h"
-#include "platform/windowing/Compositor.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -121,7 +121,7 @@ TEST(Message, ANewerOneReplacesItAtOnceAndKeepsItsOwnTime)
 
 TEST(Message, IsTranslucentUnderACompositor)
 {
-    ASSERT_FALSE(hasCompositor());
+    ASSERT_FALSE(WindowSystem::current().hasCompositor());
     auto& compositor = desktop().startCompositor();
     Below below;
     below.showFullScreen();
@@ -136,5 +136,5 @@ TEST(Message, IsTranslucentUnderACompositor)
     EXPECT_NEAR(color.blue(), 56, 4);
     HUD::dismiss();
     desktop().stop(compositor);
-    EXPECT_TRUE(waitUntil([] { return !hasCompositor(); }));
+    EXPECT_TRUE(waitUntil([] { return !WindowSystem::current().hasCompositor(); }));
 }

@@ -5,7 +5,6 @@
 #include "Desktop.h"
 #include "controls/theme/Theme.h"
 #include "platform/base/Files.h"
-#include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 
 #include <QDBusConnection>
@@ -111,7 +110,13 @@ public:
     }
 
 private:
-    xcb_atom_t atom(std::string_view name) const { return x11::atomNamed(display.get(), name); }
+    xcb_atom_t atom(const QByteArray& name) const
+    {
+        return display
+            .reply<xcb_intern_atom_reply_t>(
+                xcb_intern_atom(display.get(), 0, uint16_t(name.size()), name.constData()).sequence)
+            ->atom;
+    }
 
     x11::XcbConnection display;
     xcb_window_t window;

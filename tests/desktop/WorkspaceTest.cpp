@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Desktop.h"
+#include "platform/backend/DisplaySystem.h"
 #include "platform/x11/X11Workspace.h"
 #include "platform/x11/XcbConnection.h"
 
@@ -87,7 +88,7 @@ TEST(Workspace, TheWindowThatWasActiveBeforeGetsTheFocusBackFromAnUnmanagedOne)
     const DemoWindow first(u"Primera"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
     const DemoWindow second(u"Segunda"_s, u"400x300+500+50"_s, u"#2E9E6B"_s);
     ASSERT_TRUE(getsFocus(second));
-    const auto workspace = makeWorkspace();
+    const auto workspace = DisplaySystem::makeWorkspace();
     const auto before = workspace->frontmostWindow();
     ASSERT_TRUE(before);
     EXPECT_EQ(*before, (WindowHandle{second.id().toULongLong(), second.processId()}));
@@ -110,7 +111,7 @@ TEST(Workspace, TheWindowThatWasActiveBeforeGetsTheFocusBackFromAnUnmanagedOne)
 
 TEST(Workspace, OwnWindowsAreNobodyElsesButMayBeActivated)
 {
-    const auto workspace = makeWorkspace();
+    const auto workspace = DisplaySystem::makeWorkspace();
     QWidget own;
     own.setGeometry(700, 400, 200, 150);
     own.show();
@@ -128,7 +129,7 @@ TEST(Workspace, OwnWindowsAreNobodyElsesButMayBeActivated)
 
 TEST(Workspace, AWindowThatHasGoneChangesNothing)
 {
-    const auto workspace = makeWorkspace();
+    const auto workspace = DisplaySystem::makeWorkspace();
     DemoWindow gone(u"Efímera"_s, u"400x300+50+50"_s, u"#3B6FE0"_s);
     const WindowHandle handle{gone.id().toULongLong(), gone.processId()};
     gone.end();
@@ -159,7 +160,7 @@ TEST(Workspace, WithoutAWindowManagerTheFocusIsGivenDirectly)
 // One test, for the toolkit looks for the opening program until it has found one.
 TEST(Workspace, FoldersGoToThePersonsProgramAndAFileToTheirFileManagerWhereThereIsOne)
 {
-    const auto workspace = makeWorkspace();
+    const auto workspace = DisplaySystem::makeWorkspace();
     Opener opener;
     qputenv("PATH", "/nonexistent");
     EXPECT_FALSE(workspace->openFolder(u"/tmp"_s)) << "nothing could show it";

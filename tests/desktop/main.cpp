@@ -4,6 +4,7 @@
 // manager. CTest starts it once for each test, so that they share nothing and run beside each other.
 
 #include "Desktop.h"
+#include "platform/backend/DisplaySystem.h"
 
 #include <QApplication>
 
@@ -33,6 +34,8 @@ try {
         // Leaves before its display server does.
         QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
+        pintalux::WindowSystem::use(pintalux::DisplaySystem::makeWindowSystem());
+        pintalux::ScreenCapture::setSource(pintalux::DisplaySystem::makeScreenSource());
         status = RUN_ALL_TESTS();
     }
     currentSession = nullptr;

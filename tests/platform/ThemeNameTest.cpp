@@ -2,7 +2,7 @@
 #include "platform/desktop/ThemeName.h"
 
 #include "platform/base/Error.h"
-#include "platform/x11/XSettings.h"
+#include "platform/x11/windowing/XSettings.h"
 
 #include <gtest/gtest.h>
 

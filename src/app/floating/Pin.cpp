@@ -4,12 +4,8 @@
 #include "app/floating/PinGeometry.h"
 #include "app/messages/HUD.h"
 #include "controls/Menu.h"
-#include "controls/theme/Elevation.h"
-#include "controls/theme/Theme.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/graphics/Draw.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/FloatingWindow.h"
-#include "platform/windowing/VisibleFrame.h"
 #include "render/export/Clipboard.h"
 
 #include <QApplication>
@@ -24,6 +20,7 @@ namespace pintalux {
 
 namespace {
 
+constexpr int shadowSpace = int(Theme::shadowMargin); // points
 constexpr double faintest = 0.25;
 constexpr double opacityPerStep = 0.01;
 constexpr double stepsPerNotch = 10; // of a wheel that does not count in pixels
@@ -50,7 +47,7 @@ void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* ne
     if (image.isNull() || !screen)
         return;
     closeAtTheEnd();
-    const auto visible = visibleFrame(*screen);
+    const auto visible = WindowSystem::current().visibleFrame(*screen);
     auto* pin = new PinnedImage(image, PinGeometry::sizeOnScreen(image.size(), pixelScale, visible.size()));
     QRect frame({}, pin->proportions);
     frame.moveCenter(visible.center());
@@ -67,14 +64,12 @@ const QList<PinnedImage*>& PinnedImage::open() { return openPins; }
 PinnedImage::PinnedImage(const QImage& picture, QSize size)
     : image(picture)
     , proportions(size)
-    , translucent(hasCompositor())
+    , sheet(*this, WindowRole::pin,
+          {.radius = Theme::pinRadius, .margin = shadowSpace, .cutSquare = true, .proportions = size})
 {
     setWindowTitle(u"Imagen fijada"_s);
     setAccessibleName(windowTitle());
-    setAttribute(Qt::WA_TranslucentBackground, translucent);
-    setAttribute(Qt::WA_OpaquePaintEvent, !translucent);
     setMouseTracking(true);
-    makePinWindow(*this);
 }
 
 PinnedImage::~PinnedImage() { openPins.removeOne(this); }
@@ -88,42 +83,37 @@ void PinnedImage::dismiss()
 
 void PinnedImage::copyImage() const
 {
-    const double scale = image.width() / std::max(1.0, double(sheet().width()));
+    const double scale = image.width() / std::max(1.0, double(sheet.rect().width()));
     Clipboard::copy(image, std::max(1.0, scale));
     HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
 }
 
-// Room for the shadow, where there can be one.
-int PinnedImage::margin() const { return translucent ? int(Theme::shadowMargin) : 0; }
-
-QRect PinnedImage::sheet() const { return rect().adjusted(margin(), margin(), -margin(), -margin()); }
-
 void PinnedImage::setPicture(const QRect& screenRect)
 {
-    setGeometry(screenRect.adjusted(-margin(), -margin(), margin(), margin()));
+    setGeometry(screenRect.adjusted(-shadowSpace, -shadowSpace, shadowSpace, shadowSpace));
 }
 
 // A fraction of a point was rounded up, which is less than a point in device pixels.
 bool PinnedImage::isPixelForPixel() const
 {
     const double ratio = devicePixelRatioF();
-    const auto spare = QSizeF(sheet().size()) * ratio - QSizeF(image.size());
+    const auto spare = QSizeF(sheet.rect().size()) * ratio - QSizeF(image.size());
     return spare.width() > -1 && spare.height() > -1 && spare.width() < ratio && spare.height() < ratio;
 }
 
-void PinnedImage::drawPicture(const QRectF& sheet, QPainter& painter)
+void PinnedImage::drawPicture(const QRectF& card, QPainter& painter)
 {
     const double ratio = devicePixelRatioF();
     if (isPixelForPixel()) {
         scaled = QImage();
-        painter.drawImage(sheet, image); // behind the picture's last pixels
-        painter.drawImage(QRectF(sheet.topLeft(), QSizeF(image.size()) / ratio), image);
+        painter.drawImage(card, image); // behind the picture's last pixels
+        painter.drawImage(QRectF(card.topLeft(), QSizeF(image.size()) / ratio), image);
         return;
     }
-    const auto wanted = (sheet.size() * ratio).toSize();
+    const auto wanted = (card.size() * ratio).toSize();
     if (scaled.size() != wanted)
         scaled = image.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    painter.drawImage(sheet, scaled);
+    painter.drawImage(card, scaled);
 }
 
 void PinnedImage::paintEvent(QPaintEvent*)
@@ -131,56 +121,34 @@ void PinnedImage::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const auto& theme = Theme::of(palette());
-    const QRectF card(sheet());
-    if (!translucent) {
+    const QRectF card(sheet.rect());
+    if (!sheet.isTranslucent()) {
         painter.fillRect(card, theme.card); // below what is transparent
         drawPicture(card, painter);
-        Elevation::drawInnerEdge(card, 0, theme, painter);
+        Elevation::drawInnerEdge(card, sheet.radius(), theme, painter);
         return;
     }
-    Elevation::drawShadow(Elevation::Level::floating, card, Theme::pinRadius, theme, painter);
-    painter.setClipPath(Draw::roundedRect(card, Theme::pinRadius));
+    Elevation::drawShadow(Elevation::Level::floating, card, sheet.radius(), theme, painter);
+    painter.setClipPath(Draw::roundedRect(card, sheet.radius()));
     drawPicture(card, painter);
     painter.setClipping(false);
-    Elevation::drawEdge(card, Theme::pinRadius, theme, painter);
-}
-
-void PinnedImage::showEvent(QShowEvent*)
-{
-    shapeToSheet();
-    windowHandle()->installEventFilter(this);
-}
-
-void PinnedImage::resizeEvent(QResizeEvent*) { shapeToSheet(); }
-
-bool PinnedImage::eventFilter(QObject* watched, QEvent* event)
-{
-    // Now the window manager has taken it into its care.
-    if (event->type() == QEvent::Expose && !std::exchange(exposed, true))
-        shapeToSheet();
-    return QWidget::eventFilter(watched, event);
-}
-
-void PinnedImage::shapeToSheet()
-{
-    keepProportions(*this, proportions, margin());
-    if (translucent)
-        declareShadowAround(*this, sheet());
+    Elevation::drawEdge(card, sheet.radius(), theme, painter);
 }
 
 void PinnedImage::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    const auto point = event->position().toPoint() - sheet().topLeft();
-    grip = Grip{event->globalPosition().toPoint(), picture(), PinGeometry::edgesAt(point, sheet().size())};
+    const auto point = event->position().toPoint() - sheet.rect().topLeft();
+    grip = Grip{
+        event->globalPosition().toPoint(), picture(), PinGeometry::edgesAt(point, sheet.rect().size())};
 }
 
 void PinnedImage::mouseMoveEvent(QMouseEvent* event)
 {
     if (!grip) {
-        const auto point = event->position().toPoint() - sheet().topLeft();
-        setCursor(PinGeometry::cursorFor(PinGeometry::edgesAt(point, sheet().size())));
+        const auto point = event->position().toPoint() - sheet.rect().topLeft();
+        setCursor(PinGeometry::cursorFor(PinGeometry::edgesAt(point, sheet.rect().size())));
         return;
     }
     const auto delta = event->globalPosition().toPoint() - grip->screenPoint;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "controls/Sheet.h"
+
 #include <QImage>
 #include <QWidget>
 
@@ -26,7 +28,7 @@ public:
     ~PinnedImage() override;
 
     /// Where the picture is on the screen, without the shadow around it; points.
-    QRect picture() const { return sheet().translated(pos()); }
+    QRect picture() const { return sheet.rect().translated(pos()); }
     void setPicture(const QRect& screenRect);
 
     /// Closes this pin for good.
@@ -36,9 +38,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -50,18 +49,14 @@ protected:
 private:
     PinnedImage(const QImage& image, QSize size);
 
-    int margin() const;
-    QRect sheet() const;
-    void shapeToSheet();
     bool isPixelForPixel() const;
-    void drawPicture(const QRectF& sheet, QPainter& painter);
+    void drawPicture(const QRectF& card, QPainter& painter);
 
     QImage image;
     QImage scaled; ///< `image` at this window's device pixels; null where it is shown pixel for pixel
     QSize proportions;
-    bool translucent;
-    bool exposed = false; ///< has been on the screen
-    double opacity = 1;   ///< exactly; the toolkit remembers its own in coarse steps
+    Sheet sheet;
+    double opacity = 1; ///< exactly; the toolkit remembers its own in coarse steps
 
     /// What the left button took hold of, in points of the screen.
     struct Grip {

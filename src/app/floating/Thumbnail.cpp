@@ -3,20 +3,16 @@
 
 #include "app/floating/ThumbnailCard.h"
 #include "app/messages/HUD.h"
-#include "controls/theme/Theme.h"
 #include "platform/base/Error.h"
 #include "platform/base/Worker.h"
 #include "platform/desktop/ToolkitScreens.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/VisibleFrame.h"
+#include "platform/desktop/WindowSystem.h"
 #include "render/export/Clipboard.h"
 #include "settings/Settings.h"
 
 #include <QCoreApplication>
 #include <QCursor>
 #include <QFileInfo>
-#include <QParallelAnimationGroup>
-#include <QPropertyAnimation>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -31,34 +27,10 @@ constexpr std::chrono::milliseconds checkInterval{500};
 
 // Points.
 constexpr int screenMargin = 8;
-constexpr double slideInPart = 0.6; // of the panel's width
-constexpr int slideOut = 40;
 
-QRect visibleScreen()
+QRect visibleFrameOf(const QScreen* screen)
 {
-    const auto* screen = screenUnderPointer();
-    return screen ? visibleFrame(*screen) : QRect(0, 0, 1440, 900);
-}
-
-/// Glides the panel to a place and an opacity, then calls `then`; at once on desktops that want no motion.
-void glide(QWidget& panel, QPoint place, double opacity, int milliseconds, const QEasingCurve& curve,
-    const std::function<void()>& then)
-{
-    if (prefersReducedMotion())
-        milliseconds = 0;
-    auto* both = new QParallelAnimationGroup(&panel);
-    const auto add = [&](const char* property, const QVariant& target) {
-        auto* animation = new QPropertyAnimation(&panel, property, both);
-        animation->setDuration(milliseconds);
-        animation->setEasingCurve(curve);
-        animation->setStartValue(panel.property(property));
-        animation->setEndValue(target);
-        both->addAnimation(animation);
-    };
-    add("pos", place);
-    add("windowOpacity", opacity);
-    QObject::connect(both, &QAbstractAnimation::finished, &panel, then);
-    both->start(QAbstractAnimation::DeleteWhenStopped);
+    return screen ? WindowSystem::current().visibleFrame(*screen) : QRect(0, 0, 1440, 900);
 }
 
 } // namespace
@@ -91,7 +63,13 @@ void ThumbnailController::show()
     connect(panel, &ThumbnailPanel::editClicked, this, &ThumbnailController::edit);
     connect(panel, &ThumbnailPanel::copyClicked, this, &ThumbnailController::copy);
     panel->fileToDrag = [this] { return fileToDrag(); }; // not once it is retired
-    slideIn();
+    place = restingPlace(screenUnderPointer());
+    panel->appear(place);
+    connect(&WindowSystem::current(), &WindowSystem::panelsChanged, this, [this] {
+        if (panel
+            && panel->pos() == std::exchange(place, restingPlace(panel->screen()))) // nobody has moved it
+            panel->move(place);
+    });
     deadline.setRemainingTime(lifetime);
     timer.start();
 }
@@ -107,21 +85,11 @@ void ThumbnailController::wasWritten(const QFuture<QString>& path)
     }
 }
 
-QPoint ThumbnailController::restingPlace() const
+QPoint ThumbnailController::restingPlace(const QScreen* screen) const
 {
-    const auto visible = visibleScreen();
-    const auto sheet = panel->sheet();
-    return QPoint(visible.right() - screenMargin, visible.bottom() - screenMargin) - sheet.bottomRight();
-}
-
-void ThumbnailController::slideIn()
-{
-    const auto place = restingPlace();
-    panel->move(place + QPoint(int(panel->sheet().width() * slideInPart), 0));
-    panel->setWindowOpacity(0);
-    panel->show();
-    panel->raise();
-    glide(*panel, place, 1, Theme::thumbnailInMilliseconds, Theme::slideCurve(), [] {});
+    const auto visible = visibleFrameOf(screen);
+    return QPoint(visible.right() - screenMargin, visible.bottom() - screenMargin)
+        - panel->card().bottomRight();
 }
 
 void ThumbnailController::checkLifetime()
@@ -143,12 +111,7 @@ void ThumbnailController::close(bool animated)
     panel.clear();
     leaving->disconnect(this);
     connect(leaving, &ThumbnailPanel::gone, this, &ThumbnailController::closed);
-    const auto gone = [leaving] { leaving->retire(); };
-    if (animated)
-        glide(*leaving, leaving->pos() + QPoint(slideOut, 0), 0, Theme::thumbnailOutMilliseconds,
-            QEasingCurve::InOutQuad, gone);
-    else
-        gone();
+    animated ? leaving->leave() : leaving->retire();
 }
 
 void ThumbnailController::edit()

@@ -11,6 +11,8 @@
 
 #include <functional>
 
+class QScreen;
+
 namespace pintalux {
 
 class Settings;
@@ -60,8 +62,7 @@ Q_SIGNALS:
 private:
     void checkLifetime();
     void wasWritten(const QFuture<QString>& path);
-    QPoint restingPlace() const;
-    void slideIn();
+    QPoint restingPlace(const QScreen* screen) const;
 
     const CaptureResult shot;
     std::optional<Exporter::Saving> saving; ///< as long as it has not failed
@@ -71,6 +72,7 @@ private:
     Actions actions;
     bool isSaving = false;
     QPointer<ThumbnailPanel> panel; ///< while it is shown
+    QPoint place;                   ///< of its window, unless the person moves it
     QTimer timer;
     QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
 };

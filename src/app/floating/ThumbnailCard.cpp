@@ -2,14 +2,9 @@
 #include "app/floating/ThumbnailCard.h"
 
 #include "controls/theme/ControlPainting.h"
-#include "controls/theme/Elevation.h"
-#include "controls/theme/Fade.h"
-#include "controls/theme/Theme.h"
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Symbol.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/FloatingWindow.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -40,6 +35,8 @@ constexpr double closeCross = 14;
 constexpr double pencilDisc = 40;
 constexpr double pencilSize = 20;
 constexpr int dragPictureWidth = 160;
+constexpr double slideInPart = 0.6; // of the card's width
+constexpr int slideOut = 40;
 
 constexpr double floatingAlpha = 0.97;
 constexpr double pictureBorderAlpha = 0.35;
@@ -239,27 +236,31 @@ private:
 } // namespace
 
 ThumbnailPanel::ThumbnailPanel(const QImage& image, double pixelScale, bool isSaved)
-    : translucent(hasCompositor())
+    : sheet(*this, WindowRole::panel, {.radius = Theme::thumbnailRadius, .margin = int(Theme::shadowMargin)})
+    , presence(this, Theme::thumbnailInMilliseconds, Theme::thumbnailOutMilliseconds, Theme::slideCurve())
 {
-    makeUnfocusablePanel(*this);
-    setAttribute(Qt::WA_TranslucentBackground, translucent);
     setWindowTitle(u"Pintalux"_s);
     setAccessibleName(u"Captura"_s);
-    const QSize card(pictureSize.width() + 2 * padding,
+    const QSize cardSize(pictureSize.width() + 2 * padding,
         padding + pictureSize.height() + pictureGap + actionHeight + padding);
-    const int margin = translucent ? int(Theme::shadowMargin) : 0;
-    setFixedSize(card + QSize(2 * margin, 2 * margin));
+    constexpr int margin = int(Theme::shadowMargin);
+    setFixedSize(cardSize + QSize(2 * margin, 2 * margin));
 
-    const QRect place(sheet().topLeft() + QPoint(padding, padding), pictureSize);
+    const QRect place(card().topLeft() + QPoint(padding, padding), pictureSize);
     auto* picture = new ThumbnailView(image, pixelScale, this);
     picture->setGeometry(place);
     picture->clicked = [this] { Q_EMIT editClicked(); };
     picture->dragged = [this](const QPixmap& pixmap) { dragOut(pixmap); };
     addButtons(place);
     setSaved(isSaved);
-
-    if (!translucent)
-        cutToSheet(*this, rect(), Theme::thumbnailRadius);
+    connect(&presence, &Glide::changed, this, [this] {
+        setWindowOpacity(presence.amount());
+        move(home + QPoint(int(std::lround((1 - presence.amount()) * away)), 0));
+    });
+    connect(&presence, &Glide::finished, this, [this] {
+        if (!presence.isOn())
+            retire();
+    });
 }
 
 ThumbnailPanel::~ThumbnailPanel() = default;
@@ -304,15 +305,27 @@ void ThumbnailPanel::setSaved(bool isSaved)
         isSaved ? u"folder"_s : u"square.and.arrow.down"_s, isSaved ? u"Mostrar"_s : u"Guardar"_s);
 }
 
-QRect ThumbnailPanel::sheet() const
-{
-    const int margin = translucent ? int(Theme::shadowMargin) : 0;
-    return rect().adjusted(margin, margin, -margin, -margin);
-}
-
 bool ThumbnailPanel::isUnderPointer() const
 {
-    return dragging || sheet().translated(pos()).contains(QCursor::pos());
+    return dragging || card().translated(pos()).contains(QCursor::pos());
+}
+
+void ThumbnailPanel::appear(QPoint place)
+{
+    home = place;
+    away = card().width() * slideInPart;
+    presence.jump(false);
+    show();
+    raise();
+    presence.setOn(true);
+}
+
+void ThumbnailPanel::leave()
+{
+    away = slideOut;
+    home = pos() - QPoint(int(std::lround((1 - presence.amount()) * away)), 0);
+    presence.setCurve(QEasingCurve::InOutQuad);
+    presence.setOn(false);
 }
 
 void ThumbnailPanel::retire()
@@ -343,26 +356,10 @@ void ThumbnailPanel::dragOut(const QPixmap& picture)
         deleteLater();
 }
 
-void ThumbnailPanel::showEvent(QShowEvent*)
-{
-    if (translucent)
-        declareShadowAround(*this, sheet());
-}
-
 void ThumbnailPanel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const auto& theme = Theme::of(palette());
-    const QRectF card(sheet());
-    if (!translucent) {
-        painter.fillRect(card, theme.card);
-        Elevation::drawInnerEdge(card, Theme::thumbnailRadius, theme, painter);
-        return;
-    }
-    Elevation::drawShadow(Elevation::Level::floating, card, Theme::thumbnailRadius, theme, painter);
-    painter.fillPath(Draw::roundedRect(card, Theme::thumbnailRadius), withAlpha(theme.card, floatingAlpha));
-    Elevation::drawEdge(card, Theme::thumbnailRadius, theme, painter);
+    sheet.paint(Elevation::Level::floating, withAlpha(Theme::of(palette()).card, floatingAlpha), painter);
 }
 
 // By its background the card can be moved out of the way.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "controls/Sheet.h"
+#include "controls/theme/Fade.h"
+
 #include <QImage>
 #include <QWidget>
 
@@ -24,10 +27,14 @@ public:
     void setSaved(bool isSaved);
 
     /// The card within the window, without its shadow; points.
-    QRect sheet() const;
+    QRect card() const { return sheet.rect(); }
     /// True while the pointer rests on the card or drags something from it.
     bool isUnderPointer() const;
 
+    /// Slides in from the right of its place.
+    void appear(QPoint place);
+    /// Slides out to the right and retires.
+    void leave();
     /// Hides and deletes the window, as soon as no drag needs it any more.
     void retire();
 
@@ -43,7 +50,6 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
@@ -53,7 +59,10 @@ private:
     void addButtons(const QRect& picture);
     void dragOut(const QPixmap& picture);
 
-    bool translucent;
+    Sheet sheet;
+    Glide presence;  ///< 1 when it has come in
+    QPoint home;     ///< of the window then
+    double away = 0; ///< how far from there it comes in or goes to; points
     bool dragging = false;
     bool retired = false;
     QWidget* closeButton = nullptr;

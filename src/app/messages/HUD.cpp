@@ -1,23 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "app/messages/HUD.h"
 
+#include "controls/Sheet.h"
+#include "controls/theme/Fade.h"
 #include "model/Palette.h"
 #include "platform/desktop/ToolkitScreens.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/graphics/GraphicsContext.h"
 #include "platform/graphics/Symbol.h"
 #include "platform/graphics/TextBlock.h"
-#include "platform/windowing/Compositor.h"
-#include "platform/windowing/VisibleFrame.h"
 
 #include <QApplication>
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QScreen>
 #include <QTimer>
-#include <QVariantAnimation>
 #include <QWidget>
-
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -31,8 +29,8 @@ constexpr int fadeOutMilliseconds = 300;
 
 // Points.
 constexpr double aboveVisibleBottom = 56;
-constexpr double freeSpace = 16;   ///< around the capsule, part of the panel that stands above the bottom
-constexpr double shadowSpace = 32; ///< around the capsule in our window: the shadow fades out within it
+constexpr double freeSpace = 16; ///< around the capsule, part of the panel that stands above the bottom
+constexpr int shadowSpace = 32;  ///< around the capsule in our window: the shadow fades out within it
 constexpr double sidePadding = 18;
 constexpr double verticalPadding = 11;
 constexpr double glyphSize = 18;
@@ -85,45 +83,26 @@ public:
         , tint(tintColor)
         , block(fitted(text,
               std::min(widestText, available.width() - 2 * (freeSpace + sidePadding) - glyphSize - gap)))
-        , translucent(hasCompositor())
+        , capsule(QPointF(shadowSpace, shadowSpace), capsuleSize())
+        , sheet(*this, WindowRole::message, {.radius = radius(), .margin = shadowSpace})
+        , fade(this, fadeInMilliseconds, fadeOutMilliseconds, QEasingCurve::Linear)
     {
-        setWindowFlags(Qt::ToolTip | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint
-            | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput
-            | Qt::NoDropShadowWindowHint);
-        setAttribute(Qt::WA_ShowWithoutActivating);
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-        setAttribute(Qt::WA_TranslucentBackground, translucent);
         setFocusPolicy(Qt::NoFocus);
         setWindowTitle(u"Pintalux"_s);
         setAccessibleName(text);
-
-        const QSizeF content(markWidth() + gap + std::ceil(block.size().width()),
-            std::max(glyphSize, std::ceil(block.size().height())));
-        capsule = QRectF(
-            margin(), margin(), content.width() + 2 * sidePadding, content.height() + 2 * verticalPadding);
-        setFixedSize((capsule.bottomRight() + QPointF(margin(), margin())).toPoint().x(),
-            int(std::ceil(capsule.bottom() + margin())));
-        if (!translucent)
-            cutToSheet(*this, capsule, radius());
-    }
-
-    /// Around the capsule on every side of the window.
-    double margin() const { return translucent ? shadowSpace : 0; }
-
-    void appear()
-    {
-        fadeTo(1, fadeInMilliseconds, [] {});
-    }
-
-    /// Fades out and goes, unless a newer message has taken its place meanwhile.
-    void leave()
-    {
-        const auto goIfCurrent = [this] {
-            if (isVisible())
+        setFixedSize(capsule.size().toSize() + QSize(2 * shadowSpace, 2 * shadowSpace));
+        connect(&sheet, &Sheet::changed, this, [this] { picture = {}; });
+        // Unless a newer message has taken its place meanwhile.
+        connect(&fade, &Glide::finished, this, [this] {
+            if (!fade.isOn() && isVisible())
                 dismiss();
-        };
-        fadeTo(0, fadeOutMilliseconds, goIfCurrent);
+        });
     }
+
+    void appear() { fade.setOn(true, !sheet.isTranslucent()); }
+
+    /// Fades out and goes.
+    void leave() { fade.setOn(false, !sheet.isTranslucent()); }
 
     const QString message;
 
@@ -133,34 +112,16 @@ protected:
         if (picture.isNull() || picture.devicePixelRatioF() != devicePixelRatioF())
             picture = render();
         QPainter painter(this);
-        painter.setOpacity(opacity);
+        painter.setOpacity(sheet.isTranslucent() ? fade.amount() : 1);
         painter.drawImage(QPointF(0, 0), picture);
     }
 
 private:
-    void fadeTo(double target, int milliseconds, const std::function<void()>& then)
+    QSizeF capsuleSize() const
     {
-        if (!translucent || prefersReducedMotion())
-            milliseconds = 0;
-        fade.disconnect(this);
-        fade.stop();
-        if (milliseconds == 0) {
-            opacity = target;
-            update();
-            then();
-            return;
-        }
-        fade.setStartValue(opacity);
-        fade.setEndValue(target);
-        fade.setDuration(milliseconds);
-        connect(&fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-            opacity = value.toDouble();
-            update();
-        });
-        connect(&fade, &QVariantAnimation::finished, this, then);
-        fade.start();
+        return {markWidth() + gap + std::ceil(block.size().width()) + 2 * sidePadding,
+            std::max(glyphSize, std::ceil(block.size().height())) + 2 * verticalPadding};
     }
-
     double markWidth() const { return tint ? discSize : glyphSize; }
     double radius() const { return std::min(capsule.height() / 2, largestRadius); }
 
@@ -180,10 +141,10 @@ private:
         image.setDevicePixelRatio(ratio);
         auto opaque = capsuleColor;
         opaque.setAlpha(255);
-        image.fill(translucent ? QColor(Qt::transparent) : opaque);
+        image.fill(sheet.isTranslucent() ? QColor(Qt::transparent) : opaque);
         QPainter painter(&image);
         GraphicsContext context(painter);
-        if (translucent) {
+        if (sheet.isTranslucent()) {
             drawShadow(painter, ratio);
             context.fill(outline(0), capsuleColor);
         }
@@ -227,11 +188,10 @@ private:
     QString symbolName;
     std::optional<QColor> tint;
     TextBlock block;
-    bool translucent;
     QRectF capsule; ///< in the window
+    Sheet sheet;
     QImage picture;
-    double opacity = 0;
-    QVariantAnimation fade;
+    Fade fade;
 };
 
 /// The message on screen and its pending end.
@@ -259,12 +219,11 @@ Panel* showPanel(const QString& message, const QString& symbol, const std::optio
         return nullptr;
     dismiss();
     dismissAtTheEnd();
-    const QRectF visible = visibleFrame(*screen);
+    const QRectF visible = WindowSystem::current().visibleFrame(*screen);
     currentPanel = std::make_unique<Panel>(message, symbol, tint, visible.size());
     auto& panel = *currentPanel;
-    const double bottom = visible.bottom() - aboveVisibleBottom - freeSpace + panel.margin();
+    const double bottom = visible.bottom() - aboveVisibleBottom - freeSpace + shadowSpace;
     panel.move(qRound(visible.center().x() - panel.width() / 2.0), qRound(bottom - panel.height()));
-    disableCompositorShadow(panel);
     panel.show();
     panel.raise();
     panel.appear();

@@ -2,42 +2,63 @@
 #include "controls/theme/Fade.h"
 
 #include "controls/theme/Theme.h"
-#include "platform/windowing/Compositor.h"
 
+#include <QApplication>
 #include <QEvent>
+#include <QStyle>
 #include <QWidget>
 
 namespace pintalux {
 
-Fade::Fade(QWidget* faded, int in, int out, const QEasingCurve& curve)
-    : QObject(faded)
-    , widget(faded)
+bool prefersReducedMotion()
+{
+    return QApplication::style()->styleHint(QStyle::SH_Widget_Animation_Duration) <= 0;
+}
+
+Glide::Glide(QWidget* glided, int in, int out, const QEasingCurve& curve)
+    : QObject(glided)
+    , widget(glided)
     , inMilliseconds(in)
     , outMilliseconds(out)
 {
     animation.setEasingCurve(curve);
     connect(&animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         current = value.toDouble();
-        widget->update();
+        Q_EMIT changed();
     });
+    connect(&animation, &QVariantAnimation::finished, this, &Glide::finished);
 }
 
-void Fade::setOn(bool on)
+void Glide::setOn(bool wanted, bool instantly)
 {
-    const double target = on ? 1 : 0;
-    const bool running = animation.state() == QAbstractAnimation::Running;
-    if (target == (running ? animation.endValue().toDouble() : current))
+    if (wanted == on)
         return;
-    animation.stop();
-    if (!widget->isVisible() || prefersReducedMotion()) {
-        current = target;
-        widget->update();
+    if (instantly || !widget->isVisible() || prefersReducedMotion()) {
+        jump(wanted);
+        Q_EMIT finished();
         return;
     }
+    animation.stop();
+    on = wanted;
+    const double target = on ? 1 : 0;
     animation.setStartValue(current);
     animation.setEndValue(target);
     animation.setDuration(int((on ? inMilliseconds : outMilliseconds) * std::abs(target - current)));
     animation.start();
+}
+
+void Glide::jump(bool wanted)
+{
+    animation.stop();
+    on = wanted;
+    current = on ? 1 : 0;
+    Q_EMIT changed();
+}
+
+Fade::Fade(QWidget* faded, int in, int out, const QEasingCurve& curve)
+    : Glide(faded, in, out, curve)
+{
+    connect(this, &Glide::changed, faded, [faded] { faded->update(); });
 }
 
 HoverFade::HoverFade(QWidget* hovered)

@@ -2,7 +2,7 @@
 #include "controls/theme/ThemeFollower.h"
 
 #include "controls/theme/Theme.h"
-#include "platform/windowing/DesktopAppearance.h"
+#include "platform/desktop/DesktopAppearance.h"
 
 #include <QApplication>
 #include <QPalette>

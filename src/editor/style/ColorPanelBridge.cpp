@@ -3,7 +3,7 @@
 
 #include "app/icon/AppIcon.h"
 #include "editor/state/EditorModel.h"
-#include "platform/windowing/PanelWindow.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QColorDialog>
 #include <QCoreApplication>
@@ -48,7 +48,7 @@ void ColorPanelBridge::open(EditorModel& opened)
     }
     restyled.reset();
     if (!dialog->isVisible())
-        keepOutOfTaskBar(*dialog);
+        WindowSystem::current().setInTaskBar(*dialog, false);
     dialog->show();
     dialog->raise();
     dialog->activateWindow();

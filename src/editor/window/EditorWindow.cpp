@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "editor/window/EditorWindow.h"
 
+#include "controls/theme/Fade.h"
 #include "controls/theme/Theme.h"
 #include "editor/bars/ToolPalette.h"
 #include "editor/canvas/CanvasView.h"
 #include "editor/style/ArrowOptionsPanel.h"
 #include "editor/window/EditorWindowLayout.h"
-#include "platform/windowing/Compositor.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -7,7 +7,7 @@
 #include "editor/window/EditorWindowLayout.h"
 #include "editor/window/MainMenu.h"
 #include "platform/desktop/ToolkitScreens.h"
-#include "platform/windowing/VisibleFrame.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -92,7 +92,7 @@ EditorWindowController::EditorWindowController(
     editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
-    const auto visible = visibleFrame(*screenUnderPointer());
+    const auto visible = WindowSystem::current().visibleFrame(*screenUnderPointer());
     auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
     size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller
     editorWindow->resize(size);

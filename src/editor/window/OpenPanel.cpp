@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editor/window/OpenPanel.h"
 
-#include "platform/windowing/PanelWindow.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QFileDialog>
 
@@ -24,7 +24,7 @@ QFileDialog* showOpenPanel(
     QObject::connect(dialog, &QFileDialog::filesSelected, dialog,
         [done = std::move(completion)](const QStringList& paths) { done(paths); });
     if (!window)
-        keepOutOfTaskBar(*dialog); // where the program has no other
+        WindowSystem::current().setInTaskBar(*dialog, panel.isListed);
     dialog->setWindowModality(window ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->show();
     return dialog;

@@ -14,7 +14,8 @@ namespace pintalux {
 /// How a dialog for choosing pictures presents itself.
 struct OpenPanel {
     QString message;
-    QString prompt{}; ///< on the button that accepts; empty for the desktop's own word
+    QString prompt{};     ///< on the button that accepts; empty for the desktop's own word
+    bool isListed = true; ///< in task bars, where it belongs to no window
 };
 
 /// Asks with the desktop's own dialog for picture files, over `window` if there is one. `completion` is

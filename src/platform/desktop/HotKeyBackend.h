@@ -36,7 +36,4 @@ public:
     std::function<void(const HotKey&)> onLost;
 };
 
-/// The back end for the display system that runs; one that supports nothing where there is none.
-std::unique_ptr<HotKeyBackend> makeHotKeyBackend();
-
 } // namespace pintalux

@@ -116,7 +116,4 @@ public:
     virtual Screenshot screenshot(const WindowInfo& window) = 0;
 };
 
-/// The source for the display system that runs; one that only gives errors where none is supported.
-std::unique_ptr<ScreenSource> makeScreenSource();
-
 } // namespace pintalux

@@ -39,7 +39,4 @@ public:
     virtual void revealFile(const QString& path) = 0;
 };
 
-/// The one of the display system that runs.
-std::unique_ptr<Workspace> makeWorkspace();
-
 } // namespace pintalux

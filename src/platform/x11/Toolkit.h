@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xcb/xcb.h>
+#include "platform/x11/Hints.h"
 
-#include <string_view>
+#include <QByteArray>
 
 namespace pintalux::x11 {
 
@@ -11,10 +11,18 @@ namespace pintalux::x11 {
 /// and once the application object is gone.
 xcb_connection_t* toolkitConnection();
 
-/// The atom of that name; none when the server does not answer.
-xcb_atom_t atomNamed(xcb_connection_t* connection, std::string_view name);
+/// The hints over that connection; null without it.
+xcb_ewmh_connection_t* toolkitHints();
 
-/// Asks compositors that draw shadows around every window to leave this one without.
-void withoutCompositorShadow(xcb_connection_t* connection, xcb_window_t window);
+/// An atom that is none of the hints', over that connection; asked for once.
+xcb_atom_t toolkitAtom(const QByteArray& name);
+
+/// The number of the screen that programs get from their environment.
+int screenNumber();
+/// That screen's root.
+xcb_window_t toolkitRoot();
+
+/// Whether the display server of the environment takes a connection.
+bool serverAnswers();
 
 } // namespace pintalux::x11

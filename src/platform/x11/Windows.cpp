@@ -33,21 +33,21 @@ struct Questions {
 Questions ask(const XcbConnection& connection, xcb_window_t window)
 {
     auto* xcb = connection.get();
-    const auto property = [&](Atom name) { return connection.askProperty(window, name); };
+    const auto property = [&](xcb_atom_t name) { return connection.askProperty(window, name); };
     return {
         .window = window,
         .attributes = xcb_get_window_attributes(xcb, window),
         .geometry = xcb_get_geometry(xcb, window),
         .position = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0),
-        .frameExtents = property(Atom::netFrameExtents),
-        .shadowExtents = property(Atom::gtkFrameExtents),
-        .name = property(Atom::netWmName),
-        .oldName = property(Atom::wmName),
-        .windowClass = property(Atom::wmClass),
-        .processId = property(Atom::netWmPid),
-        .type = property(Atom::netWmWindowType),
-        .state = property(Atom::netWmState),
-        .desktop = property(Atom::netWmDesktop),
+        .frameExtents = property(connection.hints()._NET_FRAME_EXTENTS),
+        .shadowExtents = property(connection.atom(Atom::gtkFrameExtents)),
+        .name = property(connection.hints()._NET_WM_NAME),
+        .oldName = property(XCB_ATOM_WM_NAME),
+        .windowClass = property(XCB_ATOM_WM_CLASS),
+        .processId = property(connection.hints()._NET_WM_PID),
+        .type = property(connection.hints()._NET_WM_WINDOW_TYPE),
+        .state = property(connection.hints()._NET_WM_STATE),
+        .desktop = property(connection.hints()._NET_WM_DESKTOP),
     };
 }
 
@@ -75,8 +75,8 @@ QRect readRect(const XcbConnection& connection, const Questions& questions)
 
 QString readText(const XcbConnection& connection, const Property& property)
 {
-    return property.type == connection.atom(Atom::utf8String) ? QString::fromUtf8(property.bytes)
-                                                              : QString::fromLatin1(property.bytes);
+    return property.type == connection.hints().UTF8_STRING ? QString::fromUtf8(property.bytes)
+                                                           : QString::fromLatin1(property.bytes);
 }
 
 // The property holds the instance's name and the class, each ended by a zero byte.
@@ -91,13 +91,13 @@ int readLayer(const XcbConnection& connection, const QList<quint32>& types, cons
 {
     constexpr int raised = 1;
     constexpr int desktop = -1;
-    if (states.contains(connection.atom(Atom::netWmStateAbove)))
+    if (states.contains(connection.hints()._NET_WM_STATE_ABOVE))
         return raised;
     for (const auto type : types) {
-        if (type == connection.atom(Atom::netWmWindowTypeNormal)
-            || type == connection.atom(Atom::netWmWindowTypeDialog))
+        if (type == connection.hints()._NET_WM_WINDOW_TYPE_NORMAL
+            || type == connection.hints()._NET_WM_WINDOW_TYPE_DIALOG)
             return 0;
-        if (type == connection.atom(Atom::netWmWindowTypeDesktop))
+        if (type == connection.hints()._NET_WM_WINDOW_TYPE_DESKTOP)
             return desktop;
     }
     return types.isEmpty() ? 0 : raised;
@@ -125,7 +125,7 @@ WindowInfo readWindow(const XcbConnection& connection, const Questions& question
     window.applicationName = readApplicationName(windowClass.bytes);
     window.title = name.bytes.isEmpty() ? readText(connection, oldName) : QString::fromUtf8(name.bytes);
     window.onScreen = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE
-        && !states.contains(connection.atom(Atom::netWmStateHidden))
+        && !states.contains(connection.hints()._NET_WM_STATE_HIDDEN)
         && (desktop == allDesktops || desktop == currentDesktop) && !rect.isEmpty();
     if (const auto* screen = screenOf(rect, screens)) {
         window.nativeRect = rect;
@@ -150,9 +150,9 @@ QList<xcb_window_t> windowsWithoutHints(const XcbConnection& connection)
         if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE
             || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
             continue;
-        const bool named = !connection.property(window, Atom::netWmName).bytes.isEmpty()
-            || !connection.property(window, Atom::wmName).bytes.isEmpty();
-        const bool managed = !connection.property(window, Atom::wmState).bytes.isEmpty();
+        const bool named = !connection.property(window, connection.hints()._NET_WM_NAME).bytes.isEmpty()
+            || !connection.property(window, XCB_ATOM_WM_NAME).bytes.isEmpty();
+        const bool managed = !connection.property(window, connection.atom(Atom::wmState)).bytes.isEmpty();
         if (managed || (named && !attributes->override_redirect))
             result.append(window);
     }
@@ -163,10 +163,11 @@ QList<xcb_window_t> windowsWithoutHints(const XcbConnection& connection)
 
 bool hasWindowManager(const XcbConnection& connection)
 {
-    const auto named = connection.property(connection.root(), Atom::netSupportingWmCheck).cards();
+    const auto named
+        = connection.property(connection.root(), connection.hints()._NET_SUPPORTING_WM_CHECK).cards();
     if (named.isEmpty())
         return false;
-    return connection.property(named.first(), Atom::netSupportingWmCheck).cards() == named;
+    return connection.property(named.first(), connection.hints()._NET_SUPPORTING_WM_CHECK).cards() == named;
 }
 
 QList<xcb_window_t> topLevelWindows(const XcbConnection& connection)
@@ -183,13 +184,15 @@ QList<WindowInfo> windows(const XcbConnection& connection, const QList<ScreenInf
 {
     QList<xcb_window_t> ids;
     if (hasWindowManager(connection)) {
-        ids = connection.property(connection.root(), Atom::netClientListStacking).cards();
+        ids = connection.property(connection.root(), connection.hints()._NET_CLIENT_LIST_STACKING).cards();
         std::ranges::reverse(ids);
     } else {
         ids = windowsWithoutHints(connection);
     }
     const auto currentDesktop
-        = connection.property(connection.root(), Atom::netCurrentDesktop).cards().value(0, allDesktops);
+        = connection.property(connection.root(), connection.hints()._NET_CURRENT_DESKTOP)
+              .cards()
+              .value(0, allDesktops);
 
     std::vector<Questions> questions;
     for (const auto id : ids)
@@ -206,8 +209,8 @@ QRect decoratedRect(const XcbConnection& connection, xcb_window_t window)
     Questions questions{};
     questions.geometry = xcb_get_geometry(xcb, window);
     questions.position = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0);
-    questions.frameExtents = connection.askProperty(window, Atom::netFrameExtents);
-    questions.shadowExtents = connection.askProperty(window, Atom::gtkFrameExtents);
+    questions.frameExtents = connection.askProperty(window, connection.hints()._NET_FRAME_EXTENTS);
+    questions.shadowExtents = connection.askProperty(window, connection.atom(Atom::gtkFrameExtents));
     return readRect(connection, questions);
 }
 

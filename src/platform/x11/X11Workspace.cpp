@@ -10,10 +10,7 @@ namespace pintalux {
 
 namespace {
 
-using x11::Atom;
 using x11::XcbConnection;
-
-constexpr uint32_t sourceIsThePerson = 2;
 
 // The window with the input focus; none when it is nowhere or wherever the pointer is.
 xcb_window_t focusedWindow(const XcbConnection& connection)
@@ -28,7 +25,7 @@ xcb_window_t focusedWindow(const XcbConnection& connection)
 qint64 processOf(const XcbConnection& connection, xcb_window_t window)
 {
     while (window != XCB_WINDOW_NONE && window != connection.root()) {
-        const auto process = connection.property(window, Atom::netWmPid).cards();
+        const auto process = connection.property(window, connection.hints()._NET_WM_PID).cards();
         if (!process.isEmpty())
             return process.first();
         const auto tree
@@ -58,18 +55,11 @@ xcb_timestamp_t serverTime(const XcbConnection& connection)
     return time;
 }
 
+// As a pager does for the person.
 void askWindowManager(const XcbConnection& connection, xcb_window_t window)
 {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = connection.atom(Atom::netActiveWindow);
-    message.data.data32[0] = sourceIsThePerson;
-    message.data.data32[1] = serverTime(connection);
-    xcb_send_event(connection.get(), 0, connection.root(),
-        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-        reinterpret_cast<const char*>(&message));
+    xcb_ewmh_request_change_active_window(&connection.hints(), connection.screenNumber(), window,
+        XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER, serverTime(connection), XCB_WINDOW_NONE);
 }
 
 void focusDirectly(const XcbConnection& connection, xcb_window_t window)
@@ -102,7 +92,7 @@ std::optional<WindowHandle> X11Workspace::frontmostWindow()
 try {
     const auto& server = connect();
     const auto window = x11::hasWindowManager(server)
-        ? server.property(server.root(), Atom::netActiveWindow).cards().value(0, XCB_WINDOW_NONE)
+        ? server.property(server.root(), server.hints()._NET_ACTIVE_WINDOW).cards().value(0, XCB_WINDOW_NONE)
         : focusedWindow(server);
     if (window == XCB_WINDOW_NONE)
         return std::nullopt;

@@ -9,6 +9,7 @@
 #include <xcb/xcbext.h>
 
 #include <cstring>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
@@ -20,30 +21,8 @@ namespace {
 constexpr int answerLimitMilliseconds = 5000;
 constexpr uint32_t longestProperty = 1 << 16; // in units of four bytes
 
-constexpr std::array<const char*, static_cast<std::size_t>(Atom::count)> atomNames{
-    "UTF8_STRING",
-    "WM_NAME",
-    "WM_CLASS",
-    "WM_STATE",
-    "_NET_ACTIVE_WINDOW",
-    "_NET_CLIENT_LIST",
-    "_NET_CLIENT_LIST_STACKING",
-    "_NET_SUPPORTING_WM_CHECK",
-    "_NET_CURRENT_DESKTOP",
-    "_NET_WM_DESKTOP",
-    "_NET_WM_NAME",
-    "_NET_WM_PID",
-    "_NET_WM_STATE",
-    "_NET_WM_STATE_ABOVE",
-    "_NET_WM_STATE_HIDDEN",
-    "_NET_WM_WINDOW_OPACITY",
-    "_NET_WM_WINDOW_TYPE",
-    "_NET_WM_WINDOW_TYPE_NORMAL",
-    "_NET_WM_WINDOW_TYPE_DIALOG",
-    "_NET_WM_WINDOW_TYPE_DESKTOP",
-    "_NET_FRAME_EXTENTS",
-    "_GTK_FRAME_EXTENTS",
-};
+constexpr std::array<std::string_view, static_cast<std::size_t>(Atom::count)> atomNames{
+    "WM_STATE", "_NET_WM_WINDOW_OPACITY", "_GTK_FRAME_EXTENTS"};
 
 } // namespace
 
@@ -75,18 +54,24 @@ QList<quint32> Property::cards() const
 }
 
 XcbConnection::XcbConnection(const QByteArray& displayName)
-    : connection(xcb_connect(displayName.isEmpty() ? nullptr : displayName.constData(), &screenNumber))
+    : connection(xcb_connect(displayName.isEmpty() ? nullptr : displayName.constData(), &number))
 {
     if (isBroken())
         throw connectionLost();
     auto screens = xcb_setup_roots_iterator(&setup());
-    for (int skip = screenNumber; skip > 0 && screens.rem > 1; --skip)
+    for (int skip = number; skip > 0 && screens.rem > 1; --skip)
         xcb_screen_next(&screens);
     defaultScreen = screens.data;
 
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies;
     for (std::size_t index = 0; index < atomNames.size(); ++index)
-        cookies[index] = xcb_intern_atom(get(), 0, uint16_t(std::strlen(atomNames[index])), atomNames[index]);
+        cookies[index]
+            = xcb_intern_atom(get(), 0, uint16_t(atomNames[index].size()), atomNames[index].data());
+    // The library waits for its answers without a limit; when a later one is here they are, too.
+    ewmh = makeHints(
+        get(), [this] { reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(get()).sequence); });
+    if (!ewmh)
+        throw connectionLost();
     for (std::size_t index = 0; index < atomNames.size(); ++index)
         if (const auto answer = reply<xcb_intern_atom_reply_t>(cookies[index].sequence))
             atoms[index] = answer->atom;
@@ -98,19 +83,12 @@ bool XcbConnection::hasExtension(xcb_extension_t& extension) const
     return data && data->present;
 }
 
-bool XcbConnection::hasManager(const QByteArray& selectionPrefix) const
+bool XcbConnection::hasCompositor() const
 {
-    const auto selection = intern(selectionPrefix + QByteArray::number(screenNumber));
+    const auto selection = ewmh->_NET_WM_CM_Sn[number];
     const auto owner
         = reply<xcb_get_selection_owner_reply_t>(xcb_get_selection_owner(get(), selection).sequence);
     return owner && owner->owner != XCB_WINDOW_NONE;
-}
-
-xcb_atom_t XcbConnection::intern(const QByteArray& name) const
-{
-    const auto answer = reply<xcb_intern_atom_reply_t>(
-        xcb_intern_atom(get(), 0, uint16_t(name.size()), name.constData()).sequence);
-    return answer ? answer->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
 void* XcbConnection::wait(unsigned sequence, int* errorCode) const
@@ -143,9 +121,9 @@ bool XcbConnection::isServed(xcb_void_cookie_t request) const
     return !refusal;
 }
 
-xcb_get_property_cookie_t XcbConnection::askProperty(xcb_window_t window, Atom name) const
+xcb_get_property_cookie_t XcbConnection::askProperty(xcb_window_t window, xcb_atom_t name) const
 {
-    return xcb_get_property(get(), 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+    return xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
 }
 
 Property XcbConnection::property(xcb_get_property_cookie_t cookie) const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/desktop/ScreenSource.h"
+#include "platform/x11/Hints.h"
 
 #include <QByteArray>
 #include <QList>
@@ -20,32 +21,8 @@ struct Free {
 /// What the server answered; memory of libxcb's.
 template <typename T> using Reply = std::unique_ptr<T, Free>;
 
-/// The atoms that the back end uses, in the order of their names in XcbConnection.cpp.
-enum class Atom {
-    utf8String,
-    wmName,
-    wmClass,
-    wmState,
-    netActiveWindow,
-    netClientList,
-    netClientListStacking,
-    netSupportingWmCheck,
-    netCurrentDesktop,
-    netWmDesktop,
-    netWmName,
-    netWmPid,
-    netWmState,
-    netWmStateAbove,
-    netWmStateHidden,
-    netWmWindowOpacity,
-    netWmWindowType,
-    netWmWindowTypeNormal,
-    netWmWindowTypeDialog,
-    netWmWindowTypeDesktop,
-    netFrameExtents,
-    gtkFrameExtents,
-    count
-};
+/// The atoms that are none of the hints', in the order of their names in XcbConnection.cpp.
+enum class Atom { wmState, netWmWindowOpacity, gtkFrameExtents, count };
 
 /// A property's bytes and type; empty bytes when the window lacks it.
 struct Property {
@@ -71,12 +48,12 @@ public:
     /// True when this connection is of no more use and a new one must be made.
     bool isBroken() const { return xcb_connection_has_error(connection.get()) != 0 || gaveUp; }
 
+    /// The atoms of the hints, and requests to the window manager.
+    xcb_ewmh_connection_t& hints() const { return *ewmh; }
     xcb_atom_t atom(Atom name) const { return atoms[static_cast<std::size_t>(name)]; }
+    int screenNumber() const { return number; }
     bool hasExtension(xcb_extension_t& extension) const;
-    /// True when some client holds the manager selection of that name and this screen's number, such as
-    /// "_NET_SYSTEM_TRAY_S" for the panel that takes status icons.
-    bool hasManager(const QByteArray& selectionPrefix) const;
-    bool hasCompositor() const { return hasManager("_NET_WM_CM_S"); }
+    bool hasCompositor() const;
 
     /// The answer to a request made before; null when the server answered with an error, whose code then
     /// is in `errorCode`.
@@ -89,9 +66,12 @@ public:
     bool isServed(xcb_void_cookie_t request) const;
 
     /// Asks for a property; the answer is read with `property`.
-    xcb_get_property_cookie_t askProperty(xcb_window_t window, Atom name) const;
+    xcb_get_property_cookie_t askProperty(xcb_window_t window, xcb_atom_t name) const;
     Property property(xcb_get_property_cookie_t cookie) const;
-    Property property(xcb_window_t window, Atom name) const { return property(askProperty(window, name)); }
+    Property property(xcb_window_t window, xcb_atom_t name) const
+    {
+        return property(askProperty(window, name));
+    }
 
     /// Throws away what the server tells without being asked, which would pile up.
     void drainEvents() const;
@@ -102,13 +82,13 @@ private:
     };
 
     void* wait(unsigned sequence, int* errorCode) const;
-    xcb_atom_t intern(const QByteArray& name) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection;
     const xcb_screen_t* defaultScreen = nullptr;
-    int screenNumber = 0;
+    int number = 0;
     mutable bool gaveUp
         = false; // an answer was not waited for: those that are still to come belong to nobody
+    Hints ewmh;
     std::array<xcb_atom_t, static_cast<std::size_t>(Atom::count)> atoms{};
 };
 

@@ -3,7 +3,7 @@
 
 #include "app/icon/AppIcon.h"
 #include "platform/desktop/ToolkitScreens.h"
-#include "platform/windowing/VisibleFrame.h"
+#include "platform/desktop/WindowSystem.h"
 #include "settings/preferences/PreferencesView.h"
 
 #include <QBoxLayout>
@@ -41,7 +41,7 @@ void PreferencesWindow::place()
 {
     if (std::exchange(placed, true))
         return;
-    const auto visible = visibleFrame(*screenUnderPointer());
+    const auto visible = WindowSystem::current().visibleFrame(*screenUnderPointer());
     const auto wished = form->sizeHint();
     resize(wished.width(), std::clamp(visible.height() - roomForFrame, leastHeight, wished.height()));
     move(visible.center() - rect().center());

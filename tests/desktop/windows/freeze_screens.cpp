@@ -5,8 +5,8 @@
 //   pintalux_freeze_screens FOLDER
 
 #include "capture/ScreenCapture.h"
+#include "platform/backend/DisplaySystem.h"
 #include "platform/desktop/ToolkitScreens.h"
-#include "platform/windowing/VisibleFrame.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
@@ -18,6 +18,8 @@ int main(int argc, char** argv)
     QGuiApplication application(argc, argv);
     if (argc != 2)
         return 2;
+    pintalux::WindowSystem::use(pintalux::DisplaySystem::makeWindowSystem());
+    pintalux::ScreenCapture::setSource(pintalux::DisplaySystem::makeScreenSource());
     QTextStream out(stdout);
     try {
         const auto frozen = pintalux::ScreenCapture::freezeAllDisplays().takeResult();
@@ -26,7 +28,8 @@ int main(int argc, char** argv)
             const auto& frame = screen.frame;
             out << screen.name << ' ' << frame.x() << ' ' << frame.y() << ' ' << frame.width() << ' '
                 << frame.height() << ' ' << scale;
-            const auto visible = pintalux::visibleFrame(*pintalux::screenNamed(screen.name));
+            const auto visible
+                = pintalux::WindowSystem::current().visibleFrame(*pintalux::screenNamed(screen.name));
             out << " visible " << visible.x() << ' ' << visible.y() << ' ' << visible.width() << ' '
                 << visible.height() << '\n';
         }

@@ -5,6 +5,7 @@
 //   pintalux_select_on_screens MODE FOLDER
 
 #include "capture/CaptureOverlay.h"
+#include "platform/backend/DisplaySystem.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -45,6 +46,8 @@ int main(int argc, char** argv)
     if (arguments.size() != 3 || !mode)
         return 2;
     const auto folder = arguments[2];
+    WindowSystem::use(DisplaySystem::makeWindowSystem());
+    ScreenCapture::setSource(DisplaySystem::makeScreenSource());
     const auto frozen = ScreenCapture::freezeAllDisplays().takeResult();
     for (const auto& display : frozen.displays)
         display.image.save(folder + u'/' + display.screen.name + QStringLiteral(".png"));

@@ -6,6 +6,7 @@
 
 #include "app/StatusItem.h"
 #include "app/messages/HUD.h"
+#include "platform/backend/DisplaySystem.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -27,6 +28,7 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    pintalux::WindowSystem::use(pintalux::DisplaySystem::makeWindowSystem());
     const auto arguments = QCoreApplication::arguments();
     const auto after = [&](const QString& option, int place) {
         const auto index = arguments.indexOf(option);

@@ -35,14 +35,14 @@ bool isShown(const XcbConnection& connection, xcb_window_t window)
 // Managed windows are found in the manager's list, the others (messages, menus) below the root.
 QList<OwnWindow> ownWindows(const XcbConnection& connection, qint64 processId)
 {
-    auto windows = connection.property(connection.root(), Atom::netClientList).cards();
+    auto windows = connection.property(connection.root(), connection.hints()._NET_CLIENT_LIST).cards();
     for (const auto window : topLevelWindows(connection))
         if (!windows.contains(window))
             windows.append(window);
 
     std::vector<xcb_get_property_cookie_t> questions;
     for (const auto window : windows)
-        questions.push_back(connection.askProperty(window, Atom::netWmPid));
+        questions.push_back(connection.askProperty(window, connection.hints()._NET_WM_PID));
     QList<OwnWindow> result;
     for (qsizetype index = 0; index < windows.size(); ++index) {
         const auto owner = connection.property(questions[std::size_t(index)]).cards();
@@ -62,9 +62,11 @@ public:
         : connection(std::move(owner))
     {
         for (const auto& [window, frame] : windows) {
-            former.append({window, connection->property(window, Atom::netWmWindowOpacity).cards()});
+            former.append(
+                {window, connection->property(window, connection->atom(Atom::netWmWindowOpacity)).cards()});
             if (frame != window)
-                former.append({frame, connection->property(frame, Atom::netWmWindowOpacity).cards()});
+                former.append(
+                    {frame, connection->property(frame, connection->atom(Atom::netWmWindowOpacity)).cards()});
         }
         for (const auto& each : former)
             set(each.window, 0);

@@ -4,10 +4,8 @@
 #include <QRegion>
 
 #include <functional>
-#include <memory>
 
 class QPainter;
-class QWidget;
 
 namespace pintalux {
 
@@ -27,10 +25,5 @@ public:
     /// the display server is gone.
     virtual void paint(const QRegion& region, const Paint& paint) = 0;
 };
-
-/// The surface of a window that has its native window already. Null where this way of painting does not exist
-/// (another display system, a server on another machine, an unusual colour format): the toolkit's own is as
-/// good there.
-std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window);
 
 } // namespace pintalux

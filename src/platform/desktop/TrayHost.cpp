@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/windowing/TrayHost.h"
+#include "platform/desktop/TrayHost.h"
 
-#include "platform/base/Error.h"
 #include "platform/desktop/SessionBus.h"
-#include "platform/x11/XcbConnection.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -45,17 +44,6 @@ bool hasStatusNotifierHost()
         .toBool();
 }
 
-bool hasEmbeddingPanel()
-{
-    if (QGuiApplication::platformName() != u"xcb"_s)
-        return false;
-    try {
-        return x11::XcbConnection().hasManager("_NET_SYSTEM_TRAY_S");
-    } catch (const Error&) {
-        return false;
-    }
-}
-
 } // namespace
 
 TrayHost findTrayHost()
@@ -64,7 +52,7 @@ TrayHost findTrayHost()
         return TrayHost::none;
     if (hasStatusNotifierHost())
         return TrayHost::statusNotifier;
-    return hasEmbeddingPanel() ? TrayHost::embedded : TrayHost::none;
+    return WindowSystem::current().hasTrayPanel() ? TrayHost::embedded : TrayHost::none;
 }
 
 std::optional<QColor> panelColorAround(const QRect& iconFrame)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/x11/XSettings.h"
+#include "platform/x11/windowing/XSettings.h"
 
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
@@ -87,10 +87,10 @@ ThemeNameWatch::ThemeNameWatch(std::function<void()> whenChanged)
     auto* connection = toolkitConnection();
     if (!connection)
         return;
-    settings = atomNamed(connection, "_XSETTINGS_SETTINGS");
+    settings = toolkitAtom("_XSETTINGS_SETTINGS");
     // Desktops have one daemon, which serves the first screen.
-    selection = atomNamed(connection, "_XSETTINGS_S0");
-    manager = atomNamed(connection, "MANAGER");
+    selection = toolkitAtom("_XSETTINGS_S0");
+    manager = toolkitAtom("MANAGER");
     findDaemon(connection);
     QCoreApplication::instance()->installNativeEventFilter(this);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/x11/SharedBands.h"
+#include "platform/x11/windowing/SharedBands.h"
 
 #include "platform/x11/Pixels.h"
 #include "platform/x11/XcbConnection.h"

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "platform/windowing/DirectSurface.h"
+#include "platform/x11/windowing/BandSurface.h"
 
-#include "platform/x11/SharedBands.h"
+#include "platform/desktop/DirectSurface.h"
 #include "platform/x11/Toolkit.h"
+#include "platform/x11/windowing/SharedBands.h"
 
 #include <QPainter>
 #include <QWidget>
 
-namespace pintalux {
+namespace pintalux::x11 {
 
 namespace {
 
 class BandSurface : public DirectSurface {
 public:
-    BandSurface(const QWidget& window, std::unique_ptr<x11::SharedBands> memory)
+    BandSurface(const QWidget& window, std::unique_ptr<SharedBands> memory)
         : window(window)
         , bands(std::move(memory))
     {
@@ -52,18 +53,18 @@ private:
     }
 
     const QWidget& window;
-    std::unique_ptr<x11::SharedBands> bands;
+    std::unique_ptr<SharedBands> bands;
 };
 
 } // namespace
 
-std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window)
+std::unique_ptr<DirectSurface> makeBandSurface(const QWidget& window)
 {
-    auto* connection = x11::toolkitConnection();
+    auto* connection = toolkitConnection();
     if (!connection || !window.internalWinId())
         return nullptr;
-    auto bands = x11::SharedBands::create(connection, xcb_window_t(window.internalWinId()));
+    auto bands = SharedBands::create(connection, xcb_window_t(window.internalWinId()));
     return bands ? std::make_unique<BandSurface>(window, std::move(bands)) : nullptr;
 }
 
-} // namespace pintalux
+} // namespace pintalux::x11

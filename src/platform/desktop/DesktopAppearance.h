@@ -4,14 +4,9 @@
 #include <QDBusMessage>
 #include <QObject>
 
-#include <memory>
 #include <optional>
 
 namespace pintalux {
-
-namespace x11 {
-class ThemeNameWatch;
-}
 
 /// Whether the desktop asks its programs for dark windows, and each change of that wish.
 ///
@@ -23,7 +18,6 @@ class DesktopAppearance : public QObject {
 
 public:
     explicit DesktopAppearance(QObject* parent = nullptr);
-    ~DesktopAppearance() override;
 
     /// None when the desktop has no wish, and as long as it has not answered.
     std::optional<bool> wishesDark() const;
@@ -41,7 +35,6 @@ private:
 
     uint scheme = 0;     ///< as the portal counts them
     QString portalTheme; ///< the theme's name as the portal knows it
-    std::unique_ptr<x11::ThemeNameWatch> themeName;
 };
 
 } // namespace pintalux

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/windowing/DesktopAppearance.h"
+#include "platform/desktop/DesktopAppearance.h"
 
 #include "platform/desktop/SessionBus.h"
 #include "platform/desktop/ThemeName.h"
-#include "platform/x11/XSettings.h"
+#include "platform/desktop/WindowSystem.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
@@ -51,8 +51,8 @@ QString themeOfSettingsFile()
 
 DesktopAppearance::DesktopAppearance(QObject* parent)
     : QObject(parent)
-    , themeName(std::make_unique<x11::ThemeNameWatch>([this] { Q_EMIT changed(); }))
 {
+    connect(&WindowSystem::current(), &WindowSystem::themeNameChanged, this, &DesktopAppearance::changed);
     auto bus = sessionBus();
     if (!bus)
         return;
@@ -61,15 +61,14 @@ DesktopAppearance::DesktopAppearance(QObject* parent)
     ask(widgets, theme);
 }
 
-DesktopAppearance::~DesktopAppearance() = default;
-
 std::optional<bool> DesktopAppearance::wishesDark() const
 {
     constexpr uint dark = 1;
     constexpr uint light = 2;
     if (scheme == dark || scheme == light)
         return scheme == dark;
-    for (const auto& name : {qEnvironmentVariable("GTK_THEME"), themeName->name(), portalTheme})
+    for (const auto& name :
+        {qEnvironmentVariable("GTK_THEME"), WindowSystem::current().themeName(), portalTheme})
         if (!name.isEmpty())
             return isDarkTheme(name) ? std::optional(true) : std::nullopt;
     return isDarkTheme(themeOfSettingsFile()) ? std::optional(true) : std::nullopt;

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/WindowSystem.h"
+
+#include "platform/desktop/DirectSurface.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace pintalux {
+
+namespace {
+
+QPointer<WindowSystem> inUse;
+
+Qt::WindowFlags flagsOf(WindowRole role)
+{
+    constexpr auto above = Qt::ToolTip | Qt::BypassWindowManagerHint | Qt::FramelessWindowHint
+        | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint;
+    switch (role) {
+    case WindowRole::message:
+        return above | Qt::WindowTransparentForInput;
+    case WindowRole::panel:
+        return above;
+    case WindowRole::pin:
+        return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+    case WindowRole::popup:
+        break;
+    }
+    return Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint;
+}
+
+} // namespace
+
+WindowSystem::~WindowSystem() = default;
+
+WindowSystem& WindowSystem::current()
+{
+    static WindowSystem toolkitAlone;
+    return inUse ? *inUse : toolkitAlone;
+}
+
+void WindowSystem::use(std::unique_ptr<WindowSystem> system)
+{
+    delete inUse;
+    inUse = system.release();
+    if (!inUse)
+        return;
+    inUse->setParent(QCoreApplication::instance());
+    const auto follow = [](const QScreen* screen) {
+        connect(screen, &QScreen::availableGeometryChanged, inUse, &WindowSystem::panelsChanged);
+    };
+    std::ranges::for_each(QGuiApplication::screens(), follow);
+    connect(qGuiApp, &QGuiApplication::screenAdded, inUse, follow);
+}
+
+QRect WindowSystem::visibleFrame(const QScreen& screen) const { return screen.availableGeometry(); }
+
+void WindowSystem::prepare(QWidget& window, WindowRole role) const
+{
+    window.setWindowFlags(flagsOf(role));
+    const bool leavesKeyboard = role == WindowRole::message || role == WindowRole::panel;
+    window.setAttribute(Qt::WA_ShowWithoutActivating, leavesKeyboard);
+    window.setAttribute(Qt::WA_TransparentForMouseEvents, role == WindowRole::message);
+}
+
+void WindowSystem::coverScreen(QWidget& window, QScreen& screen, const QRect& frame) const
+{
+    window.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint
+        | Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint);
+    window.setScreen(&screen);
+    window.setGeometry(frame);
+    window.winId();
+}
+
+void WindowSystem::describe(QWidget&, WindowRole, const QRect&, QSize) const { }
+
+void WindowSystem::setInTaskBar(QWidget&, bool) const { }
+
+std::unique_ptr<DirectSurface> WindowSystem::makeDirectSurface(const QWidget&) const { return nullptr; }
+
+void WindowSystem::giveKeyboard(QWidget& window) const
+{
+    window.activateWindow();
+    window.setFocus(Qt::ActiveWindowFocusReason);
+}
+
+void WindowSystem::returnKeyboard(quint64) const { }
+
+} // namespace pintalux
