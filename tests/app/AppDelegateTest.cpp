@@ -10,10 +10,12 @@
 #include "editor/window/EditorWindowController.h"
 #include "fakes/FakeHotKeys.h"
 #include "fakes/FakeScreenSource.h"
+#include "fakes/FakeWindowSystem.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/base/UserDefaults.h"
 #include "settings/Settings.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -144,6 +146,23 @@ TEST_F(AppDelegateTest, EditorsStandInOpeningOrderUntilTheyClose)
     EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::regular);
     delegate.editors()[0]->window().close();
     EXPECT_EQ(delegate.activationPolicy(), ActivationPolicy::accessory);
+}
+
+TEST_F(AppDelegateTest, ItsDialogsAreInTaskBarsWhileAnEditorIsOpen)
+{
+    const FakeWindowSystem desk;
+    delegate.run(Command::showAbout);
+    const auto windows = QApplication::topLevelWidgets();
+    const auto about = std::ranges::find(windows, u"Acerca de Pintalux"_s, &QWidget::windowTitle);
+    ASSERT_NE(about, windows.end());
+    EXPECT_EQ(desk.isInTaskBar(**about), false);
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    delegate.openEditor({image, 1, {}});
+    EXPECT_EQ(desk.isInTaskBar(**about), true);
+    delegate.editors()[0]->window().close();
+    EXPECT_EQ(desk.isInTaskBar(**about), false);
+    (*about)->close();
 }
 
 TEST_F(AppDelegateTest, FilesThatAreNoPicturesAreRefusedInWords)

@@ -3,8 +3,10 @@
 #include "controls/FloatingCard.h"
 #include "controls/Popover.h"
 #include "controls/PushButton.h"
+#include "controls/Sheet.h"
 #include "controls/Slider.h"
 #include "controls/theme/Elevation.h"
+#include "fakes/FakeWindowSystem.h"
 #include "platform/graphics/Color.h"
 #include "platform/graphics/Draw.h"
 #include "platform/graphics/Geometry.h"
@@ -169,4 +171,39 @@ TEST(Popover, ClosesOnEscapeOutsideAndOnItsButtonAndOpensByKeyboardOnItsFirstCon
     gesture::key(Qt::Key_Escape);
     EXPECT_TRUE(button->hasFocus());
     EXPECT_EQ(closings, 4);
+}
+
+TEST(Sheet, IsCutOutOfItsWindowWhileNothingShowsThrough)
+{
+    FakeWindowSystem desk;
+    QWidget window;
+    Sheet sheet(window, WindowRole::popup, {.radius = 12, .margin = 40});
+    int changes = 0;
+    QObject::connect(&sheet, &Sheet::changed, [&] { ++changes; });
+    window.resize(300, 200);
+    window.show();
+    EXPECT_TRUE(window.mask().isEmpty());
+    const auto painted = [&](QPoint at) {
+        QImage image(window.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        sheet.paint(Elevation::Level::popover, QColor(10, 20, 30, 128), painter);
+        painter.end();
+        return image.pixelColor(at);
+    };
+    EXPECT_EQ(painted({150, 100}).alpha(), 128);
+    EXPECT_GT(painted({150, 170}).alpha(), 0) << "its shadow";
+
+    desk.setCompositor(false);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(sheet.rect(), QRect(40, 40, 220, 120)) << "nothing moves";
+    EXPECT_EQ(window.mask().boundingRect(), sheet.rect());
+    EXPECT_FALSE(window.mask().contains(sheet.rect().topLeft())) << "round corners";
+    EXPECT_EQ(painted({150, 100}), QColor(10, 20, 30));
+    EXPECT_EQ(painted({150, 170}).alpha(), 0);
+    window.resize(400, 300);
+    EXPECT_EQ(window.mask().boundingRect(), sheet.rect()) << "follows the size";
+
+    desk.setCompositor(true);
+    EXPECT_TRUE(window.mask().isEmpty());
 }

@@ -261,3 +261,28 @@ TEST_F(ProgramTest, ItEndsCleanlyWhileItReads)
     EXPECT_EQ(program.exitCode(), 0);
     hasEnded = true;
 }
+
+TEST_F(ProgramTest, TaskBarsListItsDialogsOnlyBesideAWindow)
+{
+    const auto search = [](const QString& title) {
+        return QString::fromLatin1(
+            desktop().run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"^%1$"_s.arg(title)}))
+            .trimmed();
+    };
+    const auto open = [](const QString& action) {
+        callProgram(u"ActivateAction"_s, {action, u"[]"_s, u"{}"_s});
+    };
+    open(u"showAbout"_s);
+    const auto about = search(u"Acerca de Pintalux"_s);
+    const auto isListed = [&] {
+        return !desktop()
+                    .run(u"xprop"_s, {u"-id"_s, about, u"_NET_WM_STATE"_s})
+                    .contains("_NET_WM_STATE_SKIP_TASKBAR");
+    };
+    EXPECT_TRUE(waitUntil([&] { return !isListed(); }));
+    open(u"showPreferences"_s);
+    const auto preferences = search(u"Ajustes de Pintalux"_s);
+    EXPECT_TRUE(waitUntil([&] { return isListed(); }));
+    xdotool(u"windowactivate --sync %1 key Escape"_s.arg(preferences));
+    EXPECT_TRUE(waitUntil([&] { return !isListed(); }));
+}

@@ -99,6 +99,24 @@ protected:
 
 } // namespace
 
+TEST_F(ThumbnailTest, KeepsClearOfAPanelThatComes)
+{
+    show();
+    const auto before = card();
+    const auto isThere = [&] {
+        constexpr QPoint onGround(128, 4); // above its picture
+        return pictureByOthers().pixelColor(card().topLeft() + onGround) == QColor(Qt::white);
+    };
+    ASSERT_TRUE(isThere());
+    auto& panel = desktop().start(u"trayer"_s,
+        {u"--edge"_s, u"bottom"_s, u"--widthtype"_s, u"percent"_s, u"--width"_s, u"100"_s, u"--heighttype"_s,
+            u"pixel"_s, u"--height"_s, u"60"_s, u"--SetPartialStrut"_s, u"true"_s});
+    ASSERT_TRUE(waitUntil([&] { return card() == before.translated(0, -60); }));
+    EXPECT_TRUE(waitUntil(isThere));
+    desktop().stop(panel);
+    EXPECT_TRUE(waitUntil([&] { return card() == before && isThere(); }));
+}
+
 TEST_F(ThumbnailTest, ComesIntoTheCornerAboveAllWithoutTheKeyboardAndGoesAfterEightSeconds)
 {
     const DemoWindow front(u"Delante"_s, u"1270x760+0+0"_s, u"#3B6FE0"_s);
