@@ -3,6 +3,7 @@
 // Opening a picture: whatever the file holds, there is a picture within the limits or a sentence.
 
 #include "platform/base/Error.h"
+#include "platform/image/DecoderProcess.h"
 #include "platform/image/ImageFile.h"
 
 #include <QGuiApplication>
@@ -28,6 +29,8 @@ void require(bool holds)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
+    if (const auto decoded = DecoderProcess::serve(*argc, *argv))
+        std::_Exit(*decoded);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static const QGuiApplication application(*argc, *argv); // the decoders are its plug-ins
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});

@@ -18,6 +18,7 @@
 #include "platform/base/ApplicationId.h"
 #include "platform/base/Trace.h"
 #include "platform/base/UserDefaults.h"
+#include "platform/image/DecoderProcess.h"
 #include "platform/image/ImageFile.h"
 #include "selftest/SelfTest.h"
 #include "settings/Settings.h"
@@ -277,6 +278,8 @@ int run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    if (const auto decoded = DecoderProcess::serve(argc, argv))
+        return *decoded;
     keepToolkitQuiet();
     const int status = run(argc, argv);
     if (!OCR::isStillReading())

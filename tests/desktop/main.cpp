@@ -6,6 +6,8 @@
 #include "Desktop.h"
 #include "platform/backend/DisplaySystem.h"
 
+#include "platform/image/DecoderProcess.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -23,6 +25,8 @@ pintalux::test::DisplaySession& pintalux::test::desktop() { return *currentSessi
 
 int main(int argc, char** argv)
 try {
+    if (const auto decoded = pintalux::DecoderProcess::serve(argc, argv))
+        return *decoded;
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
-#include <QImage>
+#include "platform/image/ImageDecoder.h"
+
 #include <QString>
 
 #include <optional>
@@ -31,8 +31,5 @@ ImageFile readImageFile(const QString& path);
 
 /// The same from bytes that were sent instead of written to a file. Null when they are no picture.
 QImage decodedImage(const QByteArray& bytes);
-
-/// A picture from elsewhere in the form that `ImageFile::image` has. Null stays null.
-QImage workingImage(QImage image);
 
 } // namespace pintalux
