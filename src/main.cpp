@@ -220,6 +220,7 @@ int runProgram(int argc, char** argv, const CommandLine& commandLine)
 
     prepare(application);
     quitOnSignals();
+    finishSavingWithoutDisplay();
     AppDelegate delegate(Settings::shared(), HotKeyCenter::shared(), DisplaySystem::makeWorkspace());
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&instance, &SingleInstance::openRequested, &delegate, [&](const QStringList& paths) {

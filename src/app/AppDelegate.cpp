@@ -49,7 +49,6 @@ AppDelegate::AppDelegate(
 {
     running = this;
     Presenters::install();
-    fileReading.setMaxThreadCount(1);
     connect(&settings, &Settings::changed, this, [this](Setting setting) {
         if (setting == Setting::shortcutPreset)
             registerShortcuts();

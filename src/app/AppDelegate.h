@@ -5,12 +5,12 @@
 #include "app/Delivery.h"
 #include "capture/CaptureOverlay.h"
 #include "model/Command.h"
+#include "platform/base/Worker.h"
 #include "platform/desktop/Workspace.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QSet>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <memory>
@@ -130,7 +130,7 @@ private:
     std::vector<std::unique_ptr<EditorWindowController>> openEditors;
     ActivationPolicy policy = ActivationPolicy::accessory;
     QPointer<QFileDialog> openPanel;
-    QThreadPool fileReading; ///< one at a time
+    Worker fileReading; ///< one at a time
     QPointer<About> about;
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<PreferencesWindow> preferences; ///< none before it was first asked for

@@ -70,16 +70,17 @@ void AppDelegate::captureFullScreen(const QString& screen)
     whenFinished(ScreenCapture::captureDisplay(screen), this, [this](QFuture<CaptureResult> shot) {
         try {
             delivery.deliver(shot.takeResult());
-        } catch (const Error& error) {
-            ScreenCapture::report(error);
+        } catch (...) {
+            ScreenCapture::report(currentError());
         }
     });
 }
 
 void AppDelegate::startOverlay(OverlayMode mode)
 {
+    const auto freezing = ScreenCapture::freezeAllDisplays();
     isFreezing = true;
-    whenFinished(ScreenCapture::freezeAllDisplays(), this, [this, mode](QFuture<FrozenScreens> screens) {
+    whenFinished(freezing, this, [this, mode](QFuture<FrozenScreens> screens) {
         isFreezing = false;
         Trace::mark(u"pantallas congeladas");
         try {
@@ -89,8 +90,8 @@ void AppDelegate::startOverlay(OverlayMode mode)
                         guard->overlayFinished(outcome);
                 });
             overlay->show();
-        } catch (const Error& error) {
-            ScreenCapture::report(error);
+        } catch (...) {
+            ScreenCapture::report(currentError());
         }
     });
 }
@@ -117,8 +118,8 @@ void AppDelegate::captureWindow(const WindowInfo& window, const QString& title)
             auto result = shot.takeResult();
             result.suggestedName = title;
             delivery.deliver(result);
-        } catch (const Error& error) {
-            ScreenCapture::report(error);
+        } catch (...) {
+            ScreenCapture::report(currentError());
         }
     });
 }

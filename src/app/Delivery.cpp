@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/Delivery.h"
 
+#include "platform/base/Error.h"
+#include "platform/base/Worker.h"
 #include "platform/graphics/Color.h"
 #include "render/export/Clipboard.h"
 #include "settings/Settings.h"
@@ -37,10 +39,28 @@ void Delivery::deliver(const CaptureResult& result)
         break;
     case AfterCapture::copyOnly:
         routes.reactivatePrevious();
-        routes.showMessage(settings.autoCopy() ? u"Captura copiada"_s : u"Captura guardada"_s,
-            u"checkmark.circle.fill"_s, {});
+        if (saving && !settings.autoCopy())
+            tellOnceSaved(result, *saving);
+        else
+            routes.showMessage(settings.autoCopy() ? u"Captura copiada"_s : u"Captura guardada"_s,
+                u"checkmark.circle.fill"_s, {});
         break;
     }
+}
+
+// Nothing else keeps it: no copy, no thumbnail, no editor.
+void Delivery::tellOnceSaved(const CaptureResult& result, const Exporter::Saving& saving)
+{
+    whenFinished(saving.path, &context, [this, result](const QFuture<QString>& path) {
+        try {
+            path.result();
+            routes.showMessage(u"Captura guardada"_s, u"checkmark.circle.fill"_s, {});
+        } catch (const Error&) {
+            Clipboard::copy(result.image, result.pixelScale);
+            routes.showMessage(u"No se pudo guardar; la captura está en el portapapeles"_s,
+                u"exclamationmark.triangle"_s, {});
+        }
+    });
 }
 
 /// Copies it too where that is wished, for it is encoded only once.

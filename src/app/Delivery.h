@@ -5,6 +5,7 @@
 #include "render/export/Exporter.h"
 
 #include <QColor>
+#include <QObject>
 #include <QString>
 
 #include <functional>
@@ -40,7 +41,7 @@ public:
 
     /// Sound, clipboard, automatic save, then the editor, the thumbnail or a message, by the settings. The
     /// file is written on a thread, for which nothing else waits but the end of the program; a failure is
-    /// silent.
+    /// silent, except where nothing but the file would keep the capture: then it is copied, and that is told.
     void deliver(const CaptureResult& result);
     /// Copies the text in the picture.
     void deliverText(const CaptureResult& result);
@@ -50,10 +51,12 @@ public:
 
 private:
     Exporter::Saving save(const CaptureResult& result) const;
+    void tellOnceSaved(const CaptureResult& result, const Exporter::Saving& saving);
     void copyText(const QString& text);
 
     const Settings& settings;
     Routes routes;
+    QObject context; ///< of what is still to be told
 };
 
 } // namespace pintalux

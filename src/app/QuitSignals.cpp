@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/QuitSignals.h"
 
+#include "platform/base/Worker.h"
+#include "render/export/Exporter.h"
+
 #include <QApplication>
 #include <QSocketNotifier>
 
@@ -10,6 +13,8 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 
 namespace pintalux {
 
@@ -29,6 +34,19 @@ void passOn(int signal)
 }
 
 } // namespace
+
+void finishSavingWithoutDisplay()
+{
+    ::on_exit(
+        [](int status, void*) {
+            if (!QCoreApplication::instance())
+                return; // put away already: the end of `main`
+            Exporter::savingThread().waitForDone();
+            std::fflush(nullptr);
+            std::_Exit(status);
+        },
+        nullptr);
+}
 
 void quitOnSignals()
 {

@@ -11,4 +11,9 @@ namespace pintalux {
 /// With an application object, once.
 void quitOnSignals();
 
+/// From now on, when the toolkit ends the process from within the event loop, as it does when the display
+/// server has gone (a logout), what is being saved is finished first. Nothing else is put away, for that
+/// would use the display.
+void finishSavingWithoutDisplay();
+
 } // namespace pintalux

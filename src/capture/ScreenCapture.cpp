@@ -48,13 +48,11 @@ ScreenCapture::Presenter& currentPresenter()
     return presenter;
 }
 
-// One thread, so that captures follow one another; it stays, and with it the thread's own state.
-QThreadPool& captureThread()
+// One thread, so that captures follow one another.
+Worker& captureThread()
 {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(1);
-    pool.setExpiryTimeout(-1);
-    return pool;
+    static Worker& thread = *new Worker;
+    return thread;
 }
 
 // Tries a second time, a moment later, what failed for a moment only.

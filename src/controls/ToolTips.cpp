@@ -89,7 +89,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         auto* widget = qobject_cast<QWidget*>(watched);
-        if (!widget)
+        // A tip that is being closed would be deleted in the middle of it.
+        if (!widget || widget == tip.get())
             return false;
         switch (event->type()) {
         case QEvent::ToolTip:

@@ -12,7 +12,6 @@
 #include <QMimeData>
 #include <QSemaphore>
 #include <QTemporaryDir>
-#include <QThreadPool>
 
 #include <gtest/gtest.h>
 

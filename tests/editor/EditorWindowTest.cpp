@@ -13,6 +13,7 @@
 #include "editor/window/EditorWindowDrag.h"
 #include "editor/window/MainMenu.h"
 #include "platform/base/UserDefaults.h"
+#include "platform/base/Worker.h"
 #include "render/export/Exporter.h"
 
 #include <QClipboard>
@@ -24,7 +25,6 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
-#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 

@@ -2,6 +2,7 @@
 #include "capture/text/OCR.h"
 
 #include "capture/text/OCRLayout.h"
+#include "platform/base/ForeignCall.h"
 #include "platform/base/Memory.h"
 #include "platform/base/Worker.h"
 
@@ -27,12 +28,6 @@ constexpr int patienceMilliseconds = 300;
 /// Whoever reads, and the one thread on which it does.
 class Reader {
 public:
-    Reader()
-    {
-        pool.setMaxThreadCount(1);
-        pool.setExpiryTimeout(-1); // an engine is used on one thread
-    }
-
     QString read(const QImage& image)
     {
         const std::scoped_lock lock(oneAtATime);
@@ -51,24 +46,27 @@ public:
     /// anew.
     void rest()
     {
-        pool.start([this] {
+        thread.start([this] {
             replace(nullptr);
             returnFreeMemory();
         });
     }
 
-    /// Ends what is being read and forgets what waits. True once the thread is idle, false when it is not so
-    /// in time.
+    /// Ends what is being read and forgets what waits. True once the thread is idle; false when it is within
+    /// the library and does not come back in time, and then it never will.
     bool stop()
     {
+        constexpr int stepMilliseconds = 10;
         stopped = true;
-        pool.clear();
-        const bool isIdle = pool.waitForDone(patienceMilliseconds);
+        thread.clear();
+        bool isIdle = thread.waitForDone(patienceMilliseconds);
+        while (!isIdle && !ForeignCall::cutOff())
+            isIdle = thread.waitForDone(stepMilliseconds);
         stopped = !isIdle;
         return isIdle;
     }
 
-    QThreadPool pool;
+    Worker thread{1, Worker::AtTheEnd::isSeenToByOwner}; ///< one, as an engine is used on one
 
 private:
     std::mutex oneAtATime;
@@ -85,7 +83,7 @@ Reader& reader()
 
 bool stillReading = false;
 
-/// The thread should be idle before the application object goes, whose end its results would outlive.
+/// Before the application object goes: what the thread uses of the toolkit would not outlive it.
 void stopAtTheEnd()
 {
     static bool promised = false;
@@ -160,7 +158,7 @@ void recognize(const QImage& image, std::function<void(const std::optional<QStri
 {
     stopAtTheEnd();
     Patience::begin();
-    const auto text = runOn(reader().pool, [image] { return reader().read(image); });
+    const auto text = runOn(reader().thread, [image] { return reader().read(image); });
     whenFinished(text, QCoreApplication::instance(),
         [completion = std::move(completion)](const QFuture<QString>& read) {
             beginQuietTime();

@@ -6,6 +6,7 @@
 #include "capture/text/TextRecognizer.h"
 #include "capture/text/TextRecognizerContrast.h"
 #include "platform/base/Error.h"
+#include "platform/base/ForeignCall.h"
 
 #include <QLibrary>
 
@@ -164,7 +165,7 @@ private:
             lib.keepQuiet();
             // What it has to say is not for the program's error output.
             lib.BaseAPISetVariable(api.get(), "debug_file", "/dev/null");
-            if (lib.BaseAPIInit2(api.get(), nullptr, languages, tesseract::OEM_LSTM_ONLY) != 0)
+            if (!loadLanguages())
                 throw notInstalled();
             lib.BaseAPISetPageSegMode(api.get(), tesseract::PSM_AUTO);
         }
@@ -193,8 +194,16 @@ private:
         // Text of an ordinary size at twice a screen's density, which is what pictures are brought to.
         static constexpr int typicalResolution = 192;
 
+        bool loadLanguages()
+        {
+            const ForeignCall call;
+            return lib.BaseAPIInit2(api.get(), nullptr, languages, tesseract::OEM_LSTM_ONLY) == 0;
+        }
+
+        // Looking for the lines of a large page takes seconds before it asks whether it is cancelled.
         void recognizeUnless(const std::atomic<bool>& cancelled)
         {
+            const ForeignCall call;
             const std::unique_ptr<ETEXT_DESC, decltype(lib.MonitorDelete)> monitor(
                 lib.MonitorCreate(), lib.MonitorDelete);
             lib.MonitorSetCancelThis(monitor.get(), const_cast<std::atomic<bool>*>(&cancelled));

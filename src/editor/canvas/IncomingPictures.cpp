@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "editor/canvas/IncomingPictures.h"
 
+#include "app/messages/HUD.h"
 #include "platform/base/Worker.h"
 
 #include <QCoreApplication>
 #include <QEvent>
+
+using namespace Qt::StringLiterals;
 
 namespace pintalux {
 
@@ -30,13 +33,24 @@ bool isInput(QEvent::Type type)
     }
 }
 
+/// Null with a message when there was no memory or no thread to decode it.
+QImage pictureOf(const QFuture<QImage>& decoded)
+{
+    try {
+        return decoded.result();
+    } catch (const Error& error) {
+        HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s);
+        return {};
+    }
+}
+
 } // namespace
 
 void IncomingPictures::expect(Decode decode, Arrival arrival)
 {
     if (missing.empty())
         QCoreApplication::instance()->installEventFilter(this);
-    missing.push_back({runOn(*QThreadPool::globalInstance(), std::move(decode)), std::move(arrival)});
+    missing.push_back({runOn(sideWorker(), std::move(decode)), std::move(arrival)});
     whenFinished(missing.back().picture, this, [this](const auto&) { handOverFinished(); });
 }
 
@@ -44,7 +58,7 @@ void IncomingPictures::finish()
 {
     while (!missing.empty()) {
         const auto first = takeFirst();
-        first.arrival(first.picture.result()); // which waits for it
+        first.arrival(pictureOf(first.picture)); // which waits for it
     }
 }
 
@@ -59,7 +73,7 @@ void IncomingPictures::handOverFinished()
 {
     while (!missing.empty() && missing.front().picture.isFinished()) {
         const auto first = takeFirst();
-        first.arrival(first.picture.result());
+        first.arrival(pictureOf(first.picture));
     }
 }
 

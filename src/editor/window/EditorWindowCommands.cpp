@@ -118,12 +118,16 @@ void EditorWindowController::insertImage()
 
 void EditorWindowController::insertFiles(const QStringList& paths)
 {
-    const auto reading = runOn(*QThreadPool::globalInstance(), [paths] { return readPictures(paths); });
+    const auto reading = runOn(sideWorker(), [paths] { return readPictures(paths); });
     whenFinished(reading, this, [this](QFuture<QList<ImageFile>> read) {
-        auto center = canvas().visibleImageCenter();
-        for (const auto& file : read.takeResult()) {
-            editorModel.insertImage(file.image, center, file.pixelScale());
-            center += QPointF(insertStep, insertStep) * editorModel.doc().pixelScale;
+        try {
+            auto center = canvas().visibleImageCenter();
+            for (const auto& file : read.takeResult()) {
+                editorModel.insertImage(file.image, center, file.pixelScale());
+                center += QPointF(insertStep, insertStep) * editorModel.doc().pixelScale;
+            }
+        } catch (const Error& error) {
+            HUD::show(error.localizedDescription, u"exclamationmark.triangle"_s);
         }
         canvas().setFocus();
     });

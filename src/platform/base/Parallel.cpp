@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -37,8 +38,12 @@ void parallelItems(int count, int threads, const std::function<std::function<voi
     {
         std::vector<std::jthread> helpers;
         helpers.reserve(static_cast<std::size_t>(std::max(0, threads)));
-        for (int helper = 1; helper < std::min(threads, count); ++helper)
-            helpers.emplace_back(work);
+        try {
+            for (int helper = 1; helper < std::min(threads, count); ++helper)
+                helpers.emplace_back(work);
+        } catch (const std::system_error&) {
+            // The system gives no more threads: those that there are do the work.
+        }
         work();
     } // joins the helpers
     if (failure)

@@ -19,6 +19,7 @@
 #include <mutex>
 #include <numbers>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -139,7 +140,11 @@ void play()
     static const auto player = std::make_shared<Player>();
     // On a thread that nobody waits for, so that a server that hangs neither stops a window nor the end of
     // the program.
-    std::thread([player = player] { player->play(); }).detach();
+    try {
+        std::thread([player = player] { player->play(); }).detach();
+    } catch (const std::system_error&) {
+        // No thread, no sound.
+    }
 }
 
 QByteArray wave()

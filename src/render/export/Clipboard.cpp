@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "render/export/Clipboard.h"
 
+#include "platform/base/Error.h"
 #include "render/export/Exporter.h"
 
 #include <QBuffer>
@@ -35,19 +36,29 @@ protected:
     QVariant retrieveData(const QString& type, QMetaType) const override
     {
         if (type == pngType)
-            return png.result(); // which waits for it
+            return encoded();
         if (type == tiffType)
             return tiff();
         return {};
     }
 
 private:
+    // Waits for it; empty when there was no memory or no thread for it.
+    QByteArray encoded() const
+    {
+        try {
+            return png.result();
+        } catch (const Error&) {
+            return {};
+        }
+    }
+
     QByteArray tiff() const
     {
         QBuffer buffer;
         QImageWriter writer(&buffer, "tiff");
         writer.setCompression(1); // LZW, which every reader of the format knows
-        return writer.write(QImage::fromData(png.result(), "PNG")) ? buffer.data() : QByteArray();
+        return writer.write(QImage::fromData(encoded(), "PNG")) ? buffer.data() : QByteArray();
     }
 
     QFuture<QByteArray> png;

@@ -3,6 +3,7 @@
 
 #include "platform/base/Error.h"
 #include "platform/base/Files.h"
+#include "platform/base/Parallel.h"
 #include "platform/base/Worker.h"
 #include "platform/graphics/GraphicsContext.h"
 #include "platform/image/LargeImage.h"
@@ -15,10 +16,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QPointer>
 #include <QStringView>
 #include <QTextBoundaryFinder>
-#include <QThreadPool>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -192,10 +191,8 @@ std::optional<QByteArray> pngData(const QImage& image, double pixelScale)
 QFuture<QByteArray> encode(const QImage& image, double pixelScale)
 {
     // Threads of its own, so that nobody who pastes waits for other work.
-    static QPointer<QThreadPool> pool;
-    if (!pool)
-        pool = new QThreadPool(QCoreApplication::instance());
-    return runOn(*pool, [image, pixelScale] { return pngData(image, pixelScale).value_or(QByteArray()); });
+    static Worker& threads = *new Worker(usefulThreads());
+    return runOn(threads, [image, pixelScale] { return pngData(image, pixelScale).value_or(QByteArray()); });
 }
 
 QString defaultFileName(const std::optional<QString>& name, const QDateTime& now)
@@ -248,14 +245,10 @@ Saving startQuickSave(const QFuture<QByteArray>& png, const QString& folder,
     return {stamp, runOn(savingThread(), save)};
 }
 
-QThreadPool& savingThread()
+Worker& savingThread()
 {
-    static QPointer<QThreadPool> thread;
-    if (!thread) {
-        thread = new QThreadPool(QCoreApplication::instance());
-        thread->setMaxThreadCount(1);
-    }
-    return *thread;
+    static Worker& thread = *new Worker;
+    return thread;
 }
 
 std::optional<QString> temporaryFile(

@@ -14,9 +14,9 @@
 #include <functional>
 #include <optional>
 
-class QThreadPool;
-
 namespace pintalux {
+
+class Worker;
 
 /// Turns finished pictures into PNG files.
 ///
@@ -75,7 +75,7 @@ Saving startQuickSave(const QFuture<QByteArray>& png, const QString& folder,
 
 /// Where windows save, so that they go on answering: one file after another, named in their order. The end of
 /// the application waits for what is still to be saved.
-QThreadPool& savingThread();
+Worker& savingThread();
 
 /// Writes the file into the person's private temporary folder, to be dragged into other programs; none on any
 /// failure. Those of earlier days are removed.
