@@ -16,6 +16,7 @@
 #include "controls/theme/ThemeFollower.h"
 #include "platform/backend/DisplaySystem.h"
 #include "platform/base/ApplicationId.h"
+#include "platform/base/Files.h"
 #include "platform/base/Trace.h"
 #include "platform/base/UserDefaults.h"
 #include "platform/image/DecoderProcess.h"
@@ -281,6 +282,7 @@ int main(int argc, char** argv)
 {
     if (const auto decoded = DecoderProcess::serve(argc, argv))
         return *decoded;
+    reportTooLargeFiles();
     keepToolkitQuiet();
     const int status = run(argc, argv);
     if (!OCR::isStillReading())

@@ -53,6 +53,9 @@ AppDelegate::AppDelegate(
         if (setting == Setting::shortcutPreset)
             registerShortcuts();
     });
+    connect(&settings, &Settings::writeFailed, this, [](const QString& reason) {
+        HUD::show(u"No se pudo guardar la configuración: "_s + reason, u"xmark.octagon"_s);
+    });
     hotKeys.onLost = [this](quint32 id) {
         for (const auto action : allCases<CaptureAction>())
             if (hotKeyID(action) == id)
@@ -90,9 +93,9 @@ void AppDelegate::finishLaunching(const CommandLine& commandLine)
     if (commandLine.capture)
         perform(*commandLine.capture, commandLine.screen);
     if (!settings.hasLaunchedBefore()) {
-        settings.setHasLaunchedBefore(true);
         if (!statusItem->isTrayMissing()) // of which there is a message already
             HUD::show(u"Pintalux está en la barra de menús"_s, u"sparkles"_s);
+        settings.setHasLaunchedBefore(true); // a message that this fails is the more important one
     }
     Trace::begin(u"en marcha");
 }

@@ -149,7 +149,10 @@ const WindowCandidate* CaptureOverlayController::windowAt(QPointF screenPoint, c
     const auto& windows = frozenScreens.windows;
     const auto found = std::ranges::find_if(windows,
         [&](const WindowCandidate& each) { return containsPoint(each.window.frameOn(screen), screenPoint); });
-    return found == windows.end() ? nullptr : &*found;
+    const bool isHidden = found != windows.end()
+        && std::ranges::any_of(found->inFront,
+            [&](const WindowInfo& small) { return containsPoint(small.frameOn(screen), screenPoint); });
+    return found == windows.end() || isHidden ? nullptr : &*found;
 }
 
 void CaptureOverlayController::debugSimulate(const std::optional<QRectF>& selection, QPointF mouse)

@@ -6,9 +6,14 @@
 #include "platform/desktop/NoScreenSource.h"
 #include "platform/graphics/Geometry.h"
 
+#include <QColorSpace>
+#include <QPainter>
+#include <QRegion>
 #include <QThread>
 
+#include <algorithm>
 #include <array>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -68,6 +73,78 @@ template <typename Target> Screenshot screenshot(ScreenSource& source, const Tar
     return source.screenshot(target);
 }
 
+/// The decoration as the screens show it; empty when that is not all of it.
+QList<WindowInfo::DecorationPart> shownDecoration(
+    const WindowInfo& window, const QList<FrozenDisplay>& displays, std::span<const WindowInfo> inFront)
+{
+    constexpr double widestShadow = 48; // points that the shadow of what is in front reaches beyond it
+    const auto decoration = QRegion(window.nativeRect) - *window.readableRect;
+    for (const auto& other : inFront) {
+        const int reach = qRound(widestShadow * other.pixelScale);
+        if (decoration.intersects(other.nativeRect.adjusted(-reach, -reach, reach, reach)))
+            return {};
+    }
+    QList<WindowInfo::DecorationPart> parts;
+    for (const auto& rect : decoration) {
+        const auto display = std::ranges::find_if(
+            displays, [&](const FrozenDisplay& each) { return each.screen.nativeRect.contains(rect); });
+        if (display == displays.end())
+            return {};
+        parts.append({rect.topLeft() - window.nativeRect.topLeft(),
+            display->image.copy(rect.translated(-display->screen.nativeRect.topLeft()))});
+    }
+    return parts;
+}
+
+/// Keeps with the windows what can only be read from the screens, and drops those of which nothing can.
+void takeDecorations(FrozenScreens& frozen, const ShareableContent& content, qint64 ownProcessId)
+{
+    for (auto& candidate : frozen.windows) {
+        if (!candidate.window.readableRect)
+            continue;
+        QList<WindowInfo> inFront;
+        for (const auto& window : content.windows) {
+            if (window.id == candidate.window.id)
+                break;
+            if (window.onScreen && window.layer >= 0 && window.processId != ownProcessId)
+                inFront.append(window);
+        }
+        candidate.window.decoration = shownDecoration(candidate.window, frozen.displays, inFront);
+    }
+    frozen.windows.removeIf([](const WindowCandidate& candidate) {
+        const auto& window = candidate.window;
+        return window.readableRect && window.readableRect->isEmpty() && window.decoration.isEmpty();
+    });
+}
+
+/// Puts what the window shows into its decoration, where that is known.
+Screenshot withDecoration(const WindowInfo& window, Screenshot shot)
+{
+    if (window.decoration.isEmpty() || shot.image.size() != window.readableRect->size())
+        return shot;
+    QImage whole(window.nativeRect.size(), QImage::Format_ARGB32_Premultiplied);
+    if (whole.isNull())
+        return shot;
+    whole.fill(Qt::transparent);
+    QPainter painter(&whole);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const auto& part : window.decoration)
+        painter.drawImage(part.at, part.picture);
+    painter.drawImage(window.readableRect->topLeft() - window.nativeRect.topLeft(), shot.image);
+    painter.end();
+    if (!shot.image.hasAlphaChannel())
+        whole.convertTo(QImage::Format_RGB32);
+    whole.setColorSpace(QColorSpace::SRgb);
+    return {std::move(whole), shot.pixelScale};
+}
+
+Screenshot windowShot(ScreenSource& source, const WindowInfo& window)
+{
+    const bool isReadable = !window.readableRect || !window.readableRect->isEmpty();
+    return withDecoration(
+        window, isReadable ? screenshot(source, window) : Screenshot{{}, window.pixelScale});
+}
+
 FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
 {
     const auto content = source.shareableContent(toolkit);
@@ -82,6 +159,7 @@ FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
     if (frozen.displays.isEmpty())
         throw toError(CaptureError::noDisplay);
     frozen.windows = ScreenCapture::windowCandidates(content, source.ownProcessId());
+    takeDecorations(frozen, content, source.ownProcessId());
     return frozen;
 }
 
@@ -211,7 +289,7 @@ QFuture<CaptureResult> ScreenCapture::captureDisplay(const QString& name)
 QFuture<CaptureResult> ScreenCapture::capture(const WindowInfo& window)
 {
     return runOn(captureThread(), [from = source(), window] {
-        auto shot = screenshot(*from, window);
+        auto shot = windowShot(*from, window);
         return CaptureResult{std::move(shot.image), shot.pixelScale, std::nullopt};
     });
 }
@@ -219,11 +297,14 @@ QFuture<CaptureResult> ScreenCapture::capture(const WindowInfo& window)
 QList<WindowCandidate> ScreenCapture::windowCandidates(const ShareableContent& content, qint64 ownProcessId)
 {
     QList<WindowCandidate> candidates;
+    QList<WindowInfo> small;
     for (const auto& window : content.windows) {
-        const bool offered = window.onScreen && window.layer == 0 && window.processId != ownProcessId
-            && window.frame.width() > smallestCandidate && window.frame.height() > smallestCandidate;
-        if (offered)
-            candidates.append({window, window.frame, candidateTitle(window)});
+        if (!window.onScreen || window.layer != 0 || window.processId == ownProcessId)
+            continue;
+        if (window.frame.width() > smallestCandidate && window.frame.height() > smallestCandidate)
+            candidates.append({window, window.frame, candidateTitle(window), small});
+        else
+            small.append(window);
     }
     return candidates;
 }

@@ -35,6 +35,7 @@ struct WindowCandidate {
     QRectF frame; ///< points, origin top-left of the desktop
     QString
         title; ///< the application's name and the window's title joined by " — ", or what there is of them
+    QList<WindowInfo> inFront = {}; ///< too small to be offered, but what is behind them is not seen there
 };
 
 /// All displays at one moment, and the windows that were on them.

@@ -88,7 +88,10 @@ Settings::Settings(UserDefaults& defaults)
     copySiblingSettings();
     for (const auto& row : settingTable)
         std::visit([&](auto field) { fetch(store, row.key.toString(), current.*field); }, row.field);
+    store.onWriteFailure = [this](const Error& error) { Q_EMIT writeFailed(error.localizedDescription); };
 }
+
+Settings::~Settings() { store.onWriteFailure = nullptr; }
 
 void Settings::setStrokeWidth(double width)
 {

@@ -144,6 +144,7 @@ public:
     static const QString& defaultFolder();
 
     explicit Settings(UserDefaults& defaults);
+    ~Settings() override;
 
     const SettingsValues& values() const { return current; }
 
@@ -228,6 +229,8 @@ public:
 Q_SIGNALS:
     /// The setting was set and stored; also when the value is the one that it had.
     void changed(pintalux::Setting setting);
+    /// What was set lives in memory only: once for a disk that stays full.
+    void writeFailed(const QString& reason);
 
 private:
     template <typename T> void set(Setting setting, const T& value);

@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -71,38 +73,39 @@ Error creationError(int systemError, const QString& folder)
     return fileError(systemError == ENOENT && status(folder) ? EPERM : systemError, folder);
 }
 
-/// A finished file beside its later place `target`, under a name of its own; removed unless it has been
-/// moved.
+/// A finished file for its later place `target`. Where the file system has them it has no name yet, so that
+/// not even the end of the process leaves it behind; elsewhere it stands beside the target under a name of
+/// its own, and is removed unless it has been moved.
 class FinishedFile {
 public:
-    FinishedFile(const QString& target, const QByteArray& bytes, mode_t mode)
+    FinishedFile(const QString& target, const QByteArray& content, mode_t creationMode)
+        : folder(folderOf(target))
+        , bytes(content)
+        , mode(creationMode)
     {
-        const auto folder = folderOf(target);
-        int descriptor = -1;
-        do {
-            path = folder + u"/.pintalux-"_s + QString::number(QRandomGenerator::system()->generate64(), 36);
-            descriptor = uninterrupted([&] {
-                return ::open(
-                    QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-            });
-        } while (descriptor < 0 && errno == EEXIST);
-        if (descriptor < 0)
-            throw creationError(errno, folder);
-        int failure = fill(descriptor, bytes);
-        if (::close(descriptor) != 0 && failure == 0 && errno != EINTR)
-            failure = errno;
-        if (failure == 0)
-            return;
-        remove();
-        throw fileError(failure, target);
+        if (!openUnnamed())
+            openNamed();
+        if (const int failure = fill()) {
+            close();
+            remove();
+            throw fileError(failure, target);
+        }
     }
     FinishedFile(const FinishedFile&) = delete;
     FinishedFile& operator=(const FinishedFile&) = delete;
-    ~FinishedFile() { remove(); }
+    ~FinishedFile()
+    {
+        close();
+        remove();
+    }
 
     /// 0 or the errno.
     int moveOver(const QString& target)
     {
+        if (const int failure = giveName())
+            return failure;
+        if (const int failure = close())
+            return failure;
         if (::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) != 0)
             return errno;
         path.clear();
@@ -111,16 +114,88 @@ public:
 
     int moveTo(const QString& freeName)
     {
+        if (path.isEmpty()) {
+            const int failure = linkTo(freeName);
+            if (failure == 0 || failure == EEXIST)
+                return failure;
+            if (const int unnamed = giveName())
+                return unnamed;
+        }
+        if (const int failure = close())
+            return failure;
         const int failure = moveToFreeName(path, freeName);
         if (failure == 0)
             path.clear();
         return failure;
     }
 
-    void setMode(mode_t mode) { ::chmod(QFile::encodeName(path).constData(), mode); }
+    /// Whatever the person's umask.
+    void setMode(mode_t exact)
+    {
+        exactMode = exact;
+        ::fchmod(descriptor, exact);
+    }
 
 private:
-    static int fill(int descriptor, const QByteArray& bytes)
+    bool openUnnamed()
+    {
+        if (::access("/proc/self/fd", X_OK) != 0) // through which it gets its name
+            return false;
+        descriptor = uninterrupted([&] {
+            return ::open(QFile::encodeName(folder).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode);
+        });
+        return descriptor >= 0;
+    }
+
+    void openNamed()
+    {
+        do {
+            path = freshName();
+            descriptor = uninterrupted([&] {
+                return ::open(
+                    QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+            });
+        } while (descriptor < 0 && errno == EEXIST);
+        if (descriptor >= 0)
+            return;
+        path.clear();
+        throw creationError(errno, folder);
+    }
+
+    QString freshName() const
+    {
+        return folder + u"/.pintalux-"_s + QString::number(QRandomGenerator::system()->generate64(), 36);
+    }
+
+    int linkTo(const QString& name) const
+    {
+        const auto unnamed = QByteArray("/proc/self/fd/") + QByteArray::number(descriptor);
+        const int result = ::linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD,
+            QFile::encodeName(name).constData(), AT_SYMLINK_FOLLOW);
+        return result == 0 ? 0 : errno;
+    }
+
+    /// A name of its own for what has none. Some file systems make files without a name and give them none.
+    int giveName()
+    {
+        if (!path.isEmpty())
+            return 0;
+        auto name = freshName();
+        int failure = linkTo(name);
+        while (failure == EEXIST)
+            failure = linkTo(name = freshName());
+        if (failure == 0) {
+            path = name;
+            return 0;
+        }
+        close();
+        openNamed();
+        if (exactMode)
+            ::fchmod(descriptor, *exactMode);
+        return fill();
+    }
+
+    int fill() const
     {
         for (qsizetype done = 0; done < bytes.size();) {
             const auto written = uninterrupted(
@@ -135,13 +210,25 @@ private:
         return 0;
     }
 
+    /// 0 or the errno: some file systems report a full disk only here.
+    int close()
+    {
+        const bool failed = descriptor >= 0 && ::close(std::exchange(descriptor, -1)) != 0;
+        return failed && errno != EINTR ? errno : 0;
+    }
+
     void remove()
     {
         if (!path.isEmpty())
             ::unlink(QFile::encodeName(path).constData());
     }
 
-    QString path;
+    const QString folder;
+    const QByteArray bytes; ///< shared
+    const mode_t mode;
+    std::optional<mode_t> exactMode;
+    int descriptor = -1;
+    QString path; ///< empty while it has no name of its own
 };
 
 int reserveThenReplace(const char* from, const char* to)
@@ -220,6 +307,22 @@ void makeFolders(const QString& path, Audience audience)
         throw fileError(ENOTDIR, cleaned);
 }
 
+std::optional<Error> whyUnusable(const QString& folder)
+{
+    const auto cleaned = QDir::cleanPath(folder);
+    if (const auto found = status(cleaned)) {
+        if (!S_ISDIR(found->st_mode))
+            return fileError(ENOTDIR, cleaned);
+        const bool isOpen = ::access(QFile::encodeName(cleaned).constData(), W_OK | X_OK) == 0;
+        return isOpen ? std::nullopt : std::optional(fileError(errno, cleaned));
+    }
+    const int problem = errno;
+    const auto parent = folderOf(cleaned);
+    if (problem != ENOENT || parent == cleaned || cleaned.isEmpty())
+        return fileError(problem, cleaned);
+    return whyUnusable(parent);
+}
+
 void replaceFile(const QString& path, const QByteArray& bytes, Audience audience)
 {
     const auto canonical = QFileInfo(path).canonicalFilePath();
@@ -244,6 +347,15 @@ bool writeNewFile(const QString& path, const QByteArray& bytes)
     if (failure != 0 && failure != EEXIST)
         throw fileError(failure, path);
     return failure == 0;
+}
+
+void reportTooLargeFiles()
+{
+    // A handler instead of ignoring it, which programs started from here would inherit.
+    struct sigaction action { };
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    ::sigaction(SIGXFSZ, &action, nullptr);
 }
 
 int moveToFreeName(FreeNameMove how, const QString& from, const QString& to)

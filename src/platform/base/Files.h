@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 class QFile;
 
 namespace pintalux {
@@ -28,6 +30,9 @@ int readFile(const QString& path, qint64 mostBytes, QByteArray& bytes);
 /// Creates the folder and those above it that are missing; what exists keeps its mode. Throws `Error`.
 void makeFolders(const QString& path, Audience audience = Audience::everyone);
 
+/// Why nobody could save into the folder, which may still have to be made; none when it can be used.
+std::optional<Error> whyUnusable(const QString& folder);
+
 /// Writes the bytes under the name, replacing what was there, in one step: whoever reads sees the old bytes
 /// or all of the new ones, also after a crash. A symbolic link is followed; for everyone, a replaced file's
 /// mode is kept. Only files are replaced, never a device or a pipe. A failure throws `Error`, changes nothing
@@ -37,6 +42,10 @@ void replaceFile(const QString& path, const QByteArray& bytes, Audience audience
 /// Writes the bytes under a name that nobody has yet. False when the name is taken, also when another process
 /// takes it at the same moment. The name never shows half-written bytes; failures are those of `replaceFile`.
 bool writeNewFile(const QString& path, const QByteArray& bytes);
+
+/// A file that passes what the shell's `ulimit` or the file system allows is a failure as any other from now
+/// on, instead of the end of the process.
+void reportTooLargeFiles();
 
 /// The ways to give a finished file a name that must be free. File systems differ in what they support, so
 /// `writeNewFile` tries them in this order.

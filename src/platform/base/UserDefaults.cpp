@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cmath>
 #include <thread>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -206,8 +207,11 @@ bool UserDefaults::synchronize()
         mergeIntoFile();
         pending.clear();
         failure.reset();
+        isWriteFailing = false;
     } catch (const Error& error) {
         failure = error;
+        if (onWriteFailure && !std::exchange(isWriteFailing, true))
+            onWriteFailure(error);
     }
     return !failure;
 }

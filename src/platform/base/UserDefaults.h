@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace pintalux {
@@ -74,6 +75,9 @@ public:
     /// Writes what an earlier failure left in memory. True when everything is on disk.
     bool synchronize();
 
+    /// Called when a write fails and the one before did not: once for a disk that stays full.
+    std::function<void(const Error&)> onWriteFailure;
+
     /// Why the latest read or write failed; none once everything is on disk.
     const std::optional<Error>& lastError() const { return failure; }
 
@@ -90,6 +94,7 @@ private:
     int holds = 0;
     QMap<QString, QJsonObject> otherDomains;
     std::optional<Error> failure;
+    bool isWriteFailing = false;
 };
 
 } // namespace pintalux

@@ -13,6 +13,7 @@
 #include <QUrl>
 
 #include <memory>
+#include <optional>
 
 namespace pintalux {
 
@@ -43,6 +44,17 @@ struct WindowInfo {
     bool onScreen = true;    ///< false when minimised, rolled up or on another desktop
     double pixelScale = 1;   ///< of the screen that holds most of it
     QRect nativeRect = {};   ///< `frame` in device pixels of the server's desktop; empty when unknown
+
+    /// Part of a decoration, in device pixels from the corner of `nativeRect`.
+    struct DecorationPart {
+        QPoint at;
+        QImage picture;
+    };
+    /// The part of `nativeRect` that can be read from the window when its manager paints the decoration
+    /// elsewhere; none when all of it can.
+    std::optional<QRect> readableRect = {};
+    /// Such a decoration as it was on the screen; empty when something covered it.
+    QList<DecorationPart> decoration = {};
 
     /// Where it is seen on a screen, in points. Dense screens do not adjoin in points, so a window that spans
     /// two of them lies at another place on each.

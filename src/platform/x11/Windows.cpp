@@ -61,7 +61,13 @@ QMargins margins(const QList<quint32>& extents)
     return {int(extents[0]), int(extents[2]), int(extents[1]), int(extents[3])};
 }
 
-QRect readRect(const XcbConnection& connection, const Questions& questions)
+/// Where a window lies, with and without its decoration; both without a shadow of its own.
+struct Places {
+    QRect whole;
+    QRect client;
+};
+
+Places readPlaces(const XcbConnection& connection, const Questions& questions)
 {
     const auto geometry = connection.reply<xcb_get_geometry_reply_t>(questions.geometry.sequence);
     const auto position = connection.reply<xcb_translate_coordinates_reply_t>(questions.position.sequence);
@@ -70,7 +76,7 @@ QRect readRect(const XcbConnection& connection, const Questions& questions)
     if (!geometry || !position)
         return {};
     const QRect client(position->dst_x, position->dst_y, geometry->width, geometry->height);
-    return client.marginsAdded(frame).marginsRemoved(shadow);
+    return {client.marginsAdded(frame).marginsRemoved(shadow), client.marginsRemoved(shadow)};
 }
 
 QString readText(const XcbConnection& connection, const Property& property)
@@ -87,12 +93,11 @@ QString readApplicationName(const QByteArray& windowClass)
 }
 
 // Types are listed by preference; the first one that we know decides, and a window without one is normal.
-int readLayer(const XcbConnection& connection, const QList<quint32>& types, const QList<quint32>& states)
+// One that somebody keeps above is normal all the same.
+int readLayer(const XcbConnection& connection, const QList<quint32>& types)
 {
     constexpr int raised = 1;
     constexpr int desktop = -1;
-    if (states.contains(connection.hints()._NET_WM_STATE_ABOVE))
-        return raised;
     for (const auto type : types) {
         if (type == connection.hints()._NET_WM_WINDOW_TYPE_NORMAL
             || type == connection.hints()._NET_WM_WINDOW_TYPE_DIALOG)
@@ -105,11 +110,11 @@ int readLayer(const XcbConnection& connection, const QList<quint32>& types, cons
 
 // Reads every answer, whether needed or not: one left unread would stay in memory for good.
 WindowInfo readWindow(const XcbConnection& connection, const Questions& questions, quint32 currentDesktop,
-    const QList<ScreenInfo>& screens)
+    bool isDecorationElsewhere, const QList<ScreenInfo>& screens)
 {
     const auto attributes
         = connection.reply<xcb_get_window_attributes_reply_t>(questions.attributes.sequence);
-    const QRect rect = readRect(connection, questions);
+    auto places = readPlaces(connection, questions);
     const auto name = connection.property(questions.name);
     const auto oldName = connection.property(questions.oldName);
     const auto windowClass = connection.property(questions.windowClass);
@@ -118,17 +123,26 @@ WindowInfo readWindow(const XcbConnection& connection, const Questions& question
     const auto states = connection.property(questions.state).cards();
     const auto desktop = connection.property(questions.desktop).cards().value(0, allDesktops);
 
+    bool isShown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE
+        && !states.contains(connection.hints()._NET_WM_STATE_HIDDEN);
+    if (states.contains(connection.hints()._NET_WM_STATE_SHADED)) {
+        // Only the title bar is left of it, in the manager's frame.
+        places = {.whole = frameRect(connection, questions.window), .client = {}};
+        isShown = !places.whole.isEmpty();
+    }
+    const QRect rect = places.whole;
+
     WindowInfo window;
     window.id = questions.window;
-    window.layer = readLayer(connection, types, states);
+    window.layer = readLayer(connection, types);
     window.processId = processId.value(0);
     window.applicationName = readApplicationName(windowClass.bytes);
     window.title = name.bytes.isEmpty() ? readText(connection, oldName) : QString::fromUtf8(name.bytes);
-    window.onScreen = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE
-        && !states.contains(connection.hints()._NET_WM_STATE_HIDDEN)
-        && (desktop == allDesktops || desktop == currentDesktop) && !rect.isEmpty();
+    window.onScreen = isShown && (desktop == allDesktops || desktop == currentDesktop) && !rect.isEmpty();
     if (const auto* screen = screenOf(rect, screens)) {
         window.nativeRect = rect;
+        if (isDecorationElsewhere && places.client != rect)
+            window.readableRect = places.client;
         window.frame = toPoints(rect, *screen);
         window.pixelScale = screen->pixelScale;
         window.onScreen = window.onScreen && screen->nativeRect.intersects(rect);
@@ -194,16 +208,42 @@ QList<WindowInfo> windows(const XcbConnection& connection, const QList<ScreenInf
               .cards()
               .value(0, allDesktops);
 
+    const bool isDecorationElsewhere = paintsDecorationsElsewhere(connection);
     std::vector<Questions> questions;
     for (const auto id : ids)
         questions.push_back(ask(connection, id));
     QList<WindowInfo> result;
     for (const auto& each : questions)
-        result.append(readWindow(connection, each, currentDesktop, screens));
+        result.append(readWindow(connection, each, currentDesktop, isDecorationElsewhere, screens));
     return result;
 }
 
-QRect decoratedRect(const XcbConnection& connection, xcb_window_t window)
+QRect frameRect(const XcbConnection& connection, xcb_window_t window)
+{
+    const auto frame = frameWindow(connection, window);
+    if (frame == XCB_WINDOW_NONE)
+        return {};
+    const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(
+        xcb_get_window_attributes(connection.get(), frame).sequence);
+    const auto geometry
+        = connection.reply<xcb_get_geometry_reply_t>(xcb_get_geometry(connection.get(), frame).sequence);
+    if (!attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE || !geometry)
+        return {};
+    const int border = 2 * geometry->border_width;
+    return {geometry->x, geometry->y, geometry->width + border, geometry->height + border};
+}
+
+bool paintsDecorationsElsewhere(const XcbConnection& connection)
+{
+    if (!connection.hasCompositor())
+        return false;
+    const auto named
+        = connection.property(connection.root(), connection.hints()._NET_SUPPORTING_WM_CHECK).cards();
+    return !named.isEmpty()
+        && connection.property(named.first(), connection.hints()._NET_WM_NAME).bytes == "KWin";
+}
+
+QRect visibleRect(const XcbConnection& connection, xcb_window_t window)
 {
     auto* xcb = connection.get();
     Questions questions{};
@@ -211,7 +251,8 @@ QRect decoratedRect(const XcbConnection& connection, xcb_window_t window)
     questions.position = xcb_translate_coordinates(xcb, window, connection.root(), 0, 0);
     questions.frameExtents = connection.askProperty(window, connection.hints()._NET_FRAME_EXTENTS);
     questions.shadowExtents = connection.askProperty(window, connection.atom(Atom::gtkFrameExtents));
-    return readRect(connection, questions);
+    const auto places = readPlaces(connection, questions);
+    return paintsDecorationsElsewhere(connection) ? places.client : places.whole;
 }
 
 xcb_window_t frameWindow(const XcbConnection& connection, xcb_window_t window)

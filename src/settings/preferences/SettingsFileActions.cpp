@@ -4,6 +4,7 @@
 #include "app/icon/AppIcon.h"
 #include "app/messages/HUD.h"
 #include "platform/base/Error.h"
+#include "platform/base/Files.h"
 #include "settings/Settings.h"
 
 #include <QDir>
@@ -34,6 +35,8 @@ constexpr Words restoring{
 constexpr Words exporting{u"Configuración exportada", u"square.and.arrow.up", u"No se pudo exportar: "};
 constexpr Words importing{u"Configuración importada", u"square.and.arrow.down", u"No se pudo importar: "};
 
+constexpr QStringView unusableFolder = u", pero su carpeta de capturas no se puede usar";
+
 /// Does it and says how it went. False when it failed.
 template <typename Action> bool tell(const Words& words, Action action)
 {
@@ -45,6 +48,13 @@ template <typename Action> bool tell(const Words& words, Action action)
     }
     HUD::show(words.done.toString(), words.symbol.toString());
     return true;
+}
+
+/// The same for settings from elsewhere. Their folder is taken over as it is.
+template <typename Action> void tellOfTaken(const Words& words, const Settings& settings, Action action)
+{
+    if (tell(words, action) && whyUnusable(settings.saveFolder()))
+        HUD::show(words.done.toString() + unusableFolder.toString(), u"exclamationmark.triangle"_s);
 }
 
 QPixmap iconOf(const QWidget& alert)
@@ -75,7 +85,7 @@ void SettingsFileActions::saveCopy()
 
 void SettingsFileActions::restoreSavedCopy()
 {
-    tell(restoring, [this] { settings.restoreSavedCopy(); });
+    tellOfTaken(restoring, settings, [this] { settings.restoreSavedCopy(); });
 }
 
 void SettingsFileActions::exportSettings()
@@ -99,7 +109,7 @@ void SettingsFileActions::importSettings()
     files->setFileMode(QFileDialog::ExistingFile);
     files->setLabelText(QFileDialog::Accept, u"Importar"_s);
     connect(files.get(), &QFileDialog::fileSelected, this,
-        [this](const QString& path) { tell(importing, [&] { settings.read(path); }); });
+        [this](const QString& path) { tellOfTaken(importing, settings, [&] { settings.read(path); }); });
     open(std::move(files));
 }
 

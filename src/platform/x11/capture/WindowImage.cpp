@@ -5,9 +5,14 @@
 #include "platform/x11/Windows.h"
 #include "platform/x11/XcbConnection.h"
 
+#include <QRegion>
 #include <QThread>
 
 #include <xcb/composite.h>
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
@@ -86,14 +91,47 @@ bool canNamePixmaps(const XcbConnection& connection)
     return version && std::pair(version->major_version, version->minor_version) >= std::pair(0u, 2u);
 }
 
-QImage croppedImage(
-    const XcbConnection& connection, const WindowPixmap& pixmap, xcb_window_t window, xcb_window_t frame)
+QRegion shapeOf(const XcbConnection& connection, xcb_window_t frame)
+{
+    const auto rectangles = connection.reply<xcb_shape_get_rectangles_reply_t>(
+        xcb_shape_get_rectangles(connection.get(), frame, XCB_SHAPE_SK_BOUNDING).sequence);
+    QRegion shape;
+    if (rectangles) {
+        const auto* first = xcb_shape_get_rectangles_rectangles(rectangles.get());
+        for (const auto& each : std::span(first, std::size_t(rectangles->rectangles_len)))
+            shape += QRect(each.x, each.y, each.width, each.height);
+    }
+    return shape;
+}
+
+/// Makes transparent what lies outside a frame's shape, as its rounded corners do: nothing that belongs to
+/// the window is there. `corner` is the picture's within the frame.
+QImage cutToShape(const XcbConnection& connection, xcb_window_t frame, QPoint corner, QImage image)
+{
+    if (!connection.hasExtension(xcb_shape_id))
+        return image;
+    const auto extents = connection.reply<xcb_shape_query_extents_reply_t>(
+        xcb_shape_query_extents(connection.get(), frame).sequence);
+    if (!extents || !extents->bounding_shaped)
+        return image;
+    const auto outside = QRegion(image.rect()) - shapeOf(connection, frame).translated(-corner);
+    if (outside.isEmpty())
+        return image;
+    image.convertTo(QImage::Format_ARGB32_Premultiplied);
+    for (const auto& rect : outside)
+        for (int y = rect.top(); y <= rect.bottom(); ++y)
+            std::fill_n(reinterpret_cast<QRgb*>(image.scanLine(y)) + rect.left(), rect.width(), 0);
+    return image;
+}
+
+QImage croppedImage(const XcbConnection& connection, const WindowPixmap& pixmap, xcb_window_t window,
+    xcb_window_t frame, bool isRolledUp)
 {
     const auto geometry
         = connection.reply<xcb_get_geometry_reply_t>(xcb_get_geometry(connection.get(), frame).sequence);
     const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(
         xcb_get_window_attributes(connection.get(), frame).sequence);
-    const QRect visible = decoratedRect(connection, window);
+    const QRect visible = isRolledUp ? frameRect(connection, frame) : visibleRect(connection, window);
     if (!geometry || !attributes || visible.isEmpty())
         throw windowGone();
     const int border = geometry->border_width;
@@ -102,7 +140,9 @@ QImage croppedImage(
     const QRect part = visible.translated(-geometry->x, -geometry->y) & whole;
     if (part.isEmpty())
         throw windowGone();
-    return drawableImage(connection, pixmap.drawable(), attributes->visual, part);
+    const QPoint insideBorder = part.topLeft() - QPoint(border, border);
+    return cutToShape(connection, frame, insideBorder,
+        drawableImage(connection, pixmap.drawable(), attributes->visual, part));
 }
 
 } // namespace
@@ -114,17 +154,21 @@ QImage windowImage(const XcbConnection& connection, xcb_window_t window)
     const auto frame = frameWindow(connection, window);
     const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(
         xcb_get_window_attributes(connection.get(), window).sequence);
-    if (frame == XCB_WINDOW_NONE || !attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
+    const bool isRolledUp = connection.property(window, connection.hints()._NET_WM_STATE)
+                                .cards()
+                                .contains(connection.hints()._NET_WM_STATE_SHADED);
+    const bool isShown = attributes && (attributes->map_state == XCB_MAP_STATE_VIEWABLE || isRolledUp);
+    if (frame == XCB_WINDOW_NONE || !isShown)
         throw windowGone();
 
     // Under a compositor the window has its own memory already, except for one that is shown full screen.
     if (const WindowPixmap pixmap(connection, frame); pixmap)
-        return croppedImage(connection, pixmap, window, frame);
+        return croppedImage(connection, pixmap, window, frame, isRolledUp);
     const Redirection redirection(connection, frame);
     const WindowPixmap pixmap(connection, frame);
     if (!pixmap)
         throw windowGone();
-    return croppedImage(connection, pixmap, window, frame);
+    return croppedImage(connection, pixmap, window, frame, isRolledUp);
 }
 
 } // namespace pintalux::x11
