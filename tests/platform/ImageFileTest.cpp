@@ -2,6 +2,7 @@
 #include "platform/image/ImageFile.h"
 
 #include "platform/base/Error.h"
+#include "platform/image/DecoderProcess.h"
 #include "platform/image/PngEncoder.h"
 
 #include <QColorSpace>
@@ -13,7 +14,10 @@
 #include <QtEndian>
 
 #include <libdeflate.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cmath>
 
@@ -178,6 +182,36 @@ TEST_F(ImageFiles, RefusesWhatWouldNotFitBeforeTakingTheMemory)
     EXPECT_EQ(failure(u"x"_s), u"La imagen «x» es demasiado grande."_s);
     write(u"x"_s, heic);
     EXPECT_EQ(failure(u"x"_s), u"La imagen «x» es demasiado grande."_s);
+}
+
+TEST_F(ImageFiles, SurvivesWhatEndsADecoder)
+{
+    // Its picture is a grid whose only tile is itself.
+    write(u"a.heic"_s, bytes(QStringLiteral(FUZZ_CORPUS "/image/self-grid.heic")));
+    EXPECT_EQ(failure(u"a.heic"_s), u"«a.heic» no es una imagen que se pueda abrir."_s);
+    EXPECT_EQ(DecoderProcess::decode(sample(u"heic"_s), std::chrono::milliseconds(0)).outcome,
+        DecodedImage::Outcome::tooSlow);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a decoder was left behind";
+}
+
+TEST_F(ImageFiles, SaysThatTheSystemLetsNoDecoderStart)
+{
+    write(u"a.heic"_s, sample(u"heic"_s));
+    struct rlimit before { };
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    // Room for the file itself, and for ever more of what decoding opens.
+    const int next = dup(0);
+    close(next);
+    for (rlim_t most = rlim_t(next) + 1; most < rlim_t(next) + 6; ++most) {
+        const struct rlimit few{most, before.rlim_max};
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+        const auto sentence = failure(u"a.heic"_s);
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+        EXPECT_EQ(sentence, u"No hay memoria para abrir la imagen «a.heic»."_s) << most;
+        EXPECT_EQ(dup(0), next) << "a file was left open";
+        close(next);
+    }
+    EXPECT_EQ(failure(u"a.heic"_s), QString());
 }
 
 /// A block of metadata with one entry: 0x0112, a short number.

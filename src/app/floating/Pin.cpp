@@ -9,8 +9,10 @@
 #include "render/export/Clipboard.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QWindow>
 
@@ -39,6 +41,32 @@ void closeAtTheEnd()
     });
 }
 
+/// Puts dialogs above the pins: below one they could neither be seen nor be answered, and what they belong to
+/// would seem frozen.
+class DialogsAbovePins : public QObject {
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // Sent before the window manager learns of the window.
+        const auto* dialog = event->type() == QEvent::Show && !openPins.isEmpty()
+            ? qobject_cast<QDialog*>(watched)
+            : nullptr;
+        if (dialog && dialog->windowHandle())
+            dialog->windowHandle()->setFlag(Qt::WindowStaysOnTopHint);
+        return false;
+    }
+};
+
+void keepDialogsAbove()
+{
+    static QPointer<DialogsAbovePins> watching;
+    if (watching)
+        return;
+    watching = new DialogsAbovePins;
+    watching->setParent(qApp);
+    qApp->installEventFilter(watching);
+}
+
 } // namespace
 
 void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* near)
@@ -47,6 +75,7 @@ void PinnedImage::show(const QImage& image, double pixelScale, const QWidget* ne
     if (image.isNull() || !screen)
         return;
     closeAtTheEnd();
+    keepDialogsAbove();
     const auto visible = WindowSystem::current().visibleFrame(*screen);
     auto* pin = new PinnedImage(image, PinGeometry::sizeOnScreen(image.size(), pixelScale, visible.size()));
     QRect frame({}, pin->proportions);

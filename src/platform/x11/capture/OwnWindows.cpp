@@ -1,23 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/capture/OwnWindows.h"
 
+#include "platform/x11/DrawableImage.h"
 #include "platform/x11/Windows.h"
 #include "platform/x11/XcbConnection.h"
 
+#include <QElapsedTimer>
+#include <QImage>
+#include <QRegion>
 #include <QThread>
 
 #include <xcb/shape.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace pintalux::x11 {
 
 namespace {
 
-// Until a compositor has drawn the screen anew; and until the applications below have painted again what
-// was covered.
+// Until a compositor has drawn the screen anew without a window that nobody saw; and until the applications
+// below have painted again what was covered.
 constexpr unsigned long composedMilliseconds = 50;
 constexpr unsigned long repaintedMilliseconds = 100;
+
+// How often it is looked whether a window has gone, which two looks alike show; and for how long, where what
+// is below moves or looks just like the window.
+constexpr unsigned long lookMilliseconds = 20;
+constexpr int mostMilliseconds = 400;
+
+// Device pixels that a compositor's shadow reaches around a window.
+constexpr int widestShadow = 64;
 
 struct OwnWindow {
     xcb_window_t window;
@@ -54,6 +67,83 @@ QList<OwnWindow> ownWindows(const XcbConnection& connection, qint64 processId)
     return result;
 }
 
+QRect rectOf(const xcb_get_geometry_reply_t& geometry)
+{
+    const int border = 2 * geometry.border_width;
+    return {geometry.x, geometry.y, geometry.width + border, geometry.height + border};
+}
+
+// The part of the screen on which the windows are seen, shadows included: nothing opaque lies above it.
+QRegion seenRegion(const XcbConnection& connection, const QList<OwnWindow>& windows)
+{
+    struct Questions {
+        xcb_window_t window;
+        xcb_get_window_attributes_cookie_t attributes;
+        xcb_get_geometry_cookie_t geometry;
+    };
+    std::vector<Questions> questions;
+    for (const auto window : topLevelWindows(connection))
+        questions.push_back({window, xcb_get_window_attributes(connection.get(), window),
+            xcb_get_geometry(connection.get(), window)});
+    QRegion seen;
+    for (const auto& each : questions) { // bottom-most first
+        const auto attributes = connection.reply<xcb_get_window_attributes_reply_t>(each.attributes.sequence);
+        const auto geometry = connection.reply<xcb_get_geometry_reply_t>(each.geometry.sequence);
+        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE
+            || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT)
+            continue;
+        const auto rect = rectOf(*geometry);
+        const int reach = widestShadow;
+        if (std::ranges::any_of(windows, [&](const OwnWindow& own) { return own.frame == each.window; }))
+            seen += rect.adjusted(-reach, -reach, reach, reach);
+        else if (geometry->depth != 32)
+            seen -= rect;
+    }
+    const auto& screen = connection.screen();
+    return seen & QRect(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+}
+
+// Looks at a part of the screen until it has changed and stays as it is.
+class Watch {
+public:
+    Watch(const XcbConnection& owner, const QRegion& part)
+        : connection(owner)
+        , region(part)
+        , before(look())
+    {
+    }
+
+    void waitForChange() const
+    {
+        QElapsedTimer clock;
+        clock.start();
+        auto last = before;
+        while (!region.isEmpty() && clock.elapsed() < mostMilliseconds) {
+            QThread::msleep(lookMilliseconds);
+            auto now = look();
+            if (now == last && now != before)
+                return;
+            last = std::move(now);
+        }
+        if (region.isEmpty())
+            QThread::msleep(composedMilliseconds);
+    }
+
+private:
+    QList<QImage> look() const
+    {
+        QList<QImage> pictures;
+        for (const auto& rect : region)
+            pictures.append(
+                drawableImage(connection, connection.root(), connection.screen().root_visual, rect));
+        return pictures;
+    }
+
+    const XcbConnection& connection;
+    QRegion region;
+    QList<QImage> before;
+};
+
 // Under a compositor: full transparency, asked of both the window and its frame, since managers differ in
 // which of the two they look at.
 class Transparent : public ScreenSource::OwnWindowsHidden {
@@ -68,12 +158,26 @@ public:
                 former.append(
                     {frame, connection->property(frame, connection->atom(Atom::netWmWindowOpacity)).cards()});
         }
+        const Watch watch(*connection, seenRegion(*connection, windows));
         for (const auto& each : former)
             set(each.window, 0);
         xcb_flush(connection->get());
-        QThread::msleep(composedMilliseconds);
+        try {
+            watch.waitForChange();
+        } catch (const Error&) {
+            restore();
+            throw;
+        }
     }
-    ~Transparent() override
+    ~Transparent() override { restore(); }
+
+private:
+    struct Former {
+        xcb_window_t window;
+        QList<quint32> opacity;
+    };
+
+    void restore() const
     {
         for (const auto& each : former) {
             if (each.opacity.isEmpty())
@@ -84,12 +188,6 @@ public:
         }
         xcb_flush(connection->get());
     }
-
-private:
-    struct Former {
-        xcb_window_t window;
-        QList<quint32> opacity;
-    };
 
     void set(xcb_window_t window, quint32 opacity) const
     {
