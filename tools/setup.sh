@@ -18,7 +18,7 @@ run=(qt6-image-formats-plugins qt6-translations-l10n xdg-utils
 # The virtual desktop, where there is no display.
 display=(xvfb openbox x11-utils x11-xserver-utils dbus-daemon)
 test=("${display[@]}" ccache libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
-  picom xdotool xclip x11-apps x11-xkb-utils imagemagick dbus dbus-x11
+  picom kwin-x11 kwin-style-breeze xfwm4 wmctrl xdotool xclip x11-apps x11-xkb-utils imagemagick dbus dbus-x11
   libglib2.0-bin trayer python3-dbus python3-gi tesseract-ocr-por tesseract-ocr-fra fonts-noto-color-emoji
   desktop-file-utils appstream lintian man-db zsh fish python3-jsonschema)
 # With the fonts and image formats of the program: they shape what the targets meet.

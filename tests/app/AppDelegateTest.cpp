@@ -67,6 +67,13 @@ protected:
 
 } // namespace
 
+TEST_F(AppDelegateTest, ASettingThatCannotBeWrittenIsTold)
+{
+    ASSERT_TRUE(store.onWriteFailure);
+    store.onWriteFailure(Error(Error::fileDomain, 1, u"No queda espacio."_s));
+    EXPECT_EQ(HUD::currentMessage(), u"No se pudo guardar la configuración: No queda espacio.");
+}
+
 TEST_F(AppDelegateTest, AKeyOfAnotherProgramFailsAloneAndIsRemembered)
 {
     keyboard->taken = {keyOf(CaptureAction::fullScreen)};

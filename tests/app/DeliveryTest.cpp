@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Delivery.h"
 
+#include "Gestures.h"
 #include "platform/base/UserDefaults.h"
 #include "platform/base/Worker.h"
 #include "render/export/Exporter.h"
@@ -113,6 +114,7 @@ TEST_F(DeliveryTest, EveryCombinationOfTheSettingsDoesJustWhatTheySay)
         else
             expected << u"reactivate"_s << u"message"_s
                      << (copy ? u"Captura copiada"_s : u"Captura guardada"_s) << u"checkmark.circle.fill"_s;
+        gesture::waitFor([&] { return log.size() >= expected.size(); }); // "Guardada" is told when it is
         EXPECT_EQ(log, expected) << bits;
         EXPECT_EQ(clipboardHasImage(), copy) << bits;
         EXPECT_EQ(files().size(), save ? 1 : 0) << bits;
@@ -133,6 +135,28 @@ TEST_F(DeliveryTest, AFailingSaveIsSilentAndLosesNothingElse)
     EXPECT_TRUE(clipboardHasImage());
     ASSERT_TRUE(saving);
     EXPECT_THROW(saving->path.result(), Error) << "the card is to learn of it";
+}
+
+// A full disk must not cost a capture.
+TEST_F(DeliveryTest, WhatNothingElseKeepsIsCopiedWhenItCannotBeSaved)
+{
+    QFile inTheWay(settings.saveFolder());
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    settings.setAutoSave(true);
+    settings.setAfterCapture(AfterCapture::copyOnly);
+    for (const bool copy : {false, true}) {
+        settings.setAutoCopy(copy);
+        QGuiApplication::clipboard()->setText(u"antes"_s);
+        log.clear();
+        delivery.deliver(shot);
+        files();
+        ASSERT_TRUE(gesture::waitFor([&] { return log.contains(u"message"_s); }));
+        const auto message = copy ? QStringList{u"Captura copiada"_s, u"checkmark.circle.fill"_s}
+                                  : QStringList{u"No se pudo guardar; la captura está en el portapapeles"_s,
+                                        u"exclamationmark.triangle"_s};
+        EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"message"_s} + message));
+        EXPECT_TRUE(clipboardHasImage());
+    }
 }
 
 TEST_F(DeliveryTest, ASlowDiskHoldsNothingUp)

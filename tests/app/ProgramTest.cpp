@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -34,7 +35,7 @@ protected:
             environment.remove(QString::fromLatin1(name));
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(folder.path());
-        process.start(QString::fromUtf8(PINTALUX_PROGRAM), arguments);
+        process.start(program, arguments);
         process.write(input);
         process.closeWriteChannel();
         EXPECT_TRUE(process.waitForFinished(60000));
@@ -68,6 +69,7 @@ protected:
     }
 
     QTemporaryDir folder;
+    QString program = QString::fromUtf8(PINTALUX_PROGRAM);
     QByteArray written; ///< to standard output, by the last run
 };
 
@@ -197,6 +199,25 @@ TEST_F(Program, ChecksAnswerInJson)
     const auto answer = QJsonDocument::fromJson(written);
     EXPECT_FALSE(answer[u"ok"_s].toBool(true));
     EXPECT_TRUE(answer[u"error"_s].toString().contains(u"no es JSON"));
+}
+
+TEST_F(Program, AFileLargerThanAllowedIsAnErrorAndLeavesNothing)
+{
+    write(u"marks.json"_s, "{}");
+    QImage noise(300, 300, QImage::Format_RGB32); // many times the allowed kilobyte
+    for (int y = 0; y < noise.height(); ++y)
+        for (int x = 0; x < noise.width(); ++x)
+            noise.setPixel(x, y, QRandomGenerator::global()->generate());
+    ASSERT_TRUE(noise.save(path(u"in.png"_s)));
+    program = u"/bin/sh"_s;
+    const auto outcome
+        = run({u"-c"_s, u"ulimit -f 2; exec \"$@\""_s, u"sh"_s, QString::fromUtf8(PINTALUX_PROGRAM),
+            u"--annotate"_s, u"in.png"_s, u"--marks"_s, u"marks.json"_s, u"--output"_s, u"out.png"_s});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.errors.contains(u"es demasiado grande para este disco"))
+        << outcome.errors.toStdString();
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+        (QStringList{u"in.png"_s, u"marks.json"_s}));
 }
 
 TEST_F(Program, WritesTheIconInTenSizes)

@@ -13,6 +13,7 @@
 #include <QBoxLayout>
 #include <QMenu>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
 
@@ -209,6 +210,24 @@ TEST(PopUpButton, ItsListNeverCoversIt)
         }
         gesture::key(Qt::Key_Escape);
     }
+}
+
+// The system asks all windows to close, and a tip is one.
+TEST(ToolTips, ATipLivesUntilItsOwnEventIsOver)
+{
+    ToolTips::install(*qApp);
+    ToolTips::show(u"Elige la carpeta"_s, QRect(100, 100, 10, 10));
+    QPointer<QWidget> tip;
+    for (auto* window : QApplication::topLevelWidgets())
+        if (window->accessibleName() == u"Elige la carpeta")
+            tip = window;
+    ASSERT_TRUE(tip);
+    QCloseEvent close;
+    QCoreApplication::sendEvent(tip, &close);
+    EXPECT_TRUE(tip);
+    QApplication::closeAllWindows();
+    ToolTips::hide();
+    EXPECT_FALSE(tip);
 }
 
 TEST(ToolTips, AppearBesideWhatThePointerRestsOnAndGoWithTheNextKey)

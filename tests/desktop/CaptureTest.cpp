@@ -151,7 +151,8 @@ TEST(WindowList, OrderTitlesAndLeftOutWindowsAreThoseOfTheDesktop)
     for (const auto& candidate : frozen.windows)
         titles.append(candidate.title);
     EXPECT_EQ(titles.join(u'|').toStdString(),
-        "Demostración — Informe: Q1/Q2 — año 2026|Demostración — Última|Demostración — Ñandú");
+        "Demostración — Siempre visible|Demostración — Informe: Q1/Q2 — año 2026|Demostración — Última|"
+        "Demostración — Ñandú");
     EXPECT_EQ(candidateOf(frozen, second.processId())->frame.topLeft(), QPointF(200, 150));
 }
 

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
 #include <QMimeData>
 #include <QScreen>
 
@@ -93,6 +94,22 @@ TEST_F(PinTest, StandsInTheMiddlePixelForPixelAboveOtherWindowsOnEveryDesktop)
     EXPECT_EQ(seen(), 0) << "not on the other desktop";
     xdotool(u"set_desktop 0"_s);
     letPass(announcement);
+}
+
+// It would wait for an answer where nobody sees it.
+TEST_F(PinTest, ADialogStandsAboveIt)
+{
+    const auto& pin = pinned();
+    QWidget window;
+    window.setGeometry(pin.picture());
+    window.show();
+    letPass(300);
+    QDialog dialog(&window);
+    dialog.setPalette(QColor(Qt::blue));
+    dialog.setGeometry(QRect(pin.picture().center() - QPoint(100, 60), QSize(200, 120)));
+    dialog.open();
+    EXPECT_TRUE(waitUntil(
+        [&] { return pictureByOthers().pixelColor(pin.picture().center()) == QColor(Qt::blue); }));
 }
 
 TEST_F(PinTest, DragsMoveItAndResizeItInItsProportionsAndADoubleClickClosesIt)

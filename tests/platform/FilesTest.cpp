@@ -5,6 +5,9 @@
 
 #include <QDir>
 
+#include <atomic>
+#include <thread>
+
 using namespace Qt::StringLiterals;
 
 using namespace pintalux;
@@ -149,4 +152,30 @@ TEST(Files, MakingFoldersNamesTheFileThatStandsInTheWay)
     } catch (const Error& error) {
         EXPECT_EQ(error.localizedDescription, u"«%1» no es una carpeta."_s.arg(folder.filePath(u"file"_s)));
     }
+}
+
+// Killed in the middle of it, the process would leave such a name for good.
+TEST(Files, WhatIsBeingWrittenHasNoNameYet)
+{
+    const QTemporaryDir folder;
+    const int unnamed
+        = open(QFile::encodeName(folder.path()).constData(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
+    if (unnamed < 0)
+        GTEST_SKIP() << "this file system has no unnamed files";
+    close(unnamed);
+    const QByteArray bytes(4 << 20, 'x');
+    std::atomic<bool> isWritten = false;
+    std::thread writer([&] {
+        for (int number = 0; number < 5; ++number)
+            EXPECT_TRUE(writeNewFile(folder.filePath(QString::number(number)), bytes));
+        isWritten = true;
+    });
+    int looks = 0;
+    while (!isWritten) {
+        for (const auto& name : everythingIn(folder.path()))
+            EXPECT_FALSE(name.startsWith(u'.')) << qPrintable(name);
+        ++looks;
+    }
+    writer.join();
+    EXPECT_GT(looks, 5);
 }

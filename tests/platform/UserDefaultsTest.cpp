@@ -168,8 +168,11 @@ TEST_F(UserDefaultsTest, WhatIsNotAFileNeitherHangsNorIsReplaced)
     QDir().rmdir(file());
     stage::require(mkfifo(QFile::encodeName(file()).constData(), 0600) == 0, "making a pipe");
     auto onPipe = open();
+    int told = 0;
+    onPipe.onWriteFailure = [&](const Error&) { ++told; };
     onPipe.set(key, 1);
     EXPECT_TRUE(onPipe.lastError());
+    EXPECT_EQ(told, 1);
     EXPECT_FALSE(QFileInfo(file()).isFile());
 }
 
@@ -179,6 +182,8 @@ TEST_F(UserDefaultsTest, AFullDiskChangesNothingAndTheNextWriteCatchesUp)
     UserDefaults defaults(u"app"_s, disk.path());
     defaults.set(key, 1);
     ASSERT_FALSE(defaults.lastError());
+    QStringList told;
+    defaults.onWriteFailure = [&](const Error& error) { told << error.localizedDescription; };
     const auto path = disk.path() + u"/app/defaults.json"_s;
     const auto before = stage::contents(path);
     disk.fill();
@@ -188,6 +193,8 @@ TEST_F(UserDefaultsTest, AFullDiskChangesNothingAndTheNextWriteCatchesUp)
     ASSERT_TRUE(defaults.lastError());
     EXPECT_EQ(defaults.lastError()->code, QFileDevice::ResourceError);
     EXPECT_EQ(defaults.integer(key), 2);
+    ASSERT_EQ(told.size(), 1) << "told once for a disk that stays full";
+    EXPECT_TRUE(told[0].startsWith(u"No queda espacio")) << qPrintable(told[0]);
     EXPECT_EQ(stage::contents(path), before);
     EXPECT_EQ(QDir(disk.path() + u"/app"_s).entryList(QDir::Files | QDir::Hidden),
         (QStringList{u"defaults.json"_s, u"defaults.lock"_s}));

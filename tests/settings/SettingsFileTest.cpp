@@ -340,6 +340,22 @@ TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothi
     EXPECT_EQ(settings.strokeWidth(), 9);
 }
 
+TEST_F(SettingsFileActionsTest, AFolderThatNobodyCanHaveIsTakenOverAndTold)
+{
+    const auto longPath = u'/' + QString(5000, u'a');
+    for (const auto& folder : {longPath, file + u"/carpeta"_s}) {
+        stage::put(file, with(u"saveFolder"_s, folder));
+        actions.importSettings();
+        choose(file);
+        EXPECT_EQ(settings.saveFolder(), folder);
+        expectMessage(u"Configuración importada, pero su carpeta de capturas no se puede usar"_s);
+    }
+    stage::put(file, with(u"saveFolder"_s, home.filePath(u"nueva/carpeta"_s)));
+    actions.importSettings();
+    choose(file);
+    expectMessage(u"Configuración importada"_s);
+}
+
 TEST_F(SettingsFileActionsTest, AResetAsksFirst)
 {
     const auto before = settings.values();
