@@ -3,6 +3,7 @@
 # Builds and runs every test after installing what is missing; checks formatting and layers first.
 #   ./test.sh          everything
 #   ./test.sh --asan   the same with the address and undefined behaviour sanitizers
+#   ./test.sh --tsan   the same with the thread sanitizer
 #   ./test.sh --tidy   the static analyser over the sources as well
 #   ./test.sh --fuzz   nothing but the fuzz targets over what reads files, half a minute each
 set -euo pipefail
@@ -13,6 +14,7 @@ tidy=no
 for argument in "$@"; do
   case "$argument" in
     --asan) preset=asan ;;
+    --tsan) preset=tsan ;;
     --tidy) tidy=yes ;;
     --fuzz) preset=fuzz ;;
     *) echo "test.sh: unknown argument $argument" >&2; exit 2 ;;

@@ -17,7 +17,7 @@ for program in "$programs"/fuzz_*; do
   mkdir -p "$learned"
   corpus=("$learned")
   [ ! -d "fuzz/corpus/$reader" ] || corpus+=("fuzz/corpus/$reader")
-  if ! "$program" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=3000 -max_len=4096 -print_final_stats=1 \
+  if ! "$program" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=3000 -max_len=4096 -print_final_stats=1 \
     -artifact_prefix="build/fuzz/$reader-" "${corpus[@]}" >"$log" 2>&1; then
     echo "fuzz: $reader: un fallo; véase $log" >&2
     grep -E 'ERROR|runtime error|SUMMARY|Test unit' "$log" >&2 || true

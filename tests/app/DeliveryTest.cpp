@@ -153,7 +153,7 @@ TEST_F(DeliveryTest, WhatNothingElseKeepsIsCopiedWhenItCannotBeSaved)
         ASSERT_TRUE(gesture::waitFor([&] { return log.contains(u"message"_s); }));
         const auto message = copy ? QStringList{u"Captura copiada"_s, u"checkmark.circle.fill"_s}
                                   : QStringList{u"No se pudo guardar; la captura está en el portapapeles"_s,
-                                        u"exclamationmark.triangle"_s};
+                                      u"exclamationmark.triangle"_s};
         EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"message"_s} + message));
         EXPECT_TRUE(clipboardHasImage());
     }

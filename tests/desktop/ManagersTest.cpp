@@ -42,8 +42,8 @@ void changeState(const DemoWindow& window, const QString& change)
 
 void move(const DemoWindow& window, int x, int y)
 {
-    desktop().run(u"xdotool"_s,
-        {u"windowmove"_s, u"--sync"_s, window.id(), QString::number(x), QString::number(y)});
+    desktop().run(
+        u"xdotool"_s, {u"windowmove"_s, u"--sync"_s, window.id(), QString::number(x), QString::number(y)});
     letPass(1000);
 }
 

@@ -108,8 +108,8 @@ TEST_F(PinTest, ADialogStandsAboveIt)
     dialog.setPalette(QColor(Qt::blue));
     dialog.setGeometry(QRect(pin.picture().center() - QPoint(100, 60), QSize(200, 120)));
     dialog.open();
-    EXPECT_TRUE(waitUntil(
-        [&] { return pictureByOthers().pixelColor(pin.picture().center()) == QColor(Qt::blue); }));
+    EXPECT_TRUE(
+        waitUntil([&] { return pictureByOthers().pixelColor(pin.picture().center()) == QColor(Qt::blue); }));
 }
 
 TEST_F(PinTest, DragsMoveItAndResizeItInItsProportionsAndADoubleClickClosesIt)

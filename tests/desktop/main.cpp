@@ -5,7 +5,6 @@
 
 #include "Desktop.h"
 #include "platform/backend/DisplaySystem.h"
-
 #include "platform/image/DecoderProcess.h"
 
 #include <QApplication>

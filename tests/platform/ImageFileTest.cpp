@@ -203,7 +203,9 @@ TEST_F(ImageFiles, SaysThatTheSystemLetsNoDecoderStart)
     const int next = dup(0);
     close(next);
     for (rlim_t most = rlim_t(next) + 1; most < rlim_t(next) + 6; ++most) {
-        const struct rlimit few{most, before.rlim_max};
+        const struct rlimit few {
+            most, before.rlim_max
+        };
         ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
         const auto sentence = failure(u"a.heic"_s);
         ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);

@@ -31,8 +31,8 @@ struct Error : std::exception {
     QString localizedDescription; ///< in Spanish, a whole sentence
 };
 
-/// What is being handled in a `catch`, as something to tell: an `Error` as it is, and a sentence for memory or
-/// a thread that the system did not give.
+/// What is being handled in a `catch`, as something to tell: an `Error` as it is, and a sentence for memory
+/// or a thread that the system did not give.
 Error currentError();
 
 } // namespace pintalux

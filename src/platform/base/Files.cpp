@@ -170,8 +170,8 @@ private:
     int linkTo(const QString& name) const
     {
         const auto unnamed = QByteArray("/proc/self/fd/") + QByteArray::number(descriptor);
-        const int result = ::linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD,
-            QFile::encodeName(name).constData(), AT_SYMLINK_FOLLOW);
+        const int result = ::linkat(
+            AT_FDCWD, unnamed.constData(), AT_FDCWD, QFile::encodeName(name).constData(), AT_SYMLINK_FOLLOW);
         return result == 0 ? 0 : errno;
     }
 

@@ -63,8 +63,8 @@ private:
 /// Threads for what need not follow in order, as many as there are processors.
 Worker& sideWorker();
 
-/// Runs `work` on a thread of the worker. The future always ends, and with nothing but a result or an `Error`,
-/// also when no thread can be made for it; or without either when it is forgotten.
+/// Runs `work` on a thread of the worker. The future always ends, and with nothing but a result or an
+/// `Error`, also when no thread can be made for it; or without either when it is forgotten.
 template <typename Work> auto runOn(Worker& worker, Work work)
 {
     using Result = std::invoke_result_t<Work>;

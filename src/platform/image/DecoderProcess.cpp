@@ -218,12 +218,11 @@ pid_t start(int inputFile, int pixelsFile, int reportFile)
         return 0;
     // The given numbers are above those that they get.
     bool ready = true;
-    for (const auto& [from, to] : {std::pair{inputFile, int(input)}, {pixelsFile, int(pixels)},
-             {reportFile, int(report)}})
+    for (const auto& [from, to] :
+        {std::pair{inputFile, int(input)}, {pixelsFile, int(pixels)}, {reportFile, int(report)}})
         ready = ready && ::posix_spawn_file_actions_adddup2(&actions, from, to) == 0;
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        ready
-            = ready && ::posix_spawn_file_actions_addopen(&actions, standard, "/dev/null", O_RDWR, 0) == 0;
+        ready = ready && ::posix_spawn_file_actions_addopen(&actions, standard, "/dev/null", O_RDWR, 0) == 0;
     ready = ready && ::posix_spawn_file_actions_addclosefrom_np(&actions, firstFree) == 0;
 
     std::array<char*, 2> arguments{const_cast<char*>(processName), nullptr};
