@@ -61,8 +61,8 @@ void CaptureJob::select(OverlayMode mode)
                     if (guard)
                         guard->selected(outcome);
                 });
-        } catch (const Error& error) {
-            return fail(error);
+        } catch (...) {
+            return fail(currentError());
         }
         selection->show();
     });
@@ -88,8 +88,8 @@ void CaptureJob::answerWith(const QFuture<CaptureResult>& shot)
 {
     try {
         answerWith(shot.result());
-    } catch (const Error& error) {
-        fail(error);
+    } catch (...) {
+        fail(currentError());
     }
 }
 
@@ -98,10 +98,14 @@ void CaptureJob::answerWith(const CaptureResult& shot)
     const auto encoding = runOn(Exporter::savingThread(),
         [shot] { return Exporter::pngData(shot.image, shot.pixelScale).value_or(QByteArray()); });
     whenFinished(encoding, this, [this](QFuture<QByteArray> encoded) {
-        const auto png = encoded.takeResult();
-        if (png.isEmpty())
-            return answer({CaptureAnswer::Kind::failed, {}, u"No se pudo crear la imagen."_s});
-        answer({CaptureAnswer::Kind::picture, png, {}});
+        try {
+            const auto png = encoded.takeResult();
+            if (png.isEmpty())
+                return answer({CaptureAnswer::Kind::failed, {}, u"No se pudo crear la imagen."_s});
+            answer({CaptureAnswer::Kind::picture, png, {}});
+        } catch (...) {
+            fail(currentError());
+        }
     });
 }
 
