@@ -31,6 +31,16 @@ namespace {
 constexpr QSize cardSize(256, 202);
 constexpr int slideMilliseconds = 320;
 
+/// A saving that has ended already.
+QFuture<QString> writtenTo(const QString& path)
+{
+    QPromise<QString> promise;
+    promise.start();
+    promise.addResult(path);
+    promise.finish();
+    return promise.future();
+}
+
 void moveTo(QPoint point) { xdotool(u"mousemove %1 %2"_s.arg(point.x()).arg(point.y())); }
 
 void click(QPoint point)
@@ -162,7 +172,7 @@ TEST_F(ThumbnailTest, ItsButtonsSaveCopyAnnotateAndClose)
     EXPECT_EQ(differingPixels(QImage(path).convertToFormat(QImage::Format_RGB32), picture), 0);
 
     timesClosed = 0;
-    show(Exporter::Saving{Exporter::wallClock(), readyFuture(path)});
+    show(Exporter::Saving{Exporter::wallClock(), writtenTo(path)});
     click(onAction(0));
     ASSERT_TRUE(closes());
     EXPECT_EQ(saved().size(), 1) << "what is saved is only shown";
@@ -262,7 +272,7 @@ TEST_F(ThumbnailTest, ADragGivesAnotherProgramTheFile)
         return QString::fromUtf8(line).trimmed().split(u'\t');
     };
     const auto savedFile = Exporter::quickSave(picture, 1, settings.saveFolder(), u"Guardada"_s);
-    show(Exporter::Saving{Exporter::wallClock(), readyFuture(savedFile)});
+    show(Exporter::Saving{Exporter::wallClock(), writtenTo(savedFile)});
     EXPECT_EQ(drop(), (QStringList{savedFile, QString::number(QFileInfo(savedFile).size())}));
     thumbnail->close(false);
 
