@@ -30,7 +30,15 @@ QImage EffectCache::pixels(BlurStyle style, const QImage& source, double pixelSc
 {
     if (!prepare(style, source, pixelScale))
         return {};
-    auto made = style == BlurStyle::pixelate ? cells.pixellated(columns, rows) : blur.pixels(columns, rows);
+    auto made = [&] {
+        switch (style) {
+        case BlurStyle::pixelate:
+            return cells.pixellated(columns, rows);
+        case BlurStyle::blur:
+            return blur.pixels(columns, rows);
+        }
+        return QImage();
+    }();
     made.setColorSpace(source.colorSpace());
     return made;
 }
