@@ -50,7 +50,7 @@ private:
     {
         static const QStringList names{QStringLiteral("PATH"), QStringLiteral("TMPDIR"),
             QStringLiteral("USER"), QStringLiteral("LOGNAME"), QStringLiteral("SHELL"),
-            QStringLiteral("TERM"), QStringLiteral("QT_LOGGING_RULES")};
+            QStringLiteral("TERM"), QStringLiteral("CI"), QStringLiteral("QT_LOGGING_RULES")};
         static const QStringList prefixes{QStringLiteral("LD_"), QStringLiteral("GTEST_"),
             QStringLiteral("PINTALUX_"), QStringLiteral("FONTCONFIG_")};
         const auto begins = [&](const QString& prefix) { return name.startsWith(prefix); };

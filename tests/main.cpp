@@ -3,6 +3,7 @@
 // Runs a folder's tests without any display: the toolkit draws into memory.
 
 #include "OwnHome.h"
+#include "Stage.h"
 #include "platform/image/DecoderProcess.h"
 
 #include <QApplication>
@@ -16,6 +17,7 @@ int main(int argc, char** argv)
     const pintalux::test::OwnHome home;
     pintalux::test::OwnHome::enter(home.environment());
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    stage::enterOwnWorld();
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
     return RUN_ALL_TESTS();
