@@ -47,7 +47,8 @@ inline void enterOwnWorld()
         put(QStringLiteral("/proc/self/uid_map"), "0 " + user + " 1");
         put(QStringLiteral("/proc/self/gid_map"), "0 " + group + " 1");
     }
-    require(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0,
+    // In a changed root that is not mounted itself there is nothing to take private.
+    require(mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 || errno == EINVAL,
         "keeping what is mounted to ourselves");
 }
 
