@@ -167,6 +167,7 @@ TEST_F(EditorWindowTest, QuickSaveWritesTheFinishedPictureAndSaysWhere)
 
 TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
 {
+    NEEDS_DISKS();
     const stage::SmallDisk disk;
     disk.makeReadOnly();
     settings.setSaveFolder(disk.path());
