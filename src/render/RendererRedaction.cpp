@@ -57,9 +57,15 @@ void drawBlur(const Annotation& mark, const MarkContext& context)
         context.backdrop.paint(graphics);
     }
     graphics.clip(Draw::roundedRect(region, small ? 0 : 4 * scale));
-    graphics.drawPixels(region & document.image.rect(), [&](auto columns, auto rows) {
-        return redactedPixels(mark, document, context.cache, columns, rows);
+    const auto area = region & document.image.rect();
+    bool lacksMemory = false;
+    graphics.drawPixels(area, [&](auto columns, auto rows) {
+        auto made = redactedPixels(mark, document, context.cache, columns, rows);
+        lacksMemory = lacksMemory || made.isNull();
+        return made;
     });
+    if (lacksMemory) // a plain field hides it as well
+        graphics.fill(QRectF(area), Qt::gray);
 }
 
 std::optional<QColor> pictureColor(const Document& document, QPoint pixel, EffectCache& cache)
