@@ -75,7 +75,9 @@ TEST_F(ChromeBar, InformationFollowsTheDocumentAndThePointer)
     EXPECT_EQ(
         button(u"Color bajo el cursor. ⇧C o clic para copiarlo"_s)->accessibleDescription(), u"#0F8F83"_s);
     model.setTool(Tool::crop);
-    model.setCropRect(QRectF(0, 0, 400, 300));
+    model.setCropRect(QRectF(0.5, 0, 399.2, 300));
+    QApplication::processEvents();
+    EXPECT_EQ(values().value(2), u"400 × 300"_s) << "what would remain";
     model.applyCrop();
     EXPECT_EQ(values().value(0), u"400 × 300"_s);
 }
@@ -140,6 +142,7 @@ TEST_F(ChromeBar, DraggingTheMarkTakesThePictureOut)
 TEST_F(ChromeBar, HasRoomForItsContentsInTheSmallestWindow)
 {
     EXPECT_LE(bar.minimumSizeHint().width(), 900);
+    canvas.hover().setDrawn({{HoverInfo::Drawn::Kind::shape, {1180, 700}}});
     resize({900, 560});
     const QWidget* previous = nullptr;
     auto controls = bar.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);

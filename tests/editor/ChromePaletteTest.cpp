@@ -152,6 +152,36 @@ TEST_F(ChromePalette, ExtrasChangeTheDefaultAndTheMarksTheyMean)
     EXPECT_EQ(model.selected()->blurStyle, BlurStyle::blur);
 }
 
+TEST_F(ChromePalette, ASelectedMarkShowsItsOwnValuesAndTogglesThem)
+{
+    model.setColor(Palette::annotation()[0].color);
+    model.setStrokeWidth(4);
+    model.setFilled(true);
+    model.setTool(Tool::rectangle);
+    const Annotation mark{.kind = Kind::rectangle,
+        .start = {10, 10},
+        .end = {90, 60},
+        .color = Palette::annotation()[2].color,
+        .lineWidth = 14};
+    model.add(mark);
+    const auto shown = [&](int swatch, const QString& width, bool fills) {
+        for (const auto* offered : tools.findChildren<SwatchButton*>())
+            EXPECT_EQ(offered->isMarked(), offered->color() == Palette::annotation()[swatch].color);
+        for (const auto& each : {u"Fino"_s, u"Medio"_s, u"Grueso"_s})
+            EXPECT_EQ(button(each)->isChecked(), each == width) << qPrintable(each);
+        EXPECT_EQ(button(u"Relleno (F)"_s)->isChecked(), fills);
+    };
+    shown(0, u"Medio"_s, true);
+    model.setSelectedID(mark.id);
+    shown(2, u"Grueso"_s, false);
+    EXPECT_EQ(model.color(), Palette::annotation()[0].color) << "selecting changes no style";
+    EXPECT_EQ(settings.strokeWidth(), 4);
+    click(u"Relleno (F)"_s);
+    EXPECT_TRUE(model.selected()->filled) << "what is seen is toggled";
+    model.setSelectedID({});
+    shown(0, u"Medio"_s, true);
+}
+
 TEST_F(ChromePalette, ACropRectangleBringsItsTwoButtons)
 {
     model.setTool(Tool::crop);

@@ -107,6 +107,7 @@ TEST_F(ChromePanels, ColoursAreChosenBySwatchAndByText)
     EXPECT_EQ(model.selected()->color, QColor(0x2B, 0xD6, 0x7B));
     EXPECT_FALSE(field.isWrong());
     EXPECT_TRUE(named(chooser, u"Menta"_s)->isChecked());
+    model.setSelectedID({});
     model.setColor(Qt::red);
     EXPECT_EQ(field.text(), u"#FF0000"_s);
     EXPECT_TRUE(named(chooser, u"Otro color"_s));

@@ -205,6 +205,60 @@ TEST_F(EditorModelTest, StepNumbersGoOnAfterTheHighest)
     EXPECT_EQ(model.nextStepNumber(), -4);
 }
 
+TEST_F(EditorModelTest, ACopyLiesAsideWithinThePictureAndIsSelected)
+{
+    auto step = mark(AnnotationKind::step, 4);
+    model.duplicateSelected();
+    EXPECT_EQ(model.undoCount(), 0) << "nothing is selected";
+    model.add(mark());
+    const auto first = model.doc().annotations.first();
+    model.setSelectedID(first.id);
+    model.duplicateSelected();
+    ASSERT_TRUE(model.selected());
+    EXPECT_NE(model.selected()->id, first.id);
+    EXPECT_EQ(frame(*model.selected()), frame(first).translated(28, 28)) << "14 points at two pixels a point";
+    EXPECT_EQ(model.undoCount(), 2);
+
+    step.start = step.end = {170, 70};
+    model.add(step);
+    model.setSelectedID(step.id);
+    model.duplicateSelected();
+    EXPECT_EQ(model.selected()->number, 5);
+    EXPECT_EQ(model.selected()->start, QPointF(142, 42)) << "at the other corner it goes the other way";
+}
+
+TEST_F(EditorModelTest, AMarkPassesTheNextOneThatItTouches)
+{
+    const auto at = [this](double x) {
+        auto placed = mark();
+        placed.start.rx() += x;
+        placed.end.rx() += x;
+        model.add(placed);
+        return placed.id;
+    };
+    const auto moved = at(0), elsewhere = at(140), above = at(20), top = at(10);
+    const auto order = [this] {
+        QList<QUuid> ids;
+        for (const auto& each : model.doc().annotations)
+            ids << each.id;
+        return ids;
+    };
+    using Order = DocumentEditing::Order;
+    model.setSelectedID(moved);
+    model.moveSelected(Order::forward);
+    EXPECT_EQ(order(), (QList{elsewhere, above, moved, top}));
+    EXPECT_EQ(model.undoCount(), 5);
+    model.moveSelected(Order::forward);
+    model.moveSelected(Order::forward);
+    EXPECT_EQ(order(), (QList{elsewhere, above, top, moved}));
+    EXPECT_EQ(model.undoCount(), 6) << "there is nothing above it any more";
+    model.moveSelected(Order::backward);
+    model.moveSelected(Order::backward);
+    model.moveSelected(Order::backward);
+    EXPECT_EQ(order(), (QList{elsewhere, moved, above, top})) << "what it does not touch stays below";
+    EXPECT_EQ(model.selectedID(), moved);
+}
+
 TEST_F(EditorModelTest, EveryChangeIsAnnouncedWithItsCounts)
 {
     QList<Field> fields;

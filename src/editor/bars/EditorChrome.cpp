@@ -34,6 +34,11 @@ constexpr int menuGap = 6;
 
 QString sizeText(const QSize& pixels) { return u"%1 × %2"_s.arg(pixels.width()).arg(pixels.height()); }
 
+QString drawnCaption(HoverInfo::Drawn::Kind kind)
+{
+    return kind == HoverInfo::Drawn::Kind::crop ? u"recorte"_s : u"forma"_s;
+}
+
 QString zoomText(int percent) { return u"%1\u00a0%"_s.arg(percent); }
 
 } // namespace
@@ -91,8 +96,10 @@ void EditorChrome::addCommands(QBoxLayout& layout, std::initializer_list<Command
 
 void EditorChrome::addInformation(QBoxLayout& layout)
 {
-    pixels = new InfoText(u"píxeles"_s, sizeText(model.doc().image.size()), this);
+    const auto widest = sizeText(model.doc().image.size());
+    pixels = new InfoText(u"píxeles"_s, widest, this);
     zoom = new InfoText(u"zoom"_s, zoomText(100), this);
+    drawn = new InfoText(drawnCaption(HoverInfo::Drawn::Kind::crop), widest, this);
     color = new HoverColorButton(this);
     connect(color, &QAbstractButton::clicked, this, [this] { run(Command::copyHoverColor); });
     layout.addWidget(pixels);
@@ -100,6 +107,8 @@ void EditorChrome::addInformation(QBoxLayout& layout)
     layout.addWidget(zoom);
     layout.addWidget(new BarDivider(infoGap, infoGap - HoverColorButton::chipInset, this));
     layout.addWidget(color);
+    layout.addSpacing(betweenValues);
+    layout.addWidget(drawn);
 }
 
 void EditorChrome::addToolsToggle(QBoxLayout& layout)
@@ -185,6 +194,9 @@ void EditorChrome::refreshHover()
 {
     zoom->setValue(zoomText(hover.zoom()));
     color->setColor(hover.color(), hover.hex());
+    drawn->setVisible(hover.drawn().has_value());
+    if (hover.drawn())
+        drawn->setValue(sizeText(hover.drawn()->pixels), drawnCaption(hover.drawn()->kind));
 }
 
 void EditorChrome::paintEvent(QPaintEvent*)

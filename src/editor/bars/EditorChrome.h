@@ -56,6 +56,7 @@ private:
     InfoText* pixels;
     InfoText* zoom;
     HoverColorButton* color;
+    InfoText* drawn; ///< hidden while nothing is being drawn
     BarButton* tools;
     BarButton* edges;
     BarButton* beautify;

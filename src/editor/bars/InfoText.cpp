@@ -63,11 +63,14 @@ InfoText::InfoText(const QString& name, const QString& widestValue, QWidget* par
     setAccessibleName(caption);
 }
 
-void InfoText::setValue(const QString& value)
+void InfoText::setValue(const QString& value) { setValue(value, caption); }
+
+void InfoText::setValue(const QString& value, const QString& name)
 {
-    if (value == text)
+    if (value == text && name == caption)
         return; // told with every event of a drag
     text = value;
+    caption = name;
     setAccessibleName(value + u' ' + caption);
     update();
 }

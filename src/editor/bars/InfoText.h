@@ -17,6 +17,7 @@ public:
 
     const QString& value() const { return text; }
     void setValue(const QString& value);
+    void setValue(const QString& value, const QString& caption);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -67,11 +67,10 @@ ToolSections::ToolSections(EditorModel& edited, QWidget* parent)
     makeStyleControls();
     makeExtras();
     makeCropButtons();
+    connect(&model, &EditorModel::shownStyleChanged, this, &ToolSections::refreshStyle);
     connect(&model, &EditorModel::changed, this, &ToolSections::refresh);
-    using Field = EditorModel::Field;
-    for (const auto field : {Field::color, Field::strokeWidth, Field::filled, Field::handwritten,
-             Field::calloutText, Field::tool})
-        refresh(field);
+    refreshStyle();
+    refreshVisibility();
 }
 
 void ToolSections::makeStyleControls()
@@ -185,25 +184,6 @@ void ToolSections::refresh(EditorModel::Field field)
 {
     using Field = EditorModel::Field;
     switch (field) {
-    case Field::color:
-        for (auto* swatch : swatches)
-            swatch->setMarked(swatch->color() == model.color());
-        chooser->setColor(model.color());
-        break;
-    case Field::strokeWidth:
-        for (std::size_t i = 0; i < widths.size(); ++i)
-            widths[i]->setMarked(model.strokeWidth() == EditorModel::widths[i]);
-        break;
-    case Field::filled:
-        fill->setSymbol(model.filled() ? u"square.fill"_s : u"square"_s);
-        fill->setMarked(model.filled());
-        break;
-    case Field::handwritten:
-        handwriting->setMarked(model.handwritten());
-        break;
-    case Field::calloutText:
-        callout->setMarked(model.calloutText());
-        break;
     case Field::tool:
     case Field::cropRect:
     case Field::selectedID:
@@ -213,6 +193,20 @@ void ToolSections::refresh(EditorModel::Field field)
     default:
         break;
     }
+}
+
+void ToolSections::refreshStyle()
+{
+    const auto style = model.shownStyle();
+    for (auto* swatch : swatches)
+        swatch->setMarked(swatch->color() == style.color);
+    chooser->setColor(style.color);
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        widths[i]->setMarked(style.strokeWidth == EditorModel::widths[i]);
+    fill->setSymbol(style.filled ? u"square.fill"_s : u"square"_s);
+    fill->setMarked(style.filled);
+    handwriting->setMarked(style.handwritten);
+    callout->setMarked(style.calloutText);
 }
 
 void ToolSections::refreshVisibility()

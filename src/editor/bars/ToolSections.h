@@ -44,6 +44,7 @@ private:
     void placeExtras();
     void openColorChooser();
     void refresh(EditorModel::Field field);
+    void refreshStyle();
     void refreshVisibility();
 
     EditorModel& model;

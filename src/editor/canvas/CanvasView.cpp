@@ -4,6 +4,7 @@
 #include "app/messages/HUD.h"
 #include "controls/theme/Theme.h"
 #include "editor/canvas/CanvasTextField.h"
+#include "editor/state/DocumentEditing.h"
 #include "render/Renderer.h"
 #include "render/export/Clipboard.h"
 
@@ -140,9 +141,24 @@ void CanvasView::refresh()
         return;
     if (textField)
         layOutTextField();
+    hoverInfo.setDrawn(drawn());
     const auto damage = picture.show(scene());
     if (!damage.isEmpty())
         update(damage);
+}
+
+std::optional<HoverInfo::Drawn> CanvasView::drawn() const
+{
+    using Drawn = HoverInfo::Drawn;
+    if (const auto& crop = model.cropRect())
+        return Drawn{Drawn::Kind::crop, DocumentEditing::croppedArea(model.doc(), *crop).size()};
+    const auto* draft = gesture ? gesture->draft() : nullptr;
+    const bool hasSize = draft
+        && (draft->kind == AnnotationKind::rectangle || draft->kind == AnnotationKind::ellipse
+            || draft->kind == AnnotationKind::blur);
+    if (!hasSize)
+        return std::nullopt;
+    return Drawn{Drawn::Kind::shape, draft->rect().size().toSize()};
 }
 
 void CanvasView::paintEvent(QPaintEvent* event)

@@ -60,6 +60,11 @@ public:
     /// Presses, drags and releases between two document points.
     void debugDrag(QPointF from, QPointF to);
 
+Q_SIGNALS:
+    /// A mark was asked for its menu, by a right click or the menu key, and is selected now; a point of the
+    /// screen (global logical pixels).
+    void markMenuRequested(QPoint screenPoint);
+
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -71,6 +76,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
@@ -83,6 +89,7 @@ private:
     void modelChanged();
     void refresh();
     void showCursor();
+    std::optional<HoverInfo::Drawn> drawn() const;
     /// One undo step, and none when the change changes nothing.
     void restyleSelected(const EditorModel::AnnotationChange& change);
     void hoverAt(QPointF viewPoint);
@@ -100,6 +107,7 @@ private:
     void pressText(QPointF at, Clicks clicks);
     void pressCrop(QPointF at, Clicks clicks);
     const Annotation* topAnnotation(QPointF at) const;
+    void selectVisibly(const Annotation& mark);
     void moveBody(const QUuid& id, QPointF at);
 
     // Typing (CanvasViewText.cpp)

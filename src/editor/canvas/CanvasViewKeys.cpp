@@ -155,7 +155,7 @@ bool CanvasView::toggleFill()
     if (!supportsFill(model.tool()) && model.tool() != Tool::select)
         return false;
     release();
-    model.setFilled(!model.filled());
+    model.setFilled(!model.shownStyle().filled);
     restyleSelected([filled = model.filled()](Annotation& restyled) { restyled.filled = filled; });
     return true;
 }

@@ -3,6 +3,7 @@
 #include "platform/desktop/PointerPosition.h"
 #include "platform/graphics/Geometry.h"
 
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 
 #include <utility>
@@ -35,6 +36,33 @@ void CanvasView::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton)
         release();
+}
+
+void CanvasView::contextMenuEvent(QContextMenuEvent* event)
+{
+    event->ignore();
+    if (gesture)
+        return;
+    finishText();
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const auto* mark = byKey
+        ? model.selected()
+        : pintalux::topAnnotation(model.doc(), documentPoint(QPointF(event->pos())), 1 / viewScale());
+    if (!mark)
+        return;
+    const auto place = byKey ? viewPoint(mark->bounds().center()).toPoint() : event->pos();
+    selectVisibly(*mark);
+    event->accept();
+    Q_EMIT markMenuRequested(mapToGlobal(place));
+}
+
+/// Selects a mark, with the tool `select` where the current one would not show it.
+void CanvasView::selectVisibly(const Annotation& mark)
+{
+    const auto id = mark.id;
+    if (!reshapesMarks(model.tool()) || !mark.hasNodes())
+        model.setTool(Tool::select);
+    model.setSelectedID(id);
 }
 
 // ---- Press, drag, release

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "editor/state/EditorModel.h"
 
-#include "editor/state/DocumentEditing.h"
 #include "model/Palette.h"
 #include "render/export/Exporter.h"
 
@@ -9,6 +8,18 @@
 #include <utility>
 
 namespace pintalux {
+
+namespace {
+
+bool isOfStyle(EditorModel::Field field)
+{
+    using Field = EditorModel::Field;
+    constexpr std::array fields{Field::color, Field::strokeWidth, Field::arrowStyle, Field::handwritten,
+        Field::filled, Field::calloutText, Field::blurStyle};
+    return std::ranges::find(fields, field) != fields.end();
+}
+
+} // namespace
 
 EditorModel::EditorModel(const CaptureResult& shot, Settings& store, QObject* parent)
     : QObject(parent)
@@ -18,6 +29,7 @@ EditorModel::EditorModel(const CaptureResult& shot, Settings& store, QObject* pa
     , edge(store.paletteEdge())
     , hiddenToolbar(store.toolbarHidden())
     , name(shot.suggestedName)
+    , announcedStyle(currentStyle)
 {
     framing.enabled = store.beautifyByDefault();
     framing.gradient = std::min(store.lastGradient(), int(Palette::gradients().size()) - 1);
@@ -28,8 +40,12 @@ EditorModel::Change::~Change()
     if (--model.changesUnderWay > 0)
         return;
     const auto fields = std::exchange(model.assignedFields, {});
+    const auto former = std::exchange(model.announcedStyle, model.shownStyle());
+    const bool restyled = former != model.announcedStyle || std::ranges::any_of(fields, isOfStyle);
     for (const auto field : fields)
         Q_EMIT model.changed(field);
+    if (restyled)
+        Q_EMIT model.shownStyleChanged();
 }
 
 void EditorModel::assigned(Field field)
@@ -115,6 +131,12 @@ void EditorModel::setToolbarHidden(bool hidden)
     settings.setToolbarHidden(hidden);
 }
 
+Style EditorModel::shownStyle() const
+{
+    const auto* mark = selected();
+    return mark ? currentStyle.shownFor(*mark, document.pixelScale) : currentStyle;
+}
+
 int EditorModel::nextStepNumber() const { return DocumentEditing::nextStepNumber(document); }
 
 const Annotation* EditorModel::selected() const
@@ -197,6 +219,25 @@ void EditorModel::deleteSelected()
     const Change whole(*this);
     commit([id = *selection](Document& doc) { DocumentEditing::removeMark(doc, id); });
     setSelectedID({});
+}
+
+void EditorModel::duplicateSelected()
+{
+    if (!selected())
+        return;
+    const Change whole(*this);
+    std::optional<QUuid> copy;
+    commit([&](Document& doc) { copy = DocumentEditing::duplicateMark(doc, *selection); });
+    setSelectedID(copy);
+}
+
+void EditorModel::moveSelected(DocumentEditing::Order order)
+{
+    const auto* mark = selected();
+    const auto place = mark ? DocumentEditing::placePast(document, mark->id, order) : std::nullopt;
+    if (place)
+        commit([from = mark - document.annotations.constData(), to = *place](
+                   Document& doc) { doc.annotations.move(from, to); });
 }
 
 void EditorModel::clearAnnotations()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "editor/state/DocumentEditing.h"
 #include "editor/state/History.h"
 #include "editor/state/Style.h"
 #include "model/BeautifySettings.h"
@@ -64,6 +65,8 @@ public:
     const Document& doc() const { return document; }
     Tool tool() const { return currentTool; }
     const Style& style() const { return currentStyle; }
+    /// What the controls show: the selected mark's own values, where it has them, or the style of new marks.
+    Style shownStyle() const;
     const QColor& color() const { return currentStyle.color; }
     double strokeWidth() const { return currentStyle.strokeWidth; } ///< points
     ArrowStyle arrowStyle() const { return currentStyle.arrowStyle; }
@@ -126,6 +129,10 @@ public:
     /// the document's width and height, and selects it. `sourceScale` is the picture's pixels per point.
     void insertImage(const QImage& image, QPointF center, double sourceScale);
     void deleteSelected();
+    /// Copies the selected mark (`DocumentEditing::duplicateMark`) and selects the copy.
+    void duplicateSelected();
+    /// Puts the selected mark past the next one that it touches, if there is one.
+    void moveSelected(DocumentEditing::Order order);
     void clearAnnotations();
     /// Changes the selected mark as one undo step; nothing when there is none.
     void restyleSelected(const AnnotationChange& change);
@@ -140,6 +147,8 @@ Q_SIGNALS:
     /// The field was assigned; also when its value stayed the same. What was assigned together is announced
     /// when all of it is.
     void changed(pintalux::EditorModel::Field field);
+    /// `shownStyle` became different, or a part of the style of new marks was assigned.
+    void shownStyleChanged();
 
 private:
     /// What is assigned while one lives belongs to one change, announced at its end: each field once, in the
@@ -176,6 +185,7 @@ private:
     bool hiddenToolbar;
     EffectCache effects;
     std::optional<QString> name;
+    Style announcedStyle; ///< the latest that the controls were told of
     int changesUnderWay = 0;
     QList<Field> assignedFields; ///< by the change that is under way
 };

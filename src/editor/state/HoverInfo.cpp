@@ -23,4 +23,12 @@ void HoverInfo::setZoom(int value)
     Q_EMIT changed();
 }
 
+void HoverInfo::setDrawn(const std::optional<Drawn>& value)
+{
+    if (value == underWay)
+        return;
+    underWay = value;
+    Q_EMIT changed();
+}
+
 } // namespace pintalux

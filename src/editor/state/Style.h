@@ -26,6 +26,11 @@ struct Style {
     bool calloutText = false; ///< texts in a bubble
     BlurStyle blurStyle = BlurStyle::pixelate;
 
+    bool operator==(const Style&) const = default;
+
+    /// This style with the values that a mark has in place of its own.
+    Style shownFor(const Annotation& mark, double pixelScale) const;
+
     /// Stroke width in document pixels.
     double lineWidth(double pixelScale) const { return strokeWidth * pixelScale; }
     /// Font size of texts and step markers in document pixels. It grows with the stroke up to 10 points.

@@ -44,19 +44,19 @@ void chooseBlurStyle(EditorModel& model, BlurStyle style)
 
 void toggleFilled(EditorModel& model)
 {
-    model.setFilled(!model.filled());
+    model.setFilled(!model.shownStyle().filled);
     model.restyleSelected([&](Annotation& mark) { mark.filled = model.filled(); });
 }
 
 void toggleHandwritten(EditorModel& model)
 {
-    model.setHandwritten(!model.handwritten());
+    model.setHandwritten(!model.shownStyle().handwritten);
     restyle(model, AnnotationKind::text, [&](Annotation& mark) { mark.handwritten = model.handwritten(); });
 }
 
 void toggleCallout(EditorModel& model)
 {
-    model.setCalloutText(!model.calloutText());
+    model.setCalloutText(!model.shownStyle().calloutText);
     restyle(model, AnnotationKind::text, [&](Annotation& mark) {
         mark.filled = model.filled() || model.calloutText();
         if (!model.calloutText())

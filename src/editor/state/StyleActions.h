@@ -8,7 +8,7 @@
 namespace pintalux {
 
 /// Choices of style: each becomes the style of what is drawn next and, in one undo step, that of the selected
-/// mark where it has such a style.
+/// mark where it has such a style. What is toggled is what the controls show.
 namespace StyleActions {
 
 void chooseColor(EditorModel& model, const QColor& color);

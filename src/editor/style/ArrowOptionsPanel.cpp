@@ -11,7 +11,10 @@
 #include "editor/style/WedgeSlider.h"
 #include "platform/graphics/Draw.h"
 
+#include <QLocale>
 #include <QPainter>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -20,15 +23,22 @@ namespace pintalux {
 namespace {
 
 // Points, from the left end.
-constexpr QSize whole{541, 52};
+constexpr QSize whole{567, 52};
 constexpr QRect firstStyle(8, 8, 44, 36);
 constexpr int stylePitch = 46;
-constexpr std::array<int, 2> rules{244, 452};
+constexpr std::array<int, 2> rules{244, 478};
 constexpr int ruleLength = 26;
 constexpr QRect widthLabel(257, 0, 42, 52);
 constexpr QPoint wedgeCorner(306, 14);
-constexpr QRect colorPlace(461, 10, 40, 32);
-constexpr QRect closePlace(503, 10, 30, 32);
+constexpr QRect widthPlace(440, 0, 28, 52);
+constexpr QRect colorPlace(487, 10, 40, 32);
+constexpr QRect closePlace(529, 10, 30, 32);
+
+/// A width in points as it is written here: "4", "5,5".
+QString widthText(double points)
+{
+    return QLocale(QLocale::Spanish).toString(std::round(points * 10) / 10, 'g', 3);
+}
 
 } // namespace
 
@@ -46,10 +56,8 @@ ArrowOptionsPanel::ArrowOptionsPanel(EditorModel& edited, QWidget* parent)
     connect(close, &QAbstractButton::clicked, this, [this] { model.setShowArrowOptions(false); });
 
     new KeyboardGroup(*this, 2);
-    connect(&model, &EditorModel::changed, this, &ArrowOptionsPanel::refresh);
-    using Field = EditorModel::Field;
-    for (const auto field : {Field::arrowStyle, Field::strokeWidth, Field::color})
-        refresh(field);
+    connect(&model, &EditorModel::shownStyleChanged, this, &ArrowOptionsPanel::refresh);
+    refresh();
     resize(whole);
 }
 
@@ -87,16 +95,17 @@ void ArrowOptionsPanel::makeColor()
     connect(color, &QAbstractButton::clicked, this, [this] { ColorChooser::open(model, *color, this); });
 }
 
-void ArrowOptionsPanel::refresh(EditorModel::Field field)
+void ArrowOptionsPanel::refresh()
 {
-    using Field = EditorModel::Field;
-    if (field == Field::arrowStyle)
-        for (auto* icon : styles)
-            icon->setMarked(icon->style() == model.arrowStyle());
-    else if (field == Field::strokeWidth)
-        wedge->setPoints(model.strokeWidth());
-    else if (field == Field::color)
-        color->setColor(model.color());
+    const auto style = model.shownStyle();
+    for (auto* icon : styles)
+        icon->setMarked(icon->style() == style.arrowStyle);
+    wedge->setPoints(style.strokeWidth);
+    color->setColor(style.color);
+    if (const auto text = widthText(style.strokeWidth); text != writtenWidth) {
+        writtenWidth = text;
+        update(widthPlace);
+    }
 }
 
 void ArrowOptionsPanel::paintEvent(QPaintEvent* event)
@@ -108,6 +117,8 @@ void ArrowOptionsPanel::paintEvent(QPaintEvent* event)
         painter.fillRect(QRectF(x, (height() - ruleLength) / 2.0, 1, ruleLength), theme.hair);
     ControlPainting::text(u"Grosor"_s, Draw::systemFont(12, FontWeight::medium), theme.text2, widthLabel,
         Qt::AlignLeft, painter);
+    ControlPainting::text(writtenWidth, Draw::systemFont(12, FontWeight::semibold), theme.text, widthPlace,
+        Qt::AlignRight, painter);
 }
 
 } // namespace pintalux

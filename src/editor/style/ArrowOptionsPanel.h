@@ -29,13 +29,14 @@ private:
     void makeStyles();
     void makeWidth();
     void makeColor();
-    void refresh(EditorModel::Field field);
+    void refresh();
 
     EditorModel& model;
     WidthGesture gesture;
     QList<ArrowStyleIcon*> styles;
     WedgeSlider* wedge = nullptr;
     DropColorButton* color = nullptr;
+    QString writtenWidth; ///< as it is written beside the slider
 };
 
 } // namespace pintalux

@@ -82,13 +82,10 @@ BlurPicker::BlurPicker(EditorModel& model, QWidget* parent)
     }
     const auto follow = [this, &model] {
         for (auto* segment : segments)
-            segment->setMarked(segment->style == model.blurStyle());
+            segment->setMarked(segment->style == model.shownStyle().blurStyle);
         update();
     };
-    connect(&model, &EditorModel::changed, this, [follow](EditorModel::Field field) {
-        if (field == EditorModel::Field::blurStyle)
-            follow();
-    });
+    connect(&model, &EditorModel::shownStyleChanged, this, follow);
     follow();
 }
 

@@ -58,10 +58,7 @@ ColorChooser::ColorChooser(EditorModel& edited, std::function<void()> close, QWi
     addRow(1, colors);
     addTextRow();
     new KeyboardGroup(*this, 0);
-    connect(&model, &EditorModel::changed, this, [this](EditorModel::Field field) {
-        if (field == EditorModel::Field::color)
-            refresh();
-    });
+    connect(&model, &EditorModel::shownStyleChanged, this, &ColorChooser::refresh);
     refresh();
 }
 
@@ -135,9 +132,10 @@ void ColorChooser::submit()
 
 void ColorChooser::refresh()
 {
+    const auto color = model.shownStyle().color;
     for (auto* swatch : swatches)
-        swatch->setMarked(swatch->color() == model.color());
-    hex->setText(hexString(model.color()));
+        swatch->setMarked(swatch->color() == color);
+    hex->setText(hexString(color));
     hex->setWrong(false);
     update();
 }
@@ -150,7 +148,8 @@ void ColorChooser::paintEvent(QPaintEvent*)
     ControlPainting::text(u"Color"_s, Draw::systemFont(13, FontWeight::semibold), theme.text, titlePlace,
         Qt::AlignLeft, painter);
     painter.fillRect(QRectF(side, lineY, width() - 2 * side, 1), theme.hair);
-    ControlPainting::box(chip, Theme::controlRadius, model.color(), theme.swatchEdge(), 1, painter);
+    ControlPainting::box(
+        chip, Theme::controlRadius, model.shownStyle().color, theme.swatchEdge(), 1, painter);
 }
 
 } // namespace pintalux

@@ -67,20 +67,20 @@ StrokeSample::StrokeSample(EditorModel& shown, QWidget* parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAccessibleName(u"Muestra del trazo"_s);
+    connect(&model, &EditorModel::shownStyleChanged, this, [this] { update(); });
     connect(&model, &EditorModel::changed, this, [this](EditorModel::Field field) {
-        using Field = EditorModel::Field;
-        if (field == Field::tool || field == Field::color || field == Field::strokeWidth
-            || field == Field::arrowStyle)
+        if (field == EditorModel::Field::tool)
             update();
     });
 }
 
 Annotation StrokeSample::mark() const
 {
-    Annotation mark{.id = QUuid(), .color = model.color(), .lineWidth = model.strokeWidth()};
+    const auto style = model.shownStyle();
+    Annotation mark{.id = QUuid(), .color = style.color, .lineWidth = style.strokeWidth};
     if (model.tool() == Tool::arrow) {
         mark.kind = AnnotationKind::arrow;
-        mark.arrowStyle = model.arrowStyle();
+        mark.arrowStyle = style.arrowStyle;
         mark.start = QPointF(15, 25) / reduction;
         mark.control = QPointF(48, 9) / reduction;
         mark.end = QPointF(85, 15.5) / reduction;
@@ -116,7 +116,7 @@ void StrokeSample::paintEvent(QPaintEvent*)
         rect(), Theme::toolRadius, theme.well, theme.hair, ControlPainting::hairline(painter), painter);
     painter.setClipPath(Draw::roundedRect(rect(), Theme::toolRadius));
     const auto stroke = renderStroke(devicePixelRatioF());
-    if (std::abs(luminance(model.color()) - luminance(theme.well)) < closeLuminance)
+    if (std::abs(luminance(model.shownStyle().color) - luminance(theme.well)) < closeLuminance)
         painter.drawImage(QPointF(), contour(stroke, withAlpha(theme.text2, 0.55)));
     painter.drawImage(QPointF(), stroke);
 }
