@@ -31,6 +31,10 @@ enum class Command {
     copy,
     paste,
     selectAll,
+    duplicate,
+    bringForward,
+    sendBackward,
+    deleteMark,
     pin,
     extractText,
     copyHoverColor,
@@ -49,13 +53,16 @@ struct CommandRow {
     Command value;
     QStringView rawValue; ///< its name on the session bus
     CommandScope scope;
-    QStringView title;        ///< in menus
-    QStringView key = u"";    ///< within windows, as it is written: "⇧⌘S"; empty for none
-    QStringView symbol = u""; ///< name in the symbol set, empty for none
-    QStringView help = u"";   ///< of its button, with %1 for the key; empty: the title and the key
+    QStringView title; ///< in menus
+    /// Within windows, as it is written: "⇧⌘S"; empty for none. One without ⌘ is the canvas's own, for it
+    /// types in a text.
+    QStringView key = u"";
+    QStringView symbol = u"";   ///< name in the symbol set, empty for none
+    QStringView help = u"";     ///< of its button, with %1 for the key; empty: the title and the key
+    QStringView otherKey = u""; ///< works as well, and is not shown
 };
 
-inline constexpr std::array<CommandRow, 23> commandTable{{
+inline constexpr std::array<CommandRow, 27> commandTable{{
     {Command::showAbout, u"showAbout", CommandScope::program, u"Acerca de Pintalux"},
     {Command::showPreferences, u"showPreferences", CommandScope::program, u"Ajustes…", u"⌘,"},
     {Command::openImage, u"openImage", CommandScope::program, u"Abrir imagen…", u"⌘O", u"photo"},
@@ -75,13 +82,18 @@ inline constexpr std::array<CommandRow, 23> commandTable{{
     {Command::insertImage, u"editorInsertImage", CommandScope::editor, u"Insertar imagen…", u"⇧⌘I",
         u"photo.badge.plus", u"Agregar imagen (%1) · también puedes pegarla con ⌘V o arrastrarla"},
     {Command::undo, u"editorUndo", CommandScope::editor, u"Deshacer", u"⌘Z", u"arrow.uturn.backward"},
-    {Command::redo, u"editorRedo", CommandScope::editor, u"Rehacer", u"⇧⌘Z", u"arrow.uturn.forward"},
+    {Command::redo, u"editorRedo", CommandScope::editor, u"Rehacer", u"⇧⌘Z", u"arrow.uturn.forward", u"",
+        u"⌘Y"},
     {Command::clear, u"editorClear", CommandScope::editor, u"Borrar todas las anotaciones", u"", u"trash"},
     {Command::cut, u"cut", CommandScope::text, u"Cortar", u"⌘X"},
     {Command::copy, u"copy", CommandScope::editor, u"Copiar", u"⌘C", u"doc.on.doc",
         u"Copiar al portapapeles (%1)"},
     {Command::paste, u"paste", CommandScope::editor, u"Pegar", u"⌘V", u"doc.on.clipboard"},
     {Command::selectAll, u"selectAll", CommandScope::text, u"Seleccionar todo", u"⌘A"},
+    {Command::duplicate, u"editorDuplicate", CommandScope::editor, u"Duplicar", u"⌘D"},
+    {Command::bringForward, u"editorBringForward", CommandScope::editor, u"Traer adelante", u"⇧⌘↑"},
+    {Command::sendBackward, u"editorSendBackward", CommandScope::editor, u"Enviar atrás", u"⇧⌘↓"},
+    {Command::deleteMark, u"editorDelete", CommandScope::editor, u"Eliminar", u"⌦"},
     {Command::pin, u"editorPin", CommandScope::editor, u"Fijar en pantalla, siempre visible", u"", u"pin"},
     {Command::extractText, u"editorExtractText", CommandScope::editor, u"Copiar el texto de la imagen (OCR)",
         u"", u"text.viewfinder"},

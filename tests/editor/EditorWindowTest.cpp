@@ -18,6 +18,7 @@
 
 #include <QClipboard>
 #include <QColorDialog>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -305,6 +306,8 @@ TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirComm
     EXPECT_EQ(editor.model().undoCount(), 0);
     EXPECT_EQ(editor.model().redoCount(), 1);
     EXPECT_EQ(undo->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
+    EXPECT_TRUE(rowOf(Command::redo)->shortcuts().contains(QKeySequence(Qt::CTRL | Qt::Key_Y)));
+    EXPECT_TRUE(rowOf(Command::deleteMark)->shortcuts().isEmpty()) << "in a text it deletes letters";
     rowOf(Command::redo)->trigger();
     EXPECT_EQ(editor.model().undoCount(), 1);
     rowOf(Command::copy)->trigger();
@@ -313,4 +316,33 @@ TEST_F(EditorWindowTest, MenusShowWhatIsPossibleAndTheirKeysAlwaysReachTheirComm
     rowOf(Command::terminate)->trigger();
     rowOf(Command::cut)->trigger(); // nothing is being typed
     EXPECT_EQ(asked, QList{Command::terminate});
+}
+
+TEST_F(EditorWindowTest, ARightClickOnAMarkOffersWhatCanBeDoneWithIt)
+{
+    auto& canvas = editor.canvas();
+    edit();
+    editor.model().setTool(Tool::pen);
+    const auto menuAt = [&](QPointF documentPoint) -> QMenu* {
+        const auto at = canvas.viewPoint(documentPoint).toPoint();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, canvas.mapToGlobal(at));
+        QApplication::sendEvent(&canvas, &event);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    };
+    EXPECT_FALSE(menuAt({200, 150})) << "there is no mark";
+    EXPECT_EQ(editor.model().tool(), Tool::pen);
+
+    auto* menu = menuAt({50, 25});
+    ASSERT_TRUE(menu);
+    EXPECT_EQ(editor.model().tool(), Tool::select) << "the pen does not show what is selected";
+    QStringList possible;
+    for (auto* row : menu->actions())
+        if (row->isEnabled() && !row->isSeparator())
+            possible << row->text();
+    EXPECT_EQ(possible, (QStringList{u"Duplicar"_s, u"Eliminar"_s})) << "there is nothing to pass";
+    menu->actions().first()->trigger();
+    EXPECT_EQ(editor.model().doc().annotations.size(), 2);
+    menu->actions().last()->trigger();
+    EXPECT_EQ(editor.model().doc().annotations.size(), 1);
+    menu->close();
 }

@@ -5,6 +5,16 @@
 
 namespace pintalux {
 
+namespace {
+
+bool canMove(DocumentEditing::Order order, const EditorModel& model)
+{
+    const auto* mark = model.selected();
+    return mark && DocumentEditing::placePast(model.doc(), mark->id, order);
+}
+
+} // namespace
+
 bool isPossible(Command command, const EditorModel& model)
 {
     switch (command) {
@@ -14,6 +24,13 @@ bool isPossible(Command command, const EditorModel& model)
         return model.redoCount() > 0;
     case Command::clear:
         return !model.doc().annotations.isEmpty();
+    case Command::duplicate:
+    case Command::deleteMark:
+        return model.selected();
+    case Command::bringForward:
+        return canMove(DocumentEditing::Order::forward, model);
+    case Command::sendBackward:
+        return canMove(DocumentEditing::Order::backward, model);
     default:
         return true;
     }

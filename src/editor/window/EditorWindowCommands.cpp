@@ -133,6 +133,30 @@ void EditorWindowController::insertFiles(const QStringList& paths)
     });
 }
 
+void EditorWindowController::duplicate()
+{
+    commitText();
+    editorModel.duplicateSelected();
+}
+
+void EditorWindowController::bringForward()
+{
+    commitText();
+    editorModel.moveSelected(DocumentEditing::Order::forward);
+}
+
+void EditorWindowController::sendBackward()
+{
+    commitText();
+    editorModel.moveSelected(DocumentEditing::Order::backward);
+}
+
+void EditorWindowController::deleteMark()
+{
+    commitText();
+    editorModel.deleteSelected();
+}
+
 void EditorWindowController::pin()
 {
     if (const auto image = finishedImage(); !image.isNull())

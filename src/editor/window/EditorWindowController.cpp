@@ -3,6 +3,7 @@
 
 #include "app/icon/AppIcon.h"
 #include "app/messages/HUD.h"
+#include "controls/Menu.h"
 #include "editor/canvas/CanvasView.h"
 #include "editor/window/EditorWindowLayout.h"
 #include "editor/window/MainMenu.h"
@@ -25,7 +26,7 @@ struct Deed {
     Command command;
     void (EditorWindowController::*run)();
 };
-constexpr std::array<Deed, 14> deeds{{
+constexpr std::array<Deed, 18> deeds{{
     {Command::hide, &EditorWindowController::hide},
     {Command::minimize, &EditorWindowController::minimize},
     {Command::close, &EditorWindowController::close},
@@ -37,6 +38,10 @@ constexpr std::array<Deed, 14> deeds{{
     {Command::clear, &EditorWindowController::clear},
     {Command::copy, &EditorWindowController::copy},
     {Command::paste, &EditorWindowController::paste},
+    {Command::duplicate, &EditorWindowController::duplicate},
+    {Command::bringForward, &EditorWindowController::bringForward},
+    {Command::sendBackward, &EditorWindowController::sendBackward},
+    {Command::deleteMark, &EditorWindowController::deleteMark},
     {Command::pin, &EditorWindowController::pin},
     {Command::extractText, &EditorWindowController::extractText},
     {Command::copyHoverColor, &EditorWindowController::copyHoverColor},
@@ -92,6 +97,10 @@ EditorWindowController::EditorWindowController(
     editorWindow->setWindowIcon(AppIcon::windowIcon());
     editorWindow->setWillClose([this] { windowWillClose(); });
     makeMenuBar();
+    connect(&canvas(), &CanvasView::markMenuRequested, this, [this](QPoint screenPoint) {
+        const auto runHere = [this](Command command) { run(command); };
+        MainMenu::makeMarkMenu(editorModel, runHere, editorWindow.get())->popUpAt(screenPoint);
+    });
     const auto visible = WindowSystem::current().visibleFrame(*screenUnderPointer());
     auto size = EditorWindowLayout::contentSize(QSizeF(shot.image.size()) / shot.pixelScale, visible.size());
     size.rheight() += editorWindow->menuBarHeight(); // else a capture that fits would be shown smaller

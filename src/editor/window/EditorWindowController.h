@@ -54,6 +54,10 @@ public:
     void quickSave();
     /// Asks for pictures and puts them on the document.
     void insertImage();
+    void duplicate();
+    void bringForward();
+    void sendBackward();
+    void deleteMark();
     void pin();
     void extractText();
     /// The hovered colour's text to the clipboard.

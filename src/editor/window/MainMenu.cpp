@@ -27,7 +27,7 @@ struct Row {
 
 constexpr QStringView applicationMenu = u"Pintalux";
 
-constexpr std::array<Row, 20> table{{
+constexpr std::array<Row, 25> table{{
     {applicationMenu, Command::showAbout},
     {applicationMenu, std::nullopt},
     {applicationMenu, Command::showPreferences},
@@ -47,6 +47,11 @@ constexpr std::array<Row, 20> table{{
     {u"Edición", Command::copy},
     {u"Edición", Command::paste},
     {u"Edición", Command::selectAll},
+    {u"Edición", std::nullopt},
+    {u"Edición", Command::duplicate},
+    {u"Edición", Command::bringForward},
+    {u"Edición", Command::sendBackward},
+    {u"Edición", Command::deleteMark},
     {u"Ventana", Command::minimize},
 }};
 
@@ -193,7 +198,33 @@ QKeySequence keySequence(QStringView written)
 {
     auto portable = written.toString();
     portable.replace(u'⌘', u"Ctrl+"_s).replace(u'⇧', u"Shift+"_s);
+    portable.replace(u'↑', u"Up"_s).replace(u'↓', u"Down"_s);
     return QKeySequence::fromString(portable, QKeySequence::PortableText);
+}
+
+/// The keys that a row answers to: none for one of the canvas's own.
+QList<QKeySequence> shortcutsOf(const CommandRow& row)
+{
+    QList<QKeySequence> keys;
+    for (const auto written : {row.key, row.otherKey})
+        if (written.contains(u'⌘'))
+            keys.append(keySequence(written));
+    return keys;
+}
+
+/// A row that carries out the command and shows its key.
+QAction& addRow(QMenu& menu, Command command, const RunCommand& run)
+{
+    const auto& row = enumRow(command);
+    auto* action = menu.addAction(row.title.toString());
+    action->setData(int(command));
+    action->setMenuRole(QAction::NoRole);
+    const auto keys = shortcutsOf(row);
+    if (!row.key.isEmpty())
+        Menu::setKeyText(
+            *action, keys.isEmpty() ? KeyLabel::text(row.key.toString()) : KeyLabel::text(keys.first()));
+    QObject::connect(action, &QAction::triggered, &menu, [run, command] { run(command); });
+    return *action;
 }
 
 QMenu& menuTitled(QStringView title, QMenuBar& bar)
@@ -214,21 +245,23 @@ std::unique_ptr<QMenuBar> make(const RunCommand& run, QWidget* parent)
     auto bar = std::make_unique<Bar>(parent);
     for (const auto& [title, command] : table) {
         auto& menu = menuTitled(title, *bar);
-        if (!command) {
+        if (command)
+            addRow(menu, *command, run).setShortcuts(shortcutsOf(enumRow(*command)));
+        else
             menu.addSeparator();
-            continue;
-        }
-        const auto& row = enumRow(*command);
-        auto* action = menu.addAction(row.title.toString());
-        action->setData(int(*command));
-        action->setMenuRole(QAction::NoRole);
-        if (!row.key.isEmpty()) {
-            action->setShortcut(keySequence(row.key));
-            Menu::setKeyText(*action, KeyLabel::text(action->shortcut()));
-        }
-        QObject::connect(action, &QAction::triggered, bar.get(), [run, command = *command] { run(command); });
     }
     return bar;
+}
+
+Menu* makeMarkMenu(const EditorModel& model, const RunCommand& run, QWidget* parent)
+{
+    auto* menu = new Menu(parent);
+    for (const auto command : {Command::duplicate, Command::bringForward, Command::sendBackward})
+        addRow(*menu, command, run).setEnabled(isPossible(command, model));
+    menu->addSeparator();
+    addRow(*menu, Command::deleteMark, run).setEnabled(isPossible(Command::deleteMark, model));
+    QObject::connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater);
+    return menu;
 }
 
 std::optional<Command> commandOf(const QAction& action)
