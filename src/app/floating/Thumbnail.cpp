@@ -21,7 +21,7 @@ namespace pintalux {
 
 namespace {
 
-constexpr std::chrono::milliseconds lifetime{8000};
+constexpr std::chrono::milliseconds wholeLifetime{8000};
 constexpr std::chrono::milliseconds lifetimeAfterPointer{4000};
 constexpr std::chrono::milliseconds checkInterval{500};
 
@@ -43,8 +43,8 @@ ThumbnailController::ThumbnailController(CaptureResult capture, std::optional<Ex
     , settings(store)
     , actions(std::move(others))
 {
-    timer.setInterval(checkInterval);
-    connect(&timer, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
+    look.setInterval(checkInterval);
+    connect(&look, &QTimer::timeout, this, &ThumbnailController::checkLifetime);
     if (saving)
         whenFinished(saving->path, this, [this](const QFuture<QString>& path) { wasWritten(path); });
 }
@@ -70,8 +70,8 @@ void ThumbnailController::show()
             && panel->pos() == std::exchange(place, restingPlace(panel->screen()))) // nobody has moved it
             panel->move(place);
     });
-    deadline.setRemainingTime(lifetime);
-    timer.start();
+    lifetime.start(wholeLifetime);
+    look.start();
 }
 
 void ThumbnailController::wasWritten(const QFuture<QString>& path)
@@ -97,14 +97,15 @@ void ThumbnailController::checkLifetime()
     if (!panel || isSaving)
         return;
     if (panel->isUnderPointer())
-        deadline.setRemainingTime(lifetimeAfterPointer);
-    else if (deadline.hasExpired())
+        lifetime.start(lifetimeAfterPointer);
+    else if (!lifetime.isActive())
         close(true);
 }
 
 void ThumbnailController::close(bool animated)
 {
-    timer.stop();
+    look.stop();
+    lifetime.stop();
     if (!panel)
         return;
     auto* leaving = panel.data();

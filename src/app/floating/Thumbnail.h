@@ -2,9 +2,9 @@
 #pragma once
 
 #include "model/CaptureResult.h"
+#include "platform/base/SkippableTimer.h"
 #include "render/export/Exporter.h"
 
-#include <QDeadlineTimer>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -73,8 +73,8 @@ private:
     bool isSaving = false;
     QPointer<ThumbnailPanel> panel; ///< while it is shown
     QPoint place;                   ///< of its window, unless the person moves it
-    QTimer timer;
-    QDeadlineTimer deadline; ///< when the card goes unless the pointer is on it
+    QTimer look;                    ///< whether the card is to go
+    SkippableTimer lifetime;        ///< runs out unless the pointer is on it
 };
 
 } // namespace pintalux

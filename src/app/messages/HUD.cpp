@@ -4,6 +4,7 @@
 #include "controls/Sheet.h"
 #include "controls/theme/Fade.h"
 #include "model/Palette.h"
+#include "platform/base/SkippableTimer.h"
 #include "platform/desktop/ToolkitScreens.h"
 #include "platform/desktop/WindowSystem.h"
 #include "platform/graphics/GraphicsContext.h"
@@ -14,7 +15,6 @@
 #include <QLinearGradient>
 #include <QPaintEvent>
 #include <QScreen>
-#include <QTimer>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -101,8 +101,22 @@ public:
 
     void appear() { fade.setOn(true, !sheet.isTranslucent()); }
 
+    void leaveInTime()
+    {
+        life.setTimerType(Qt::PreciseTimer);
+        life.callOnTimeout(this, &Panel::leave);
+        life.start(shownMilliseconds);
+    }
+
     /// Fades out and goes.
     void leave() { fade.setOn(false, !sheet.isTranslucent()); }
+
+    void goAtOnce()
+    {
+        life.stop();
+        hide();
+        deleteLater(); // it may be its own timer that asks
+    }
 
     const QString message;
 
@@ -192,6 +206,7 @@ private:
     Sheet sheet;
     QImage picture;
     Fade fade;
+    SkippableTimer life;
 };
 
 /// The message on screen and its pending end.
@@ -235,7 +250,7 @@ Panel* showPanel(const QString& message, const QString& symbol, const std::optio
 void show(const QString& message, const QString& symbol, const std::optional<QColor>& tint)
 {
     if (auto* panel = showPanel(message, symbol, tint))
-        QTimer::singleShot(shownMilliseconds, Qt::PreciseTimer, panel, [panel] { panel->leave(); });
+        panel->leaveInTime();
 }
 
 void showUntilReplaced(const QString& message, const QString& symbol) { showPanel(message, symbol, {}); }
@@ -249,10 +264,8 @@ std::optional<QString> currentMessage()
 
 void dismiss()
 {
-    if (auto* leaving = currentPanel.release()) {
-        leaving->hide();
-        leaving->deleteLater(); // it may be its own timer that asks
-    }
+    if (auto* leaving = currentPanel.release())
+        leaving->goAtOnce();
 }
 
 } // namespace pintalux::HUD

@@ -4,11 +4,11 @@
 #include "capture/text/OCRLayout.h"
 #include "platform/base/ForeignCall.h"
 #include "platform/base/Memory.h"
+#include "platform/base/SkippableTimer.h"
 #include "platform/base/Worker.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QTimer>
 
 #include <mutex>
 
@@ -124,9 +124,8 @@ private:
     static void wait(int milliseconds)
     {
         if (!timer) {
-            timer = new QTimer(QCoreApplication::instance());
-            timer->setSingleShot(true);
-            QObject::connect(timer, &QTimer::timeout, [] {
+            timer = new SkippableTimer(QCoreApplication::instance());
+            QObject::connect(timer, &SkippableTimer::timeout, [] {
                 if (presenter.takesLong)
                     presenter.takesLong();
             });
@@ -135,19 +134,18 @@ private:
     }
 
     static inline int underWay = 0; ///< pictures that are read or wait for it
-    static inline QPointer<QTimer> timer;
+    static inline QPointer<SkippableTimer> timer;
 };
 
 /// From now on the engine has nothing to do. It holds some 70 MB, too much for a program that waits in the
 /// tray.
 void beginQuietTime()
 {
-    static QPointer<QTimer> quiet;
+    static QPointer<SkippableTimer> quiet;
     if (!quiet) {
-        quiet = new QTimer(QCoreApplication::instance());
-        quiet->setSingleShot(true);
+        quiet = new SkippableTimer(QCoreApplication::instance());
         quiet->setInterval(quietMilliseconds);
-        QObject::connect(quiet, &QTimer::timeout, [] { reader().rest(); });
+        QObject::connect(quiet, &SkippableTimer::timeout, [] { reader().rest(); });
     }
     quiet->start();
 }
