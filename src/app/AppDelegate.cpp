@@ -13,7 +13,7 @@
 #include "platform/base/Memory.h"
 #include "platform/base/Trace.h"
 #include "platform/desktop/KeyLabel.h"
-#include "platform/desktop/LoginItem.h"
+#include "platform/session/LoginItem.h"
 #include "settings/Settings.h"
 #include "settings/preferences/PreferencesWindow.h"
 #include "settings/preferences/SettingsFileActions.h"

@@ -9,7 +9,7 @@
 #include "capture/text/OCR.h"
 #include "platform/base/Trace.h"
 #include "platform/base/Worker.h"
-#include "platform/desktop/SystemSound.h"
+#include "platform/session/SystemSound.h"
 #include "settings/Settings.h"
 
 namespace pintalux {

@@ -2,7 +2,7 @@
 #include "app/CaptureBus.h"
 
 #include "platform/base/ApplicationId.h"
-#include "platform/desktop/SessionBus.h"
+#include "platform/session/SessionBus.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusContext>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SingleInstance.h"
 
-#include "platform/desktop/SessionBus.h"
+#include "platform/session/SessionBus.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnectionInterface>

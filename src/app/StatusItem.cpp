@@ -4,8 +4,8 @@
 #include "app/icon/AppIcon.h"
 #include "controls/Menu.h"
 #include "controls/theme/Theme.h"
-#include "platform/desktop/DesktopAppearance.h"
-#include "platform/desktop/TrayHost.h"
+#include "platform/session/DesktopAppearance.h"
+#include "platform/session/TrayHost.h"
 
 #include <QCursor>
 #include <QEvent>

@@ -2,7 +2,7 @@
 #include "controls/theme/ThemeFollower.h"
 
 #include "controls/theme/Theme.h"
-#include "platform/desktop/DesktopAppearance.h"
+#include "platform/session/DesktopAppearance.h"
 
 #include <QApplication>
 #include <QPalette>

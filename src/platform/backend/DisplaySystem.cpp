@@ -2,7 +2,7 @@
 #include "platform/backend/DisplaySystem.h"
 
 #include "platform/desktop/NoScreenSource.h"
-#include "platform/desktop/SystemWorkspace.h"
+#include "platform/session/SystemWorkspace.h"
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11Workspace.h"

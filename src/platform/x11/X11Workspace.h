@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/desktop/SystemWorkspace.h"
+#include "platform/session/SystemWorkspace.h"
 
 #include <QByteArray>
 

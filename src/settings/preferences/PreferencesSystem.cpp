@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "controls/Menu.h"
 #include "controls/PushButton.h"
-#include "platform/desktop/LoginItem.h"
 #include "platform/graphics/Symbol.h"
+#include "platform/session/LoginItem.h"
 #include "settings/preferences/PreferencesRows.h"
 
 #include <QBoxLayout>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/SessionBus.h"
+#include "platform/session/SessionBus.h"
 
 #include <QFileInfo>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/TrayHost.h"
+#include "platform/session/TrayHost.h"
 
-#include "platform/desktop/SessionBus.h"
 #include "platform/desktop/WindowSystem.h"
+#include "platform/session/SessionBus.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>

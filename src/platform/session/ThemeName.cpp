@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/ThemeName.h"
+#include "platform/session/ThemeName.h"
 
 #include <QRegularExpression>
 

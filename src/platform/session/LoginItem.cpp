@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/LoginItem.h"
+#include "platform/session/LoginItem.h"
 
 #include "platform/base/ApplicationId.h"
 #include "platform/base/Files.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/SystemWorkspace.h"
+#include "platform/session/SystemWorkspace.h"
 
-#include "platform/desktop/SessionBus.h"
+#include "platform/session/SessionBus.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>

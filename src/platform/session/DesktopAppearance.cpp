@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/DesktopAppearance.h"
+#include "platform/session/DesktopAppearance.h"
 
-#include "platform/desktop/SessionBus.h"
-#include "platform/desktop/ThemeName.h"
 #include "platform/desktop/WindowSystem.h"
+#include "platform/session/SessionBus.h"
+#include "platform/session/ThemeName.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/SystemSound.h"
+#include "platform/session/SystemSound.h"
 
 #include "platform/base/ApplicationId.h"
 #include "platform/base/Files.h"
