@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # Installs what the project needs and this machine lacks. The one place that knows the packages' names.
-#   tools/setup.sh [build] [run] [test] [fuzz] [root]     (no argument: build, run and test)
+#   tools/setup.sh [build] [run] [test] [fuzz] [coverage] [root]     (no argument: build, run and test)
 #   tools/setup.sh --list [GROUP...]                      only names what would be missing
 # Before it installs it says what and how much. Quick when nothing is missing: it asks dpkg once.
 set -euo pipefail
@@ -24,6 +24,8 @@ test=("${display[@]}" ccache libgtest-dev libgmock-dev libbenchmark-dev clang-fo
 # With the fonts and image formats of the program: they shape what the targets meet.
 fuzz=(clang libclang-rt-dev qt6-image-formats-plugins fonts-inter fonts-quicksand fonts-comic-neue
   fonts-dejavu-core fonts-noto-color-emoji)
+# What tools/coverage.sh counts with.
+coverage=(gcovr)
 # What tools/bare-root.sh makes its roots with.
 root=(mmdebstrap)
 
@@ -37,7 +39,7 @@ groups=("$@")
 wanted=()
 for group in "${groups[@]}"; do
   case "$group" in
-    build | run | test | fuzz | root) declare -n packages="$group" ;;
+    build | run | test | fuzz | coverage | root) declare -n packages="$group" ;;
     *) echo "setup.sh: unknown group $group" >&2; exit 2 ;;
   esac
   wanted+=("${packages[@]}")
