@@ -16,7 +16,7 @@ int main(int argc, char** argv)
         return *decoded;
     const pintalux::test::OwnHome home;
     pintalux::test::OwnHome::enter(home.environment());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", OFFSCREEN_PLATFORM);
     stage::enterOwnWorld();
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
