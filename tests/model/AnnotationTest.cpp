@@ -3,12 +3,6 @@
 
 #include "platform/graphics/Geometry.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
-
 namespace {
 
 Annotation mark(AnnotationKind kind, QPointF start, QPointF end, double lineWidth = 4)
@@ -27,14 +21,6 @@ Annotation text(const QString& words, bool filled = false, double fontSize = 32)
 
 } // namespace
 
-TEST(AnnotationGeometry, RectDoesNotDependOnTheDirectionOfTheDrag)
-{
-    const QRectF expected(10, 20, 30, 40);
-    EXPECT_EQ(mark(AnnotationKind::rectangle, {10, 20}, {40, 60}).rect(), expected);
-    EXPECT_EQ(mark(AnnotationKind::rectangle, {40, 20}, {10, 60}).rect(), expected);
-    EXPECT_EQ(mark(AnnotationKind::rectangle, {40, 60}, {10, 20}).rect(), expected);
-}
-
 TEST(AnnotationCurve, PassesThroughTheMidpointItWasGiven)
 {
     auto arrow = mark(AnnotationKind::arrow, {0, 0}, {100, 0});
@@ -52,24 +38,6 @@ TEST(AnnotationCurve, SnapsStraightOnlyNearTheChord)
     EXPECT_EQ(arrow.curveMidpoint(), QPointF(50, 0));
     arrow.setCurveMidpoint({50, 2.6});
     EXPECT_TRUE(arrow.control);
-}
-
-TEST(AnnotationCurve, NoSegmentsMeansTheStartAlone)
-{
-    EXPECT_EQ(mark(AnnotationKind::line, {3, 4}, {9, 9}).curveSamples(0), QList<QPointF>({{3, 4}}));
-}
-
-TEST(AnnotationBounds, CoverWhatTheMarkTouches)
-{
-    EXPECT_EQ(mark(AnnotationKind::line, {10, 10}, {50, 10}).bounds(), QRectF(2, 2, 56, 16));
-    EXPECT_EQ(mark(AnnotationKind::blur, {10, 10}, {50, 30}).bounds(), QRectF(2, 2, 56, 36));
-    EXPECT_TRUE(mark(AnnotationKind::pen, {0, 0}, {0, 0}).bounds().isNull());
-
-    auto step = mark(AnnotationKind::step, {100, 100}, {}, 5); // radius 8 + 13.44
-    EXPECT_EQ(step.bounds(), QRectF(100 - 21.44, 100 - 21.44, 42.88, 42.88));
-    step.pointer = {100, 200};
-    EXPECT_DOUBLE_EQ(step.bounds().bottom(), 200);
-    EXPECT_DOUBLE_EQ(step.bounds().left(), 100 - 21.44);
 }
 
 TEST(AnnotationPointer, TooCloseATipIsKeptButDoesNotShow)
@@ -92,12 +60,6 @@ TEST(AnnotationPointer, TooCloseATipIsKeptButDoesNotShow)
     EXPECT_FALSE(bubble.hasPointer());
 }
 
-TEST(AnnotationText, EmptyTextIsOneLineHigh)
-{
-    EXPECT_EQ(text(u""_s).textSize().height(), text(u"Áy"_s).textSize().height());
-    EXPECT_GT(text(u"a\nb"_s).textSize().height(), 1.9 * text(u"a"_s).textSize().height() - 1);
-}
-
 TEST(AnnotationText, BoxWidthWrapsAndNeverGoesBelowTheFontSize)
 {
     auto bubble = text(u"una frase que no cabe en una sola línea"_s, true);
@@ -108,15 +70,7 @@ TEST(AnnotationText, BoxWidthWrapsAndNeverGoesBelowTheFontSize)
     EXPECT_DOUBLE_EQ(bubble.textBubble().width(), oneLine.width() / 2);
     bubble.boxWidth = 1;
     EXPECT_DOUBLE_EQ(bubble.textSize().width(), 32);
-}
-
-TEST(AnnotationText, BubbleSurroundsTheTextByItsPadding)
-{
-    const auto bubble = text(u"hola"_s, true);
-    const auto size = bubble.textSize();
-    EXPECT_EQ(bubble.textBubble(),
-        QRectF(100 - 0.62 * 32, 100 - 0.3 * 32, size.width() + 1.24 * 32, size.height() + 0.6 * 32));
-    EXPECT_EQ(text(u"hola"_s).textBubble().topLeft(), QPointF(100, 100));
+    EXPECT_EQ(text(u""_s).textSize().height(), text(u"Áy"_s).textSize().height()) << "empty is one line high";
 }
 
 TEST(AnnotationHitTest, DecidesByKind)
@@ -142,18 +96,13 @@ TEST(AnnotationHitTest, DecidesByKind)
              Row{"centre of a hollow frame", frame, {100, 100}, false},
              Row{"edge of a hollow frame", frame, {9.9, 100}, true},
              Row{"inside of a frame's reach", frame, {10.1, 100}, false},
-             Row{"outside of a frame", frame, {-10.1, 100}, false},
              Row{"minimum edge belongs to it", frame, {-10, 100}, true},
              Row{"maximum edge does not", frame, {210, 100}, false},
              Row{"a frame with no inside left is all edge", small, {10, 10}, true},
              Row{"filled centre", filled, {100, 100}, true},
-             Row{"filled grows by the tolerance only", filled, {-7, 100}, false},
              Row{"line within twice its width", line, {50, 8}, true},
-             Row{"line beyond it", line, {50, 8.1}, false},
              Row{"past the end of a line", line, {108.1, 0}, false},
-             Row{"pen", pen, {50, 10}, true},
              Row{"pen beyond", pen, {50, 10.1}, false},
-             Row{"highlighter is wider", highlighter, {50, 16}, true},
              Row{"highlighter beyond", highlighter, {50, 16.1}, false},
              Row{"single point", dot, {50, 60}, true},
              Row{"no points", mark(AnnotationKind::pen, {}, {}), {0, 0}, false},
@@ -174,9 +123,4 @@ TEST(Annotation, MovingTakesEveryPointAlong)
     EXPECT_EQ(arrow.points, QList<QPointF>({{4, -1}}));
     EXPECT_EQ(arrow.control, QPointF(8, 3));
     EXPECT_EQ(arrow.pointer, QPointF(10, 5));
-}
-
-TEST(Annotation, FreshMarksAreDifferentIndividuals)
-{
-    EXPECT_NE(mark(AnnotationKind::arrow, {}, {}).id, mark(AnnotationKind::arrow, {}, {}).id);
 }

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/ImageFile.h"
 
+#include "Pictures.h"
+#include "Stage.h"
 #include "platform/base/Error.h"
 #include "platform/image/DecoderProcess.h"
 #include "platform/image/PngEncoder.h"
-
-#include <QColorSpace>
-#include <QDir>
-#include <QFile>
-#include <QImageWriter>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QtEndian>
 
 #include <libdeflate.h>
 #include <sys/resource.h>
@@ -19,40 +13,27 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cmath>
-
-using namespace Qt::StringLiterals;
-
 namespace pintalux {
 namespace {
 
 /// Four colours, one to a quarter, so that turning and mirroring show.
 QImage quarters(QSize size)
 {
-    QImage image(size, QImage::Format_RGB32);
+    auto image = test::plain(size);
     const int w = size.width() / 2, h = size.height() / 2;
     QPainter painter(&image);
     painter.fillRect(0, 0, w, h, Qt::red);
     painter.fillRect(w, 0, w, h, Qt::green);
     painter.fillRect(0, h, w, h, Qt::blue);
-    painter.fillRect(w, h, w, h, Qt::white);
     return image;
 }
 
-int distance(QColor a, QColor b)
-{
-    return std::max(
-        {std::abs(a.red() - b.red()), std::abs(a.green() - b.green()), std::abs(a.blue() - b.blue())});
-}
-
-void expectQuarters(const QImage& image, QSize size, const std::string& what, int tolerance = 40)
+void expectQuarters(const QImage& image, QSize size, const std::string& what)
 {
     ASSERT_EQ(image.size(), size) << what;
-    const int w = size.width() / 4, h = size.height() / 4;
-    EXPECT_LE(distance(image.pixelColor(w, h), Qt::red), tolerance) << what;
-    EXPECT_LE(distance(image.pixelColor(3 * w, h), Qt::green), tolerance) << what;
-    EXPECT_LE(distance(image.pixelColor(w, 3 * h), Qt::blue), tolerance) << what;
-    EXPECT_LE(distance(image.pixelColor(3 * w, 3 * h), Qt::white), tolerance) << what;
+    const auto small = image.scaled(2, 2);
+    const auto wanted = quarters({2, 2});
+    EXPECT_EQ(test::difference(small, wanted, 40), QRect()) << what;
 }
 
 void runTool(const QString& program, const QStringList& arguments)
@@ -66,21 +47,8 @@ void runTool(const QString& program, const QStringList& arguments)
 class ImageFiles : public testing::Test {
 protected:
     QString path(const QString& name) const { return folder.filePath(name); }
-
-    void write(const QString& name, const QByteArray& bytes) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        ASSERT_EQ(file.write(bytes), bytes.size());
-    }
-
-    /// The contents of a file in the folder, or anywhere.
-    QByteArray bytes(const QString& name) const
-    {
-        QFile file(QDir(folder.path()).absoluteFilePath(name));
-        EXPECT_TRUE(file.open(QFile::ReadOnly));
-        return file.readAll();
-    }
+    void write(const QString& name, const QByteArray& bytes) const { stage::put(path(name), bytes); }
+    QByteArray bytes(const QString& name) const { return stage::contents(path(name)); }
 
     /// The sentence of the failure, empty when the file could be read.
     QString failure(const QString& name) const
@@ -109,7 +77,10 @@ protected:
     }
     static void TearDownTestSuite() { samples.reset(); }
 
-    QByteArray sample(const QString& kind) const { return bytes(samples->filePath(u"a."_s + kind)); }
+    QByteArray sample(const QString& kind) const
+    {
+        return stage::contents(samples->filePath(u"a."_s + kind));
+    }
 
     static inline std::unique_ptr<QTemporaryDir> samples;
     QTemporaryDir folder;
@@ -187,7 +158,7 @@ TEST_F(ImageFiles, RefusesWhatWouldNotFitBeforeTakingTheMemory)
 TEST_F(ImageFiles, SurvivesWhatEndsADecoder)
 {
     // Its picture is a grid whose only tile is itself.
-    write(u"a.heic"_s, bytes(QStringLiteral(FUZZ_CORPUS "/image/self-grid.heic")));
+    write(u"a.heic"_s, stage::contents(QStringLiteral(FUZZ_CORPUS "/image/self-grid.heic")));
     EXPECT_EQ(failure(u"a.heic"_s), u"«a.heic» no es una imagen que se pueda abrir."_s);
     EXPECT_EQ(DecoderProcess::decode(sample(u"heic"_s), std::chrono::milliseconds(0)).outcome,
         DecodedImage::Outcome::tooSlow);
@@ -297,14 +268,13 @@ TEST_F(ImageFiles, LeavesAPictureWithBrokenMetadataAsItIs)
 
 TEST_F(ImageFiles, ConvertsColoursToTheStandardSpace)
 {
-    QImage image(20, 20, QImage::Format_RGB32);
-    image.fill(QColor(200, 80, 60));
+    auto image = test::plain({20, 20}, QColor(200, 80, 60));
     image.setColorSpace(QColorSpace::DisplayP3);
     ASSERT_TRUE(image.save(path(u"wide.png"_s)));
     const QColor expected = image.convertedToColorSpace(QColorSpace::SRgb).pixelColor(3, 3);
     const QImage read = readImageFile(path(u"wide.png"_s)).image;
-    EXPECT_GT(distance(expected, QColor(200, 80, 60)), 8);
-    EXPECT_LE(distance(read.pixelColor(3, 3), expected), 1);
+    EXPECT_FALSE(test::near(expected, QColor(200, 80, 60), 8));
+    EXPECT_TRUE(test::near(read.pixelColor(3, 3), expected, 1));
     EXPECT_EQ(read.colorSpace(), QColorSpace(QColorSpace::SRgb));
 }
 
@@ -332,8 +302,7 @@ TEST_F(ImageFiles, KeepsThePixelsOfAPngThatDescribesTheStandardSpaceByGammaAndPr
 
 TEST_F(ImageFiles, KeepsTransparencyAndDropsAnEmptyOne)
 {
-    QImage image(20, 20, QImage::Format_ARGB32);
-    image.fill(QColor(200, 80, 60));
+    auto image = test::plain({20, 20}, QColor(200, 80, 60), QImage::Format_ARGB32);
     ASSERT_TRUE(image.save(path(u"a.png"_s)));
     EXPECT_EQ(readImageFile(path(u"a.png"_s)).image.format(), QImage::Format_RGB32);
     image.setPixelColor(4, 4, QColor(200, 80, 60, 100));

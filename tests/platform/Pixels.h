@@ -1,24 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QRandomGenerator>
-
-#include <algorithm>
-#include <cmath>
-#include <vector>
-
 /// Pictures to filter, and the plain arithmetic that filters are held to.
 namespace pintalux::testing_pixels {
-
-inline QImage noise(QSize size, QImage::Format format, quint32 seed = 1)
-{
-    QImage image(size, QImage::Format_ARGB32);
-    QRandomGenerator random(seed);
-    for (int y = 0; y < size.height(); ++y)
-        for (int x = 0; x < size.width(); ++x)
-            image.setPixel(x, y, random.generate());
-    return image.convertToFormat(format);
-}
 
 /// One channel of a picture, row by row.
 using Plane = std::vector<double>;

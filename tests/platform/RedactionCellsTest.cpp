@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/RedactionCells.h"
 
+#include "Pictures.h"
 #include "Pixels.h"
 #include "platform/image/CellMeans.h"
-
-#include <numeric>
 
 namespace pintalux {
 namespace {
 
 using namespace testing_pixels;
+using test::noise;
 
 std::vector<int> upTo(int count)
 {
@@ -64,8 +64,8 @@ TEST(CellMeans, SumsOfWhiteDoNotOverflowInHugeCells)
 
 TEST(RedactionCells, PlainPicturesStayAsTheyAre)
 {
-    for (const QRgb color : {0xFFFFFFFFU, 0xFF000000U, 0xFF123456U, 0xFFF0F1F5U, 0x80402010U, 0x00000000U})
-        for (const double side : {6.0, 9.0, 18.0})
+    for (const QRgb color : {0xFFFFFFFFU, 0xFF123456U, 0x80402010U, 0x00000000U})
+        for (const double side : {6.0, 18.0})
             for (const QSize size : {QSize(1, 1), QSize(2, 90), QSize(130, 3), QSize(401, 267)}) {
                 QImage flat(size, QImage::Format_ARGB32_Premultiplied);
                 for (int y = 0; y < size.height(); ++y)
@@ -131,17 +131,6 @@ TEST(RedactionCells, PixelsOfSomeColumnsAndRowsAreThoseOfTheWhole)
         }
 }
 
-TEST(RedactionCells, KeepPremultipliedColoursBelowTheirAlpha)
-{
-    const QImage source = noise({400, 300}, QImage::Format_ARGB32_Premultiplied);
-    for (const QImage& result : {pixellated(source, 9), blurred(source, 9, 12)})
-        for (int y = 0; y < result.height(); ++y) {
-            const auto* line = reinterpret_cast<const QRgb*>(result.constScanLine(y));
-            for (int x = 0; x < result.width(); ++x)
-                ASSERT_LE(std::max({qRed(line[x]), qGreen(line[x]), qBlue(line[x])}), qAlpha(line[x]));
-        }
-}
-
 TEST(RedactionCells, TakePicturesOfAnyFormat)
 {
     for (const auto& [given, made] : {std::pair{QImage::Format_RGB32, QImage::Format_RGB32},
@@ -153,6 +142,8 @@ TEST(RedactionCells, TakePicturesOfAnyFormat)
         for (const QImage& result : {pixellated(source, 9), blurred(source, 9, 12)}) {
             EXPECT_EQ(result.format(), made);
             EXPECT_EQ(result.size(), source.size());
+            EXPECT_TRUE(result.convertToFormat(QImage::Format_ARGB32).convertToFormat(made) == result)
+                << "a colour above its alpha";
         }
     }
     EXPECT_TRUE(RedactionCells({}, 9).isNull());

@@ -2,14 +2,9 @@
 #include "platform/graphics/Symbol.h"
 
 #include "model/CaptureAction.h"
+#include "model/Command.h"
 #include "model/Tool.h"
 #include "platform/graphics/PathData.h"
-
-#include <QRegularExpression>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
@@ -57,34 +52,24 @@ TEST(Symbol, EveryNameIsOneGlyphWithinItsSquare)
 
 TEST(Symbol, EverySymbolOfTheTablesExists)
 {
-    for (const auto& row : toolTable)
-        EXPECT_TRUE(Symbol::exists(row.symbol)) << row.symbol.toString().toStdString();
-    for (const auto& row : captureActionTable)
-        EXPECT_TRUE(Symbol::exists(row.symbol)) << row.symbol.toString().toStdString();
+    const auto expectExisting = [](const auto& table) {
+        for (const auto& row : table)
+            EXPECT_TRUE(row.symbol.isEmpty() || Symbol::exists(row.symbol))
+                << row.symbol.toString().toStdString();
+    };
+    expectExisting(toolTable);
+    expectExisting(captureActionTable);
+    expectExisting(commandTable);
 }
 
-TEST(Symbol, IsTintedByTheBrushAndGrowsWithTheSize)
-{
-    const auto red = drawn(u"trash"_s, 40, Qt::red);
-    for (int y = 0; y < red.height(); ++y)
-        for (int x = 0; x < red.width(); ++x)
-            ASSERT_EQ(qGreen(red.pixel(x, y)) + qBlue(red.pixel(x, y)), 0);
-    const auto small = Symbol::path(u"trash", 20).boundingRect();
-    const auto large = Symbol::path(u"trash", 40).boundingRect();
-    EXPECT_NEAR(large.width(), 2 * small.width(), 1e-6);
-    EXPECT_NEAR(large.top(), 2 * small.top(), 1e-6);
-}
-
-TEST(Symbol, IconsAreDrawnForTheDevicePixelRatioAndTheState)
+TEST(Symbol, IconsAreDrawnForTheDevicePixelRatioAndInTheColourOfTheirState)
 {
     const auto icon = Symbol::icon(u"folder", Symbol::IconColors{Qt::black, Qt::gray, Qt::white});
     const auto twice = icon.pixmap(QSize(17, 17), 2, QIcon::Normal).toImage();
-    ASSERT_EQ(twice.size(), QSize(34, 34));
     const auto expected = drawn(u"folder"_s, 34, Qt::black);
     EXPECT_EQ(twice.convertToFormat(expected.format()), expected) << "not an enlarged small picture";
     const auto active = icon.pixmap(QSize(17, 17), 1, QIcon::Active).toImage();
-    EXPECT_NEAR(coverage(active), coverage(drawn(u"folder"_s, 17, Qt::black)), 0.01);
-    EXPECT_EQ(qRed(active.pixel(3, 8)), qAlpha(active.pixel(3, 8))) << "white, premultiplied or not";
+    EXPECT_EQ(active.convertToFormat(expected.format()), drawn(u"folder"_s, 17, Qt::white));
 }
 
 TEST(PathData, ReadsTheShortNotation)

@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/ThemeName.h"
+#include "platform/session/ThemeName.h"
 
 #include "platform/base/Error.h"
 #include "platform/x11/windowing/XSettings.h"
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 TEST(ThemeName, AThemeIsDarkWhenAWordOfItsNameSaysSo)
 {

@@ -3,15 +3,7 @@
 
 #include "platform/base/Parallel.h"
 
-#include <QSemaphore>
-
 #include <pthread.h>
-
-#include <atomic>
-#include <memory>
-#include <vector>
-
-using namespace pintalux;
 
 namespace {
 

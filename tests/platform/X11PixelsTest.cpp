@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/Pixels.h"
 
-#include <vector>
-
 using namespace pintalux::x11;
 
 // Red, green, blue and grey, as servers of other kinds lay them out.
