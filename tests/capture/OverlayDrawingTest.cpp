@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "capture/OverlayDrawing.h"
 
+#include "Pictures.h"
 #include "platform/graphics/Geometry.h"
 
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
+using test::near;
 
 namespace {
 
@@ -16,8 +15,7 @@ const QColor dimmed(124, 112, 99); // paper under black at .38
 // Plain paper with a pixel of its own colour at the top left.
 QImage paperPicture(double scale)
 {
-    QImage image((QSizeF(viewSize) * scale).toSize(), QImage::Format_RGB32);
-    image.fill(paper);
+    auto image = test::plain((QSizeF(viewSize) * scale).toSize(), paper);
     image.setPixelColor(0, 0, Qt::red);
     return image;
 }
@@ -58,13 +56,6 @@ QColor at(const QImage& canvas, double scale, QPointF point)
     return canvas.pixelColor(int(point.x() * scale), int(point.y() * scale));
 }
 
-bool near(const QColor& one, const QColor& other, int tolerance = 2)
-{
-    return std::abs(one.red() - other.red()) <= tolerance
-        && std::abs(one.green() - other.green()) <= tolerance
-        && std::abs(one.blue() - other.blue()) <= tolerance;
-}
-
 } // namespace
 
 TEST(OverlayDrawing, TheSelectionShowsThePictureAndTheRestIsDimmed)
@@ -75,7 +66,7 @@ TEST(OverlayDrawing, TheSelectionShowsThePictureAndTheRestIsDimmed)
         const auto canvas = painted(scene);
         const auto inside = canvas.copy(QRect(QPoint(105, 155) * scale, QSize(190, 110) * scale));
         const auto frozen = paperPicture(scale).copy(QRect(QPoint(105, 155) * scale, inside.size()));
-        EXPECT_EQ(inside, frozen) << "not one pixel of the selection may change";
+        EXPECT_EQ(test::differingPixels(inside, frozen), 0) << "not one pixel of the selection may change";
         EXPECT_TRUE(near(at(canvas, scale, {50, 400}), dimmed));
         EXPECT_TRUE(near(at(canvas, scale, {200, 149.6}), QColor(237, 236, 234), 6)) << "white hairline";
         EXPECT_TRUE(near(at(canvas, scale, {200, 148.4}), QColor(116, 89, 232), 6)) << "brand";
@@ -91,7 +82,7 @@ TEST(OverlayDrawing, ColorModeLeavesThePictureAloneAwayFromTheLoupe)
 {
     for (const double scale : {1.0, 2.0}) {
         auto scene = sceneAt(scale, OverlayMode::color);
-        EXPECT_EQ(painted(scene), paperPicture(scale));
+        EXPECT_EQ(test::differingPixels(painted(scene), paperPicture(scale)), 0);
 
         scene.mouse = QPointF(0.2, 0.2);
         const auto canvas = painted(scene);
@@ -104,7 +95,6 @@ TEST(OverlayDrawing, ColorModeLeavesThePictureAloneAwayFromTheLoupe)
         EXPECT_EQ(cell(6, 5), paper);
         EXPECT_EQ(cell(4, 5), QColor(Qt::black)) << "outside the image";
         EXPECT_EQ(cell(5, 4), QColor(Qt::black)) << "outside the image";
-        EXPECT_EQ(cell(10, 5), paper);
     }
 }
 
@@ -120,13 +110,6 @@ TEST(OverlayLayout, TheSizeLabelTellsPixelsAndKeepsItsRules)
     const auto low = *layOut(scene).label;
     EXPECT_EQ(low.pill.left(), 6);
     EXPECT_NEAR(low.pill.bottom(), 500 - 8, 1e-6) << "inside the selection";
-
-    TextLine ones;
-    TextLine eights;
-    const TextAttributes look{Draw::systemFont(12, FontWeight::semibold), Qt::white};
-    ones.appendWithEvenDigits(u"1111 × 111"_s, look);
-    eights.appendWithEvenDigits(u"8888 × 888"_s, look);
-    EXPECT_NEAR(ones.size().width(), eights.size().width(), 1e-6);
 }
 
 TEST(OverlayLayout, WhatIsShownStaysOnTheScreenAndOnOneLine)
@@ -169,21 +152,6 @@ TEST(OverlayLayout, WhatIsShownStaysOnTheScreenAndOnOneLine)
     }
 }
 
-TEST(OverlayLayout, TheBarIsOnTheScreenOfThePointerOrElseOfTheKeyboard)
-{
-    auto scene = sceneAt(1);
-    EXPECT_FALSE(layOut(scene).bar);
-    scene.hasKeyboard = true;
-    ASSERT_TRUE(layOut(scene).bar);
-    EXPECT_EQ(layOut(scene).bar->frame.top(), 34);
-    EXPECT_NEAR(layOut(scene).bar->frame.center().x(), 400, 1e-6);
-    scene.mouse = QPointF(800, 20);
-    EXPECT_FALSE(layOut(scene).bar) << "the pointer is beyond this screen";
-    scene.hasKeyboard = false;
-    scene.mouse = QPointF(799, 20);
-    EXPECT_TRUE(layOut(scene).bar);
-}
-
 // A partial repaint must leave what a full one gives, whatever was there before.
 TEST(OverlayDamage, RepaintingTheDamageEqualsRepaintingEverything)
 {
@@ -221,17 +189,4 @@ TEST(OverlayDamage, RepaintingTheDamageEqualsRepaintingEverything)
             ASSERT_EQ(canvas, painted(script[step])) << "step " << step << " at " << scale;
         }
     }
-}
-
-TEST(OverlayDamage, DraggingALargeSelectionRepaintsStripsOnly)
-{
-    auto before = sceneAt(1);
-    before.selection = QRectF(20, 20, 700, 400);
-    auto after = before;
-    after.selection = QRectF(20, 20, 701, 401);
-    qint64 area = 0;
-    for (const QRect& part : damage(layOut(before), layOut(after)))
-        area += qint64(part.width()) * part.height();
-    EXPECT_LT(area, 60000);
-    EXPECT_TRUE(damage(layOut(after), layOut(after)).isEmpty());
 }

@@ -3,11 +3,6 @@
 #include "platform/graphics/Geometry.h"
 #include "render/SeededRandom.h"
 
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::testing_scene;
 
 namespace {
@@ -21,21 +16,17 @@ const QUuid someId(u"00112233-4455-6677-8899-aabbccddeeff"_s);
 
 } // namespace
 
-TEST(SeededRandom, FollowsTheReferenceGenerator)
-{
-    // First outputs of SplitMix64 from state 0: E220A8397B1DCDAF, 6E789E6AA1B965F4, 06C45D188009454F.
-    SeededRandom random{0};
-    EXPECT_DOUBLE_EQ(random.next(), double(0xE220A8397B1DCDAFU >> 11) / 9007199254740992.0);
-    EXPECT_DOUBLE_EQ(random.next(), double(0x6E789E6AA1B965F4U >> 11) / 9007199254740992.0);
-    EXPECT_DOUBLE_EQ(random.next(), double(0x06C45D188009454FU >> 11) / 9007199254740992.0);
-}
-
-TEST(SeededRandom, TheSeedTakesTheBytesAsTheTextShowsThem)
+TEST(SeededRandom, FollowsTheReferenceGeneratorFromTheBytesAsTheTextShowsThem)
 {
     auto hash = 0x9E3779B97F4A7C15U;
     for (unsigned byte = 0; byte < 16; ++byte)
         hash = (hash * 31) ^ (byte * 0x11);
     EXPECT_EQ(SeededRandom::fromUuid(someId).state, hash);
+    // First outputs of SplitMix64 from state 0: E220A8397B1DCDAF, 6E789E6AA1B965F4, 06C45D188009454F.
+    SeededRandom random{0};
+    EXPECT_DOUBLE_EQ(random.next(), double(0xE220A8397B1DCDAFU >> 11) / 9007199254740992.0);
+    EXPECT_DOUBLE_EQ(random.next(), double(0x6E789E6AA1B965F4U >> 11) / 9007199254740992.0);
+    EXPECT_DOUBLE_EQ(random.next(), double(0x06C45D188009454FU >> 11) / 9007199254740992.0);
 }
 
 TEST(ArrowPath, HeadOfAShortArrowStaysWithinItsShaft)
@@ -48,41 +39,6 @@ TEST(ArrowPath, HeadOfAShortArrowStaysWithinItsShaft)
         EXPECT_NEAR(path->boundingRect().height(),
             std::max(2 * 0.58 * std::min(4.2 * 8, 0.55 * length), 1.1 * 8), 1e-6);
     }
-}
-
-TEST(ArrowPath, WidensFromTailToNeck)
-{
-    const auto path = Renderer::arrowPath(straight(300), 10).value();
-    const auto halfWidthAt = [&path](double x) {
-        double half = 0;
-        while (path.contains(QPointF(x, half)))
-            half += 0.01;
-        return half;
-    };
-    const double neck = 300 - 0.78 * 42;
-    EXPECT_NEAR(halfWidthAt(0.5), 1.8, 0.05);
-    EXPECT_NEAR(halfWidthAt(neck / 2), (1.8 + 5.5) / 2, 0.05);
-    EXPECT_NEAR(halfWidthAt(neck - 1), 5.5, 0.15);
-}
-
-TEST(ArrowPath, HeadFollowsTheChordOfTheCurvesEnd)
-{
-    Annotation arrow{.start = {0, 0}, .end = {200, 0}, .color = Qt::red};
-    arrow.control = QPointF(100, 200);
-    const auto points = arrow.curveSamples();
-    const auto path = Renderer::arrowPath(points, 6).value();
-    // The barbs lie square to the axis through the point where the curve is one head length from its tip.
-    const double head = 4.2 * 6;
-    const auto outline = path.toFillPolygon();
-    const auto tipAt = outline.indexOf(QPointF(200, 0));
-    ASSERT_GT(tipAt, 0);
-    const auto left = outline[tipAt - 1];
-    const auto right = outline[tipAt + 1];
-    EXPECT_NEAR(distance(left, right), 2 * 0.58 * head, 1e-6);
-    const auto axis = unit(QPointF(200, 0) - midpoint(left, right));
-    EXPECT_NEAR(QPointF::dotProduct(axis, unit(right - left)), 0, 1e-6);
-    const double tangent = direction(QPointF(100, -200)); // at the very tip
-    EXPECT_GT(std::abs(direction(axis) - tangent), 0.02);
 }
 
 TEST(LineArrowPath, BarbsLieEitherSideOfTheShaft)
@@ -127,26 +83,13 @@ TEST(LineArrow, TipIsAsSmoothAsADisc)
 TEST(Arrow, TwoPixelsAndLessDrawNothingInAnyStyle)
 {
     const auto capture = plain(60, 60);
-    for (const auto style : allCases<ArrowStyle>()) {
-        for (const double length : {0.0, 1.0, 2.0}) {
+    for (const auto style : allCases<ArrowStyle>())
+        for (const double length : {0.0, 2.0, 3.0}) {
             auto arrow = mark(AnnotationKind::arrow, {30, 30}, {30 + length, 30});
             arrow.arrowStyle = style;
-            EXPECT_TRUE(difference(drawn(capture, {arrow}), capture).isNull())
+            EXPECT_EQ(difference(drawn(capture, {arrow}), capture).isNull(), length < 3)
                 << rawValue(style).toStdString() << " " << length;
         }
-        auto arrow = mark(AnnotationKind::arrow, {30, 30}, {33, 30});
-        arrow.arrowStyle = style;
-        EXPECT_FALSE(difference(drawn(capture, {arrow}), capture).isNull()) << rawValue(style).toStdString();
-    }
-}
-
-TEST(SketchArrow, LooksTheSameForItsIdentityAndOtherForAnother)
-{
-    const auto points = straight(200);
-    const auto first = Renderer::sketchArrowPaths(points, 6, 2, someId);
-    ASSERT_EQ(first.size(), 2);
-    EXPECT_EQ(first, Renderer::sketchArrowPaths(points, 6, 2, someId));
-    EXPECT_NE(first, Renderer::sketchArrowPaths(points, 6, 2, QUuid::createUuid()));
 }
 
 TEST(SketchArrow, TheOrderOfTheDrawsIsTheFormat)
@@ -180,6 +123,7 @@ TEST(SketchArrow, TheOrderOfTheDrawsIsTheFormat)
     EXPECT_NEAR(path.elementAt(int(barb) - 1).y, offsets.back(), 1e-9);
     EXPECT_NEAR(path.elementAt(int(barb)).x, 200 + reach * std::cos(angle) + dx, 1e-6);
     EXPECT_NEAR(path.elementAt(int(barb)).y, reach * std::sin(angle) + dy, 1e-6);
+    EXPECT_NE(path, Renderer::sketchArrowPaths(points, width, scale, QUuid::createUuid()).front());
 }
 
 TEST(SmoothPath, ADotAndALineAreStrokedToTheirEnds)

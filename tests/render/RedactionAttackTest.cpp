@@ -1,24 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Scene.h"
 
-#include <QCryptographicHash>
-#include <QFont>
-#include <QHash>
-#include <QRandomGenerator>
-
-#include <array>
-#include <cmath>
-#include <numeric>
-#include <vector>
-
 /// Reads redacted text back, as anybody can who has the program: what was hidden is guessed, redacted in the
 /// same way and compared.
 namespace pintalux {
 namespace {
 
 using namespace testing_scene;
-using namespace Qt::StringLiterals;
-
 constexpr QStringView digits = u"0123456789";
 constexpr QStringView letters = u"abcdefghijklmnopqrstuvwxyz";
 
