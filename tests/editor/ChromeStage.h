@@ -8,10 +8,6 @@
 #include "platform/base/UserDefaults.h"
 #include "platform/desktop/KeyLabel.h"
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QMouseEvent>
-
 /// Bar, palette and arrow options around a canvas, in a window of their own, where commands are only noted.
 struct ChromeStage : testing::Test {
     using Tool = pintalux::Tool;

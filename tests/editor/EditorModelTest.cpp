@@ -1,22 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "editor/state/EditorModel.h"
 
+#include "Pictures.h"
 #include "platform/base/UserDefaults.h"
+#include "settings/OtherValues.h"
 
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using Field = EditorModel::Field;
 
 namespace {
 
 struct EditorModelTest : testing::Test {
-    static QImage picture(int width = 200, int height = 100)
-    {
-        QImage image(width, height, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        return image;
-    }
+    static QImage picture(int width = 200, int height = 100) { return test::plain({width, height}); }
 
     static Annotation mark(AnnotationKind kind = AnnotationKind::rectangle, int number = 0)
     {
@@ -113,34 +107,6 @@ TEST_F(EditorModelTest, ToolsDecideWhatStaysChosen)
     EXPECT_TRUE(model.showArrowOptions());
 }
 
-TEST_F(EditorModelTest, ARedactionLooksTheSameBeforeWithinAndAfterACrop)
-{
-    auto writing = picture(400, 300);
-    QPainter painter(&writing);
-    for (int y = 20; y < 300; y += 16)
-        painter.drawText(6, y, u"4539 1488 0343 6467 4539 1488 0343 6467 4539 1488"_s);
-    painter.end();
-    for (const auto style : allCases<BlurStyle>()) {
-        EditorModel editor({writing, 1, {}}, settings);
-        editor.setBeautify({.enabled = false});
-        editor.add({.kind = AnnotationKind::blur, .start = {60, 50}, .end = {330, 240}, .blurStyle = style});
-        const auto before = editor.renderFinal();
-        const auto crop = [&editor](const QRectF& rect) {
-            editor.setTool(Tool::crop);
-            editor.setCropRect(rect);
-            editor.applyCrop();
-        };
-        crop({31, 17, 340, 260});
-        EXPECT_EQ(editor.renderFinal(), before.copy(31, 17, 340, 260));
-        crop({50, 40, 200, 150});
-        EXPECT_EQ(editor.renderFinal(), before.copy(81, 57, 200, 150));
-        editor.undo();
-        EXPECT_EQ(editor.renderFinal(), before.copy(31, 17, 340, 260));
-        editor.undo();
-        EXPECT_EQ(editor.renderFinal(), before);
-    }
-}
-
 TEST_F(EditorModelTest, CropRoundsOutwardAndTakesTheMarksAlong)
 {
     model.add(mark());
@@ -169,40 +135,30 @@ TEST_F(EditorModelTest, InsertedPicturesAreCentredNeverEnlargedAndAtMost45Percen
 
 TEST_F(EditorModelTest, StylesReachTheSettingsAndTheNextEditor)
 {
+    test::setAll(settings, test::otherValues());
     model.setColor(QColor(0x12, 0x34, 0x56));
     model.setStrokeWidth(12);
     model.setArrowStyle(ArrowStyle::sketch);
     model.setHandwritten(true);
-    model.setCalloutText(!model.calloutText());
+    model.setCalloutText(true);
     model.setPaletteEdge(PaletteEdge::left);
-    model.setToolbarHidden(true);
+    model.setToolbarHidden(false);
     model.setFilled(true);
-    const EditorModel next({picture(), 1, {}}, settings);
-    EXPECT_EQ(next.color(), model.color());
-    EXPECT_EQ(next.strokeWidth(), 12);
-    EXPECT_EQ(next.arrowStyle(), ArrowStyle::sketch);
-    EXPECT_EQ(next.handwritten(), true);
-    EXPECT_EQ(next.calloutText(), model.calloutText());
-    EXPECT_EQ(next.paletteEdge(), PaletteEdge::left);
-    EXPECT_TRUE(next.toolbarHidden());
+    EditorModel next({picture(), 1, {}}, settings);
+    const auto style = [](const EditorModel& of) {
+        return std::tuple(of.color(), of.strokeWidth(), of.arrowStyle(), of.handwritten(), of.calloutText(),
+            of.paletteEdge(), of.toolbarHidden());
+    };
+    EXPECT_EQ(style(next), style(model));
     EXPECT_FALSE(next.filled());
+    // A gradient that is none, as of a later version's settings, would leave the frame without a ground.
+    settings.setLastGradient(99);
+    EXPECT_EQ(EditorModel({picture(), 1, {}}, settings).beautify().gradient, Palette::gradients().size() - 1);
 
     EXPECT_EQ(model.lineWidth(), 24);
     EXPECT_DOUBLE_EQ(model.fontSize(), 82);
     model.setStrokeWidth(1);
     EXPECT_DOUBLE_EQ(model.fontSize(), 35.2);
-}
-
-TEST_F(EditorModelTest, StepNumbersGoOnAfterTheHighest)
-{
-    EXPECT_EQ(model.nextStepNumber(), 1);
-    model.add(mark(AnnotationKind::step, 3));
-    model.add(mark(AnnotationKind::step, 1));
-    model.add(mark(AnnotationKind::text, 9));
-    EXPECT_EQ(model.nextStepNumber(), 4);
-    model.clearAnnotations();
-    model.add(mark(AnnotationKind::step, -5));
-    EXPECT_EQ(model.nextStepNumber(), -4);
 }
 
 TEST_F(EditorModelTest, ACopyLiesAsideWithinThePictureAndIsSelected)
@@ -259,74 +215,49 @@ TEST_F(EditorModelTest, AMarkPassesTheNextOneThatItTouches)
     EXPECT_EQ(model.selectedID(), moved);
 }
 
-TEST_F(EditorModelTest, EveryChangeIsAnnouncedWithItsCounts)
-{
-    QList<Field> fields;
-    QObject::connect(&model, &EditorModel::changed, [&](Field field) { fields.append(field); });
-    model.add(mark());
-    EXPECT_EQ(fields, (QList{Field::doc, Field::undoCount, Field::redoCount}));
-    model.undo();
-    EXPECT_TRUE(fields.contains(Field::selectedID));
-}
-
 TEST_F(EditorModelTest, WhoListensNeverSeesHalfOfAChange)
 {
-    struct State {
-        Document doc;
-        Tool tool;
-        bool showsArrowOptions;
-        std::optional<QUuid> selectedID;
-        std::optional<QRectF> cropRect;
-        qsizetype undoCount;
-        qsizetype redoCount;
-        bool operator==(const State&) const = default;
-    };
     const auto state = [this] {
-        return State{model.doc(), model.tool(), model.showArrowOptions(), model.selectedID(),
-            model.cropRect(), model.undoCount(), model.redoCount()};
+        return std::tuple(model.doc(), model.tool(), model.showArrowOptions(), model.selectedID(),
+            model.cropRect(), model.undoCount(), model.redoCount());
     };
     const auto startCrop = [this] {
         model.setTool(Tool::crop);
         model.setCropRect(QRectF(10, 10, 50, 50));
     };
-    struct Row {
-        const char* name;
-        std::function<void()> before;
-        std::function<void()> change;
+    const auto leaveArrow = [this] {
+        model.setTool(Tool::pen);
+        model.setShowArrowOptions(false);
     };
-    const std::array<Row, 8> rows{{
+    const struct {
+        const char* name;
+        std::function<void()> before, change;
+    } rows[]{
         {"leave crop", startCrop, [this] { model.setTool(Tool::rectangle); }},
-        {"come to arrow",
-            [this] {
-                model.setTool(Tool::pen);
-                model.setShowArrowOptions(false);
-            },
-            [this] { model.setTool(Tool::arrow); }},
+        {"come to arrow", leaveArrow, [this] { model.setTool(Tool::arrow); }},
         {"apply crop", startCrop, [this] { model.applyCrop(); }},
         {"add", [] {}, [this] { model.add(mark()); }},
         {"insert", [] {},
             [this] {
-                model.insertImage(picture(10, 10), {50, 50}, 1);
+                model.insertImage(picture(), {50, 50}, 1);
             }},
         {"delete", [] {}, [this] { model.deleteSelected(); }},
-        {"undo", [this] { model.setSelectedID(model.doc().annotations.last().id); },
-            [this] { model.undo(); }},
-        {"redo", [] {}, [this] { model.redo(); }},
-    }};
-    for (const auto& row : rows) {
+        {"undo", [] {}, [this] { model.undo(); }},
+        {"redo", [this] { model.undo(); }, [this] { model.redo(); }},
+    };
+    for (const auto& [name, before, change] : rows) {
         const auto chosen = mark();
         model.setTool(Tool::arrow);
-        if (QByteArrayView(row.name) != "redo")
-            model.add(chosen);
+        model.add(chosen);
         model.setSelectedID(chosen.id);
-        row.before();
-        QList<State> seen;
+        before();
+        QList<decltype(state())> seen;
         const auto listening
             = QObject::connect(&model, &EditorModel::changed, [&](Field) { seen.append(state()); });
-        row.change();
+        change();
         QObject::disconnect(listening);
-        ASSERT_FALSE(seen.isEmpty()) << row.name;
+        ASSERT_FALSE(seen.isEmpty()) << name;
         for (const auto& each : std::as_const(seen))
-            EXPECT_EQ(each, state()) << row.name;
+            EXPECT_EQ(each == state(), true) << name;
     }
 }

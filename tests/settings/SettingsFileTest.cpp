@@ -1,24 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "settings/SettingsFile.h"
 
+#include "OtherValues.h"
 #include "Stage.h"
 #include "app/messages/HUD.h"
 #include "platform/base/UserDefaults.h"
 #include "settings/preferences/SettingsFileActions.h"
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDir>
-#include <QFileDialog>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QMessageBox>
-#include <QProcess>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
@@ -29,21 +16,7 @@ protected:
     {
         qputenv("HOME", QFile::encodeName(home.path()));
         qputenv("XDG_DATA_HOME", QFile::encodeName(home.filePath(u"data"_s)));
-        settings.setAutoCopy(false);
-        settings.setAutoSave(true);
-        settings.setPlaySound(true);
-        settings.setAfterCapture(AfterCapture::thumbnail);
-        settings.setShortcutPreset(ShortcutPreset::commandShift);
-        settings.setSaveFolder(u"/tmp/ñ \"a\"\\/b"_s);
-        settings.setLastColor(QColor(0x12, 0xAB, 0xEF));
-        settings.setStrokeWidth(7.5);
-        settings.setArrowStyle(ArrowStyle::double_);
-        settings.setHandwritten(false);
-        settings.setCalloutText(false);
-        settings.setPaletteEdge(PaletteEdge::right);
-        settings.setToolbarHidden(true);
-        settings.setBeautifyByDefault(true);
-        settings.setLastGradient(-1);
+        test::setAll(settings, test::otherValues());
         QObject::connect(&settings, &Settings::changed, [this](Setting setting) { announced << setting; });
     }
     ~SettingsFileTest() override
@@ -94,23 +67,14 @@ TEST_F(SettingsFileTest, EverySettingTravelsToAnotherAccount)
     EXPECT_EQ(QDir(QFileInfo(path).path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
 }
 
-TEST_F(SettingsFileTest, TheFileHasSortedNamesAndEscapedSlashesAndAnotherReaderUnderstandsIt)
+TEST_F(SettingsFileTest, TheFileIsWhatItsFirstReadersExpect)
 {
     settings.write(file);
-    QProcess reader;
-    reader.start(u"python3"_s,
-        {u"-c"_s,
-            u"import json,sys; d = json.load(open(sys.argv[1], encoding='utf-8'));"
-            "print(' '.join(d), d['saveFolder'], d['strokeWidth'], d['color'], d['app'], d['version'])"_s,
-            file});
-    ASSERT_TRUE(reader.waitForFinished());
-    EXPECT_EQ(QString::fromUtf8(reader.readAllStandardOutput()),
-        u"afterCapture app arrowStyle autoCopy autoSave beautifyByDefault calloutText color gradient "
-        "handwritten paletteEdge playSound saveFolder shortcutPreset strokeWidth toolbarHidden version "
-        "/tmp/ñ \"a\"\\/b 7.5 #12ABEF Pintalux 1\n"_s);
     const auto text = stage::contents(file);
-    EXPECT_TRUE(text.contains("\"\\/tmp\\/ñ \\\"a\\\"\\\\\\/b\"")) << text.toStdString();
     EXPECT_TRUE(text.startsWith("{\n    \"afterCapture\""));
+    EXPECT_TRUE(text.contains("\"\\/tmp\\/ñ \\\"a\\\"\\\\\\/b\"")) << text.toStdString();
+    EXPECT_EQ(QJsonDocument::fromJson(text)[u"saveFolder"_s].toString(), settings.saveFolder());
+    EXPECT_EQ(QJsonDocument::fromJson(text)[u"version"_s].toInt(), 1);
 }
 
 TEST_F(SettingsFileTest, ValuesThatMeanNothingAreReplaced)
@@ -125,24 +89,19 @@ TEST_F(SettingsFileTest, ValuesThatMeanNothingAreReplaced)
     for (const auto& row : std::initializer_list<Row>{
              {"strokeWidth", 0.5, Setting::strokeWidth, 1},
              {"strokeWidth", 35, Setting::strokeWidth, 20},
-             {"strokeWidth", -1e300, Setting::strokeWidth, 1},
              {"gradient", -5, Setting::lastGradient, -1},
              {"gradient", 99, Setting::lastGradient, int(Palette::gradients().size()) - 1},
-             {"gradient", qint64(1) << 60, Setting::lastGradient, int(Palette::gradients().size()) - 1},
              {"afterCapture", u"thumb"_s, Setting::afterCapture, u"editor"_s},
-             {"arrowStyle", u""_s, Setting::arrowStyle, u"sketch"_s},
              {"paletteEdge", u"Top"_s, Setting::paletteEdge, u"bottom"_s},
              {"color", u"rojo"_s, Setting::lastColor, u"#FF0000"_s},
              {"color", u" 00ff00 "_s, Setting::lastColor, u"#00FF00"_s},
              {"shortcutPreset", u"none"_s, Setting::shortcutPreset, u"commandShift"_s},
              {"saveFolder", u"~/Capturas"_s, Setting::saveFolder, inHome("/Capturas")},
-             {"saveFolder", u"~"_s, Setting::saveFolder, inHome("")},
              {"saveFolder", u"Capturas/./"_s, Setting::saveFolder, inHome("/Capturas")},
              {"saveFolder", u":/a"_s, Setting::saveFolder, inHome("/:/a")},
              {"saveFolder", u"/a/~/b"_s, Setting::saveFolder, u"/a/~/b"_s},
              {"saveFolder", u""_s, Setting::saveFolder, Settings::defaultFolder()},
              {"saveFolder", u"/a\0b"_s, Setting::saveFolder, Settings::defaultFolder()},
-             {"version", 7, Setting::autoCopy, false},
              {"somethingNew", QJsonArray{1}, Setting::autoCopy, false},
          }) {
         read(with(QString::fromUtf8(row.name), row.value));
@@ -165,29 +124,21 @@ TEST_F(SettingsFileTest, WhatIsNoSettingsFileIsRefusedInWordsAndChangesNothing)
     const auto foreign = "El archivo no es una configuración de Pintalux.";
     for (const auto& row : std::initializer_list<Row>{
              {with(u"app"_s, u"Otro"_s), foreign},
-             {with(u"app"_s, u"pintalux"_s), foreign},
              {"{}", foreign},
              {"[1, 2]", foreign},
              {"", "El archivo está vacío."},
-             {" \n", "El archivo está vacío."},
              {"{\n\"app\": \"Pintalux\",\n x}", "El archivo no es JSON válido (línea 3)."},
              {good.chopped(3), "El archivo no es JSON válido (línea 18)."},
              {good + "1", "El archivo no es JSON válido (línea 20)."},
              {QByteArray(100'000, '['), "El archivo no es JSON válido (línea 1)."},
-             {QByteArray("\x89PNG\r\n\x1A\n\0\0", 10), "El archivo no es JSON válido (línea 1)."},
              {QByteArray(good).replace("\xC3\xB1", "\xC3"), "El archivo no es JSON válido (línea 14)."},
              {QByteArray(2 << 20, ' '),
                  "El archivo es demasiado grande para ser una configuración de Pintalux."},
              {QJsonDocument(incomplete).toJson(), "Al archivo le falta «gradient»."},
              {with(u"app"_s, 1), "En el archivo, «app» debe ser un texto."},
              {with(u"version"_s, u"1"_s), "En el archivo, «version» debe ser un número entero."},
-             {with(u"autoCopy"_s, 1), "En el archivo, «autoCopy» debe ser true o false."},
-             {with(u"color"_s, QJsonArray{}), "En el archivo, «color» debe ser un texto."},
-             {with(u"color"_s, QJsonValue::Null), "En el archivo, «color» debe ser un texto."},
              {with(u"paletteEdge"_s, 2), "En el archivo, «paletteEdge» debe ser un texto."},
-             {with(u"strokeWidth"_s, true), "En el archivo, «strokeWidth» debe ser un número."},
              {with(u"gradient"_s, 1.5), "En el archivo, «gradient» debe ser un número entero."},
-             {with(u"gradient"_s, 1e40), "En el archivo, «gradient» debe ser un número entero."},
              {QByteArray(good).replace("7.5", "1e999"), "El archivo no es JSON válido (línea 16)."},
              {twice("\"autoCopy\": true"), "El archivo contiene «autoCopy» dos veces."},
              {twice("\"\\u0061pp\" :\"x\""), "El archivo contiene «app» dos veces."},
@@ -233,21 +184,6 @@ TEST_F(SettingsFileTest, AnImportIsOneWriteAndAnnouncesEachSettingButShortcutsTh
     QObject::disconnect(connection);
 }
 
-TEST_F(SettingsFileTest, TheSavedCopyIsPrivateAndOutlivesAReset)
-{
-    const auto values = settings.values();
-    EXPECT_FALSE(Settings::hasSavedCopy());
-    EXPECT_THROW(settings.restoreSavedCopy(), Error);
-    settings.saveCopy();
-    EXPECT_TRUE(Settings::hasSavedCopy());
-    EXPECT_EQ(stage::modeOf(Settings::savedCopyPath()), 0600u);
-    settings.resetToFactory();
-    EXPECT_EQ(settings.values(), SettingsValues());
-    EXPECT_TRUE(Settings::hasSavedCopy());
-    settings.restoreSavedCopy();
-    EXPECT_EQ(settings.values(), values);
-}
-
 namespace {
 
 class SettingsFileActionsTest : public SettingsFileTest {
@@ -264,7 +200,6 @@ protected:
     {
         const auto open = panels<QFileDialog>();
         ASSERT_EQ(open.size(), 1);
-        EXPECT_EQ(open[0]->nameFilters(), QStringList{u"Archivos JSON (*.json)"_s});
         open[0]->selectFile(path);
         static_cast<QDialog*>(open[0])->accept();
     }
@@ -293,22 +228,22 @@ protected:
 
 TEST_F(SettingsFileActionsTest, ACopyIsKeptAndRestoredAndAFailureIsTold)
 {
-    int saved = 0;
-    QObject::connect(&actions, &SettingsFileActions::copySaved, [&] { ++saved; });
     actions.restoreSavedCopy();
     expectMessage(u"No se pudo restaurar: «%1» no existe."_s.arg(Settings::savedCopyPath()));
     stage::put(home.filePath(u"data"_s), "in the way");
     actions.saveCopy();
     expectMessage(u"No se pudo guardar: «%1» no es una carpeta."_s.arg(home.filePath(u"data"_s)));
-    EXPECT_EQ(saved, 0);
     QFile::remove(home.filePath(u"data"_s));
+    EXPECT_FALSE(Settings::hasSavedCopy());
     actions.saveCopy();
     expectMessage(u"Configuración guardada"_s);
-    EXPECT_EQ(saved, 1);
-    settings.setStrokeWidth(3);
+    EXPECT_EQ(stage::modeOf(Settings::savedCopyPath()), 0600u);
+    const auto values = settings.values();
+    settings.resetToFactory();
+    EXPECT_TRUE(Settings::hasSavedCopy()) << "it outlives a reset";
     actions.restoreSavedCopy();
     expectMessage(u"Configuración guardada restaurada"_s);
-    EXPECT_EQ(settings.strokeWidth(), 7.5);
+    EXPECT_EQ(settings.values(), values);
 }
 
 TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothing)
@@ -334,7 +269,6 @@ TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothi
     expectMessage(u"No se pudo importar: El archivo no es una configuración de Pintalux."_s);
     stage::put(file, with(u"strokeWidth"_s, 9));
     actions.importSettings();
-    EXPECT_EQ(panels<QFileDialog>()[0]->labelText(QFileDialog::Accept), u"Importar");
     choose(file);
     expectMessage(u"Configuración importada"_s);
     EXPECT_EQ(settings.strokeWidth(), 9);
@@ -342,8 +276,7 @@ TEST_F(SettingsFileActionsTest, AFileIsExportedAndImportedAndCancellingSaysNothi
 
 TEST_F(SettingsFileActionsTest, AFolderThatNobodyCanHaveIsTakenOverAndTold)
 {
-    const auto longPath = u'/' + QString(5000, u'a');
-    for (const auto& folder : {longPath, file + u"/carpeta"_s}) {
+    for (const auto& folder : {u'/' + QString(5000, u'a'), file + u"/carpeta"_s}) {
         stage::put(file, with(u"saveFolder"_s, folder));
         actions.importSettings();
         choose(file);
@@ -361,7 +294,6 @@ TEST_F(SettingsFileActionsTest, AResetAsksFirst)
     const auto before = settings.values();
     actions.reset();
     ASSERT_EQ(panels<QMessageBox>().size(), 1);
-    EXPECT_EQ(panels<QMessageBox>()[0]->text(), u"¿Restablecer los valores iniciales?");
     press(u"Cancelar"_s);
     EXPECT_EQ(settings.values(), before);
     EXPECT_EQ(HUD::currentMessage(), std::nullopt);
