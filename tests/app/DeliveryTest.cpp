@@ -2,23 +2,11 @@
 #include "app/Delivery.h"
 
 #include "Gestures.h"
+#include "Pictures.h"
 #include "platform/base/UserDefaults.h"
 #include "platform/base/Worker.h"
 #include "render/export/Exporter.h"
 #include "settings/Settings.h"
-
-#include <QClipboard>
-#include <QDir>
-#include <QGuiApplication>
-#include <QMimeData>
-#include <QSemaphore>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
@@ -31,8 +19,7 @@ protected:
         settings.setPlaySound(false);
         settings.setAutoCopy(true);
         settings.setAutoSave(false);
-        shot.image = QImage(30, 20, QImage::Format_RGB32);
-        shot.image.fill(Qt::darkCyan);
+        shot.image = test::plain({30, 20}, Qt::darkCyan);
         shot.pixelScale = 2;
         shot.suggestedName = u"Informe"_s;
     }
@@ -124,25 +111,17 @@ TEST_F(DeliveryTest, EveryCombinationOfTheSettingsDoesJustWhatTheySay)
     }
 }
 
-TEST_F(DeliveryTest, AFailingSaveIsSilentAndLosesNothingElse)
-{
-    QFile inTheWay(settings.saveFolder());
-    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
-    settings.setAutoSave(true);
-    settings.setAfterCapture(AfterCapture::thumbnail);
-    delivery.deliver(shot);
-    EXPECT_EQ(log, (QStringList{u"reactivate"_s, u"thumbnail"_s, u"saved"_s}));
-    EXPECT_TRUE(clipboardHasImage());
-    ASSERT_TRUE(saving);
-    EXPECT_THROW(saving->path.result(), Error) << "the card is to learn of it";
-}
-
 // A full disk must not cost a capture.
 TEST_F(DeliveryTest, WhatNothingElseKeepsIsCopiedWhenItCannotBeSaved)
 {
     QFile inTheWay(settings.saveFolder());
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     settings.setAutoSave(true);
+    settings.setAfterCapture(AfterCapture::thumbnail);
+    delivery.deliver(shot);
+    ASSERT_TRUE(saving);
+    EXPECT_THROW(saving->path.result(), Error) << "the card is to learn of it";
+    EXPECT_FALSE(log.contains(u"message"_s)) << "it tells by itself";
     settings.setAfterCapture(AfterCapture::copyOnly);
     for (const bool copy : {false, true}) {
         settings.setAutoCopy(copy);
@@ -203,18 +182,15 @@ TEST_F(DeliveryTest, RecognisedTextIsCopiedAndItsLinesAreCounted)
     EXPECT_EQ(clipboardText(), u"antes");
 }
 
-TEST_F(DeliveryTest, APickedColourIsCopiedAndShownWithItsTint)
+TEST_F(DeliveryTest, APickedColourIsCopiedAndShownWithItsTintAndACancelledCaptureChangesNothing)
 {
+    delivery.cancelled();
+    EXPECT_EQ(log, QStringList{u"reactivate"_s});
+    EXPECT_EQ(clipboardText(), u"antes");
+    log.clear();
     delivery.deliverColor(u"#FF3B30"_s);
     EXPECT_EQ(log,
         (QStringList{
             u"reactivate"_s, u"message"_s, u"Color #FF3B30 copiado"_s, u"eyedropper"_s, u"#ff3b30"_s}));
     EXPECT_EQ(clipboardText(), u"#FF3B30");
-}
-
-TEST_F(DeliveryTest, ACancelledCaptureOnlyGivesTheFocusBack)
-{
-    delivery.cancelled();
-    EXPECT_EQ(log, QStringList{u"reactivate"_s});
-    EXPECT_EQ(clipboardText(), u"antes");
 }

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/floating/PinGeometry.h"
 
-#include <gtest/gtest.h>
-
-using namespace pintalux;
-
 TEST(PinGeometry, ANewPinHasItsOwnSizeAndAtMostThreeFifthsOfTheScreen)
 {
     EXPECT_EQ(PinGeometry::sizeOnScreen({4000, 3000}, 1, {1440, 875}), QSize(700, 525));

@@ -1,16 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/QuitSignals.h"
 
-#include <QApplication>
-#include <QCloseEvent>
-#include <QTimer>
-#include <QWidget>
-
-#include <gtest/gtest.h>
-
 #include <csignal>
-
-using namespace pintalux;
 
 namespace {
 
