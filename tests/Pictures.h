@@ -59,7 +59,8 @@ inline qsizetype differingPixels(const QImage& a, const QImage& b)
     return countPixels(a, [&](int x, int y) { return a.pixel(x, y) != b.pixel(x, y); });
 }
 
-/// The smallest rectangle around all pixels in which two pictures of one size differ by more than `slack`.
+/// The smallest rectangle around all pixels in which two pictures of one size and format differ by more than
+/// `slack`.
 inline QRect difference(const QImage& a, const QImage& b, int slack = 0)
 {
     QRect area;

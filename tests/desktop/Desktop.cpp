@@ -3,8 +3,6 @@
 
 #include "platform/x11/capture/X11ScreenSource.h"
 
-using namespace Qt::StringLiterals;
-
 namespace pintalux::test {
 
 DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QString& color,
@@ -54,17 +52,6 @@ QImage pictureByOthers(const DisplaySession& session)
 {
     return QImage::fromData(session.run(u"import"_s, {u"-window"_s, u"root"_s, u"bmp3:-"_s}))
         .convertToFormat(QImage::Format_RGB32);
-}
-
-qsizetype differingPixels(const QImage& one, const QImage& other)
-{
-    if (one.size() != other.size() || one.isNull())
-        return std::max<qsizetype>(1, qsizetype(one.width()) * one.height());
-    qsizetype count = 0;
-    for (int y = 0; y < one.height(); ++y)
-        for (int x = 0; x < one.width(); ++x)
-            count += one.pixel(x, y) != other.pixel(x, y);
-    return count;
 }
 
 std::optional<WindowCandidate> candidateOf(const FrozenScreens& frozen, qint64 processId)

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "DisplaySession.h"
+#include "Pictures.h"
 #include "capture/ScreenCapture.h"
 
 #include <QFuture>
-#include <QImage>
 
 namespace pintalux::test {
 
@@ -45,14 +45,22 @@ QByteArray callProgram(const QString& method, const QStringList& arguments);
 /// The whole desktop as an independent program sees it.
 QImage pictureByOthers(const DisplaySession& session = desktop());
 
-/// The number of pixels whose colour differs; all of them when the sizes do.
-qsizetype differingPixels(const QImage& one, const QImage& other);
-
 /// Waits, without stopping the event loop, for a capture's result.
 template <typename T> T finished(QFuture<T> future)
 {
     waitUntil([&] { return future.isFinished(); });
     return future.takeResult();
+}
+
+/// The sentence of the error that some work meets; empty when it meets none.
+template <typename Work> QString sentenceOf(Work work)
+{
+    try {
+        work();
+    } catch (const Error& error) {
+        return error.localizedDescription;
+    }
+    return {};
 }
 
 /// The offered window of a process; none when it has none.

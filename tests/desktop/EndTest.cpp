@@ -4,15 +4,6 @@
 
 #include "Desktop.h"
 
-#include <QFile>
-#include <QImage>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 TEST(End, AReadingThatCannotBeStoppedUsesNothingThatHasGone)

@@ -6,11 +6,6 @@
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/XcbConnection.h"
 
-#include <QLineEdit>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {
@@ -25,12 +20,6 @@ public:
         const auto cookie = xcb_grab_key_checked(connection.get(), 0, connection.root(), modifiers,
             xcb_keycode_t(keyCode), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         return !x11::Reply<xcb_generic_error_t>(xcb_request_check(connection.get(), cookie));
-    }
-    bool numLockIsOn() const
-    {
-        const auto before = connection.reply<xcb_query_pointer_reply_t>(
-            xcb_query_pointer(connection.get(), connection.root()).sequence);
-        return (before->mask & x11::KeyboardMap::read(connection.get()).numLock) != 0;
     }
 
 private:
@@ -156,20 +145,6 @@ TEST_F(HotKeysTest, AKeyThatAnotherProgramHasInAnyLockStateFailsAloneAndIsLeftTo
         EXPECT_FALSE(other.grab(held, 11)) << "the others are ours";
         center.unregisterAll();
     }
-}
-
-TEST_F(HotKeysTest, WhenNumberLockMovesToAnotherModifierTheyFollow)
-{
-    const OtherClient other;
-    ASSERT_TRUE(registerAll(ShortcutPreset::controlShift).isEmpty());
-    desktop().run(u"xmodmap"_s, {u"-e"_s, u"remove mod2 = Num_Lock"_s, u"-e"_s, u"add mod3 = Num_Lock"_s});
-    letPass(200);
-    EXPECT_EQ(pressedAll(controlShift), all);
-    xdotool(u"key Num_Lock"_s);
-    EXPECT_TRUE(other.numLockIsOn());
-    EXPECT_EQ(pressedAll(controlShift), all);
-    xdotool(u"key Num_Lock"_s);
-    EXPECT_FALSE(other.numLockIsOn());
 }
 
 TEST_F(HotKeysTest, AKeyThatIsHeldCountsOnce)

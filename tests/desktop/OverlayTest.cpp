@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Desktop.h"
 
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {

@@ -2,27 +2,15 @@
 
 // The preferences as a person uses them: the real executable, real clicks, its files read back.
 
-#include "Desktop.h"
+#include "ProgramStage.h"
 #include "controls/theme/Theme.h"
-#include "platform/base/Files.h"
 #include "platform/x11/XcbConnection.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QDBusVirtualObject>
-#include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
-#include <optional>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {
@@ -123,145 +111,49 @@ private:
     quint32 serial = 0;
 };
 
-class PreferencesTest : public testing::Test {
+class PreferencesTest : public ProgramStage {
 protected:
-    void SetUp() override
-    {
-        const QJsonObject settings{{u"autoSave"_s, false}, {u"saveFolder"_s, home.filePath(u"capturas"_s)},
-            {u"hasLaunchedBefore"_s, true}};
-        makeFolders(config());
-        replaceFile(config() + u"/defaults.json"_s, QJsonDocument(settings).toJson());
-        auto environment = desktop().environment();
-        environment.insert(u"XDG_CONFIG_HOME"_s, home.filePath(u"config"_s));
-        environment.insert(u"XDG_DATA_HOME"_s, home.filePath(u"data"_s));
-        program.setProcessEnvironment(environment);
-    }
-
-    void TearDown() override
-    {
-        EXPECT_EQ(program.state(), QProcess::Running);
-        program.terminate();
-        EXPECT_TRUE(program.waitForFinished(patience));
-    }
-
     void openPreferences()
     {
-        program.start(QString::fromUtf8(PINTALUX_PROGRAM), {u"--trace"_s});
+        start(program, {u"--trace"_s});
         ASSERT_TRUE(reaches("en marcha"));
-        callProgram(u"ActivateAction"_s, {u"showPreferences"_s, u"[]"_s, u"{}"_s});
+        asked(u"showPreferences"_s);
         ASSERT_TRUE(reaches("ventana pintada"));
-        window = QString::fromUtf8(
+        const auto window = QString::fromUtf8(
             desktop().run(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--name"_s, u"^Ajustes de Pintalux$"_s}))
-                     .trimmed();
-        desktop().run(u"xdotool"_s, {u"windowactivate"_s, u"--sync"_s, window});
-        const auto shape = desktop().run(u"xdotool"_s, {u"getwindowgeometry"_s, u"--shell"_s, window});
-        height = valueOf("HEIGHT", shape);
-        ASSERT_GT(height, 0);
+                                .trimmed();
+        xdotool(u"windowactivate --sync "_s + window);
+        const auto place = QString::fromUtf8(desktop().run(u"xdotool"_s,
+            {u"mousemove"_s, u"--window"_s, window, u"0"_s, u"0"_s, u"getmouselocation"_s, u"--shell"_s}));
+        corner = {place.section(u"X="_s, 1).section(u'\n', 0, 0).toInt(),
+            place.section(u"Y="_s, 1).section(u'\n', 0, 0).toInt()};
     }
 
-    /// A number of what xdotool prints for a shell.
-    static int valueOf(const QByteArray& name, const QByteArray& printedLines)
+    bool comesToShow(const Theme& theme) const
     {
-        for (const auto& line : printedLines.split('\n'))
-            if (line.startsWith(name + '='))
-                return line.mid(name.size() + 1).toInt();
-        return -1;
+        return waitUntil([&] { return pictureByOthers().pixelColor(corner + QPoint(8, 300)) == theme.form; });
     }
 
-    /// What the screen shows at a point of the window.
-    QColor shownAt(int x, int y) const
-    {
-        const auto place = desktop().run(u"xdotool"_s,
-            {u"mousemove"_s, u"--window"_s, window, QString::number(x), QString::number(y),
-                u"getmouselocation"_s, u"--shell"_s});
-        return pictureByOthers().pixelColor(valueOf("X", place), valueOf("Y", place));
-    }
-
-    bool reaches(const QByteArray& milestone)
-    {
-        return waitUntil(
-            [&] { return (printed += program.readAllStandardError()).contains(milestone); }, 10000);
-    }
-
-    /// A click on a point of the window; `y` less than nothing counts from its bottom.
-    void click(int x, int y) const
-    {
-        desktop().run(u"xdotool"_s,
-            {u"mousemove"_s, u"--window"_s, window, QString::number(x),
-                QString::number(y < 0 ? height + y : y), u"click"_s, u"1"_s});
-    }
-
-    void scrollToTheEnd() const
-    {
-        desktop().run(u"xdotool"_s,
-            {u"mousemove"_s, u"--window"_s, window, u"300"_s, u"150"_s, u"click"_s, u"--repeat"_s, u"40"_s,
-                u"--delay"_s, u"5"_s, u"5"_s});
-        letPass(300);
-    }
-
-    static QJsonObject read(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                              : QJsonObject();
-    }
-    bool stores(const QString& key, const QJsonValue& value) const
-    {
-        return waitUntil([&] { return read(config() + u"/defaults.json"_s).value(key) == value; });
-    }
-
-    QString config() const { return home.filePath(u"config/pintalux"_s); }
-
-    QTemporaryDir home;
-    QProcess program;
-    QByteArray printed;
-    QString window;
-    int height = 0;
+    QPoint corner; ///< of the window's content, on the screen
 };
-
-// Points of the window's content.
-constexpr int switchColumn = 525;
-constexpr int saveAutomatically = 180;
-constexpr QPoint copyOnlyTile{462, 389};
-constexpr QPoint combinations{451, 582};
-// From its bottom, scrolled to the end.
-constexpr int showPalette = -463;
-constexpr int openAtLogin = -191;
-constexpr QPoint save{86, -50};
 
 } // namespace
 
-TEST_F(PreferencesTest, WhatIsClickedIsInTheStoredFileAtOnce)
+TEST_F(PreferencesTest, AnotherCombinationOfKeysIsStoredAndCapturesAtOnce)
 {
     openPreferences();
-    click(switchColumn, saveAutomatically);
-    EXPECT_TRUE(stores(u"autoSave"_s, true));
-    click(copyOnlyTile.x(), copyOnlyTile.y());
-    EXPECT_TRUE(stores(u"afterCapture"_s, u"copyOnly"_s));
-    scrollToTheEnd();
-    click(switchColumn, showPalette);
-    EXPECT_TRUE(stores(u"toolbarHidden"_s, true)) << "off means hidden";
-    click(save.x(), save.y());
-    const auto copy = home.filePath(u"data/pintalux/Configuración guardada.json"_s);
-    EXPECT_TRUE(waitUntil([&] { return !read(copy).isEmpty(); })) << "no copy of the settings";
-
-    const auto autostart = home.filePath(u"config/autostart/pintalux.desktop"_s);
-    click(switchColumn, openAtLogin);
-    EXPECT_TRUE(waitUntil([&] { return QFile::exists(autostart); }));
-    click(switchColumn, openAtLogin);
-    EXPECT_TRUE(waitUntil([&] { return !QFile::exists(autostart); }));
-}
-
-TEST_F(PreferencesTest, AnotherCombinationOfKeysCapturesAtOnce)
-{
-    openPreferences();
-    click(combinations.x(), combinations.y());
+    const auto combinations = corner + QPoint(451, 582);
+    xdotool(u"mousemove %1 %2 click 1"_s.arg(combinations.x()).arg(combinations.y()));
     letPass(300); // the list has opened
-    desktop().run(u"xdotool"_s, {u"key"_s, u"Down"_s, u"Return"_s});
-    EXPECT_TRUE(stores(u"shortcutPreset"_s, u"optionShift"_s));
-    desktop().run(u"xdotool"_s, {u"key"_s, u"alt+shift+1"_s});
+    xdotool(u"key Down Return"_s);
+    EXPECT_TRUE(waitUntil([&] {
+        QFile file(store);
+        return file.open(QIODevice::ReadOnly)
+            && QJsonDocument::fromJson(file.readAll())[u"shortcutPreset"_s].toString() == u"optionShift";
+    }));
+    xdotool(u"key alt+shift+1"_s);
     EXPECT_TRUE(reaches("superposición pintada"));
-    desktop().run(u"xdotool"_s, {u"key"_s, u"Escape"_s});
+    xdotool(u"key Escape"_s);
 }
 
 TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)
@@ -270,29 +162,25 @@ TEST_F(PreferencesTest, WindowsAreDarkWhileTheDesktopWishesSo)
     constexpr uint light = 2;
     FakePortal portal(dark);
     openPreferences();
-    const auto isGround
-        = [&](const QColor& color) { return waitUntil([&] { return shownAt(8, 300) == color; }); };
-    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    EXPECT_TRUE(comesToShow(Theme::darkTheme()));
     portal.wish(light);
-    EXPECT_TRUE(isGround(Theme::light().form));
+    EXPECT_TRUE(comesToShow(Theme::light()));
     portal.wish(dark);
-    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    EXPECT_TRUE(comesToShow(Theme::darkTheme()));
 }
 
 TEST_F(PreferencesTest, WindowsAreDarkWhileTheThemeOfTheDesktopIsCalledDark)
 {
     std::optional<FakeSettingsDaemon> daemon("Mint-Y-Dark-Aqua");
     openPreferences();
-    const auto isGround
-        = [&](const QColor& color) { return waitUntil([&] { return shownAt(8, 300) == color; }); };
-    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    EXPECT_TRUE(comesToShow(Theme::darkTheme()));
     daemon->publish("Mint-Y-Aqua");
-    EXPECT_TRUE(isGround(Theme::light().form));
+    EXPECT_TRUE(comesToShow(Theme::light()));
     daemon->publish("Mint-Y-Dark");
-    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    EXPECT_TRUE(comesToShow(Theme::darkTheme()));
     // Desktops restart their daemon, and may start it after the programs of the session.
     daemon.reset();
-    EXPECT_TRUE(isGround(Theme::light().form));
+    EXPECT_TRUE(comesToShow(Theme::light()));
     daemon.emplace("Mint-Y-Dark-Aqua");
-    EXPECT_TRUE(isGround(Theme::darkTheme().form));
+    EXPECT_TRUE(comesToShow(Theme::darkTheme()));
 }

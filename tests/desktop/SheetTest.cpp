@@ -13,13 +13,6 @@
 #include "platform/base/UserDefaults.h"
 #include "settings/Settings.h"
 
-#include <QApplication>
-#include <QPointer>
-#include <QWindow>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {
@@ -45,13 +38,6 @@ struct Seen {
     int shaded = 0;    ///< pixels around the sheet that are darker than the ground
     int uncovered = 0; ///< pixels within, clear of the corners, that still show the ground
 };
-
-QImage plain(QSize size, const QColor& color)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(color);
-    return image;
-}
 
 bool isGround(const QColor& color) { return color == below; }
 

@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Desktop.h"
 
-#include <QRegularExpression>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 using namespace pintalux::test;
 
 namespace {
@@ -52,13 +47,10 @@ QImage panel(const DisplaySession& session) { return pictureByOthers(session).co
 /// Pixels that stand out from the panel by being much lighter or darker.
 int inked(const QImage& picture, bool light)
 {
-    int count = 0;
-    for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x) {
-            const int gray = qGray(picture.pixel(x, y));
-            count += light ? gray > 200 : gray < 80;
-        }
-    return count;
+    return int(countPixels(picture, [&](int x, int y) {
+        const int gray = qGray(picture.pixel(x, y));
+        return light ? gray > 200 : gray < 80;
+    }));
 }
 
 QStringList trayer(const QString& tint)

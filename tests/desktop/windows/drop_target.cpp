@@ -46,6 +46,7 @@ int main(int argc, char** argv)
     if (!numbers.hasMatch())
         return 2;
     DropTarget window;
+    window.setWindowFlag(Qt::WindowStaysOnTopHint);
     window.setWindowTitle(QStringLiteral("Soltar aquí"));
     window.resize(numbers.captured(1).toInt(), numbers.captured(2).toInt());
     window.move(numbers.captured(3).toInt(), numbers.captured(4).toInt());
