@@ -3,6 +3,8 @@
 
 #include "platform/x11/capture/X11ScreenSource.h"
 
+#include <stdexcept>
+
 namespace pintalux::test {
 
 DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QString& color,
@@ -11,19 +13,25 @@ DemoWindow::DemoWindow(const QString& title, const QString& geometry, const QStr
     , process(on.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
           QStringList{u"--title"_s, title, u"--geometry"_s, geometry, u"--color"_s, color} + more))
 {
-    // Shown in front of all others, framed and painted, once its coloured header is on the screen.
+    // Shown in front of all others, framed and painted, once its coloured header is on the screen: somewhere
+    // below a title bar of any height.
     X11ScreenSource source(session.display());
-    waitUntil([&] {
+    const bool isShown = waitUntil([&] {
         for (const auto& window : source.shareableContent({}).windows) {
             if (window.processId != process.processId() || !window.onScreen)
                 continue;
             windowId = QString::number(window.id);
-            ScreenInfo headerPixel;
-            headerPixel.nativeRect = {window.frame.topLeft().toPoint() + QPoint(10, 45), QSize(1, 1)};
-            return source.screenshot(headerPixel).image.pixelColor(0, 0) == QColor(color);
+            ScreenInfo column;
+            column.nativeRect = {window.frame.topLeft().toPoint() + QPoint(10, 0), QSize(1, 120)};
+            const auto seen = source.screenshot(column).image;
+            for (int y = 0; y < seen.height(); ++y)
+                if (seen.pixelColor(0, y) == QColor(color))
+                    return true;
         }
         return false;
     });
+    if (!isShown)
+        throw std::runtime_error("the window " + title.toStdString() + " is not seen");
     letPass(100); // whatever the manager still draws
 }
 
