@@ -4,6 +4,7 @@
 
 #include "OwnHome.h"
 #include "Stage.h"
+#include "Verdict.h"
 #include "platform/image/DecoderProcess.h"
 
 #include <QApplication>
@@ -20,5 +21,5 @@ int main(int argc, char** argv)
     stage::enterOwnWorld();
     testing::InitGoogleTest(&argc, argv);
     QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    return pintalux::test::runTests();
 }

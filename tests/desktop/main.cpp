@@ -4,6 +4,7 @@
 // manager. CTest starts it once for each test, so that they share nothing and run beside each other.
 
 #include "Desktop.h"
+#include "Verdict.h"
 #include "platform/backend/DisplaySystem.h"
 #include "platform/image/DecoderProcess.h"
 
@@ -39,7 +40,7 @@ try {
         QApplication::setQuitOnLastWindowClosed(false);
         pintalux::WindowSystem::use(pintalux::DisplaySystem::makeWindowSystem());
         pintalux::ScreenCapture::setSource(pintalux::DisplaySystem::makeScreenSource());
-        status = RUN_ALL_TESTS();
+        status = pintalux::test::runTests();
     }
     currentSession = nullptr;
     return status;
