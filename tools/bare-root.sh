@@ -63,7 +63,7 @@ fi
 # What this machine's apt must be told to reach the mirror, the root's must be told as well.
 apt-config dump | grep -E '^Acquire::(https?::|Check-|Retries)' >"$scratch/apt.conf" || true
 extra=("${desktop[@]}")
-[ "$as_user" = no ] || extra+=(sudo)
+[ "$as_user" = no ] || extra+=(sudo passwd)
 [ -z "${PINTALUX_BARE_CCACHE:-}" ] || extra+=(ccache)
 [[ $packages != https:* ]] || extra+=(ca-certificates)
 
@@ -80,6 +80,7 @@ mmdebstrap --quiet --mode=root --format=directory --variant=apt --aptopt="$scrat
 printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d" # no package starts a service here
 chmod +x "$root/usr/sbin/policy-rc.d"
 
+touch "$root/etc/pintalux-bare-root" # tells tools that may break everything where they are
 echo "127.0.0.1 localhost $(uname -n)" >"$root/etc/hosts" # sudo looks itself up
 
 user=root home=/root
@@ -102,6 +103,7 @@ cat >"$scratch/init" <<'END'
 set -euo pipefail
 root=$1 user=$2 ccache=$3 shared=$4
 shift 4
+mount --bind "$root" "$root"
 mount -t proc proc "$root/proc"
 mount -t sysfs -o ro sys "$root/sys"
 mount -t devpts -o newinstance,ptmxmode=0666,mode=0620,gid=5 devpts "$root/dev/pts"
@@ -115,12 +117,15 @@ if [ -n "$ccache" ]; then
 fi
 if [ -n "$shared" ]; then mount --bind "$shared" "$root/mnt"; fi
 trap 'exit 143' TERM
-chroot "$root" runuser -u "$user" -- "$@" <&0 &
+# In the place of this machine's: in a root that is merely changed nobody may have namespaces of their own.
+cd "$root"
+mount --move . /
+chroot . runuser -u "$user" -- "$@" <&0 &
 wait $!
 END
 unshare --mount --pid --fork --kill-child --uts --ipc -- \
   bash "$scratch/init" "$root" "$user" "${PINTALUX_BARE_CCACHE:-}" "$shared" \
-  env -i HOME="$home" USER="$user" LOGNAME="$user" SHELL=/bin/bash TERM="${TERM:-dumb}" \
+  env -i HOME="$home" USER="$user" LOGNAME="$user" SHELL=/bin/bash TERM="${TERM:-dumb}" ${CI:+CI="$CI"} \
   PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin "${ccache[@]}" \
   sh -c 'cd "$HOME/pintalux" && exec "$@"' sh "$@" <&0 &
 inside=$!
