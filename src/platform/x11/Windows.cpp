@@ -150,6 +150,19 @@ WindowInfo readWindow(const XcbConnection& connection, const Questions& question
     return window;
 }
 
+// Front to back. Some managers tell the place of a window among the others only once one of them moves: till
+// then the newest ones, which are in front, have none.
+QList<xcb_window_t> managedWindows(const XcbConnection& connection)
+{
+    const auto listed = [&](xcb_atom_t list) { return connection.property(connection.root(), list).cards(); };
+    auto all = listed(connection.hints()._NET_CLIENT_LIST_STACKING);
+    for (const auto window : listed(connection.hints()._NET_CLIENT_LIST))
+        if (!all.contains(window))
+            all.append(window);
+    std::ranges::reverse(all);
+    return all;
+}
+
 // A manager that ended leaves its hints behind; they count only while the window that it named lives.
 // Without hints: what is shown and either was taken up by some manager or bears a name. Menus and tool tips
 // override the manager and have neither.
@@ -196,13 +209,8 @@ QList<xcb_window_t> topLevelWindows(const XcbConnection& connection)
 
 QList<WindowInfo> windows(const XcbConnection& connection, const QList<ScreenInfo>& screens)
 {
-    QList<xcb_window_t> ids;
-    if (hasWindowManager(connection)) {
-        ids = connection.property(connection.root(), connection.hints()._NET_CLIENT_LIST_STACKING).cards();
-        std::ranges::reverse(ids);
-    } else {
-        ids = windowsWithoutHints(connection);
-    }
+    const auto ids
+        = hasWindowManager(connection) ? managedWindows(connection) : windowsWithoutHints(connection);
     const auto currentDesktop
         = connection.property(connection.root(), connection.hints()._NET_CURRENT_DESKTOP)
               .cards()
