@@ -60,6 +60,8 @@ bool Sheet::eventFilter(QObject* watched, QEvent* event)
     const bool isResized = type == QEvent::Resize && watched == &window && window.internalWinId();
     if (isResized || isFirstExposure || (type == QEvent::Show && watched == &window))
         shapeWindow();
+    if (isFirstExposure)
+        WindowSystem::current().settle(window, role);
     return false;
 }
 
@@ -69,7 +71,7 @@ void Sheet::shapeWindow()
         window.clearMask();
     else
         window.setMask(outline());
-    WindowSystem::current().describe(window, role, rect(), form.proportions);
+    WindowSystem::current().describe(window, role, rect());
 }
 
 QRegion Sheet::outline() const

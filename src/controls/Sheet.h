@@ -20,7 +20,6 @@ public:
         double radius;
         int margin = 0;         ///< room on every side of the sheet; points
         bool cutSquare = false; ///< without a compositor the corners are square
-        QSize proportions = {}; ///< of the sheet, to be kept when it is resized; empty for any
     };
 
     /// Before the window is first shown; its flags and attributes are set.

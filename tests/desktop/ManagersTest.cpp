@@ -3,6 +3,8 @@
 // Captures on the window managers of other desktops, each of which has its own way of decorating windows.
 
 #include "Desktop.h"
+#include "app/floating/Pin.h"
+#include "app/messages/HUD.h"
 #include "capture/CaptureOverlay.h"
 
 #include <QDir>
@@ -156,6 +158,42 @@ TEST(XfceTest, RoundedCornersAreTransparent)
             holes += qAlpha(picture.pixel(x, y)) != 255;
     EXPECT_LT(holes, 200);
 }
+
+struct Manager {
+    QString program;
+    QByteArray name;
+    QStringList arguments;
+};
+
+class PinOnManagersTest : public testing::TestWithParam<Manager> { };
+
+// One puts a new window on the desktop that is seen, whatever it says of itself, the other on the last one.
+TEST_P(PinOnManagersTest, IsOnEveryDesktop)
+{
+    replaceManager(GetParam().program, GetParam().name, GetParam().arguments);
+    desktop().run(u"wmctrl"_s, {u"-n"_s, u"2"_s});
+    letPass(500);
+    QImage picture(300, 200, QImage::Format_RGB32);
+    picture.fill(QColor(0xD9, 0x48, 0x0F));
+    PinnedImage::show(picture, 1, nullptr);
+    HUD::dismiss();
+    auto& pin = *PinnedImage::open().first();
+    const auto isSeen
+        = [&] { return pictureByOthers().pixelColor(pin.picture().center()) == picture.pixelColor(0, 0); };
+    ASSERT_TRUE(waitUntil(isSeen));
+    const auto current = [] { return desktop().run(u"xdotool"_s, {u"get_desktop"_s}).trimmed(); };
+    desktop().run(u"wmctrl"_s, {u"-s"_s, u"1"_s});
+    ASSERT_TRUE(waitUntil([&] { return current() == "1"; }));
+    letPass(1500); // the manager's own show
+    EXPECT_TRUE(isSeen());
+    EXPECT_EQ(pin.picture().size(), picture.size());
+    pin.dismiss();
+}
+
+INSTANTIATE_TEST_SUITE_P(Manager, PinOnManagersTest,
+    testing::Values(
+        Manager{u"kwin_x11"_s, "KWin", {}}, Manager{u"xfwm4"_s, "Xfwm4", {u"--compositor=off"_s}}),
+    [](const auto& each) { return each.param.name.toStdString(); });
 
 // Of a rolled-up window there is no more than a title bar of this height.
 TEST(RolledUp, ASmallTitleBarIsLeftOutAndNothingBehindItIsTakenInItsPlace)

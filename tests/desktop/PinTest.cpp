@@ -121,6 +121,16 @@ TEST_F(PinTest, DragsMoveItAndResizeItInItsProportionsAndADoubleClickClosesIt)
     EXPECT_TRUE(waitUntil([] { return PinnedImage::open().isEmpty(); }));
 }
 
+TEST_F(PinTest, ItKeepsItsProportionsAlsoWhenTheWindowManagerResizesIt)
+{
+    auto& pin = pinned();
+    const auto around = pin.size() - pin.picture().size();
+    const auto told = QSize(600, 300) + around;
+    xdotool(u"windowsize --sync %1 %2 %3"_s.arg(pin.winId()).arg(told.width()).arg(told.height()));
+    EXPECT_TRUE(waitUntil([&] { return pin.picture().size() == QSize(400, 300); }))
+        << pin.picture().width() << " x " << pin.picture().height();
+}
+
 TEST_F(PinTest, TheWheelFadesItWithinItsBounds)
 {
     auto& pin = pinned();

@@ -23,6 +23,7 @@ namespace pintalux {
 namespace {
 
 constexpr int shadowSpace = int(Theme::shadowMargin); // points
+constexpr int settlingMilliseconds = 200;
 constexpr double faintest = 0.25;
 constexpr double opacityPerStep = 0.01;
 constexpr double stepsPerNotch = 10; // of a wheel that does not count in pixels
@@ -93,12 +94,14 @@ const QList<PinnedImage*>& PinnedImage::open() { return openPins; }
 PinnedImage::PinnedImage(const QImage& picture, QSize size)
     : image(picture)
     , proportions(size)
-    , sheet(*this, WindowRole::pin,
-          {.radius = Theme::pinRadius, .margin = shadowSpace, .cutSquare = true, .proportions = size})
+    , sheet(*this, WindowRole::pin, {.radius = Theme::pinRadius, .margin = shadowSpace, .cutSquare = true})
 {
     setWindowTitle(u"Imagen fijada"_s);
     setAccessibleName(windowTitle());
     setMouseTracking(true);
+    settled.setSingleShot(true);
+    settled.setInterval(settlingMilliseconds);
+    connect(&settled, &QTimer::timeout, this, &PinnedImage::keepProportions);
 }
 
 PinnedImage::~PinnedImage() { openPins.removeOne(this); }
@@ -112,7 +115,7 @@ void PinnedImage::dismiss()
 
 void PinnedImage::copyImage() const
 {
-    const double scale = image.width() / std::max(1.0, double(sheet.rect().width()));
+    const double scale = image.width() / std::max(1.0, double(pictureInSheet().width()));
     Clipboard::copy(image, std::max(1.0, scale));
     HUD::show(u"Copiado al portapapeles"_s, u"doc.on.clipboard"_s);
 }
@@ -122,16 +125,38 @@ void PinnedImage::setPicture(const QRect& screenRect)
     setGeometry(screenRect.adjusted(-shadowSpace, -shadowSpace, shadowSpace, shadowSpace));
 }
 
+// The window manager resizes it as well, and is not asked to keep the proportions: some managers would keep
+// those of the picture with its shadow.
+void PinnedImage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    settled.start();
+}
+
+void PinnedImage::keepProportions()
+{
+    if (const auto kept = pictureInSheet(); kept.size() != sheet.rect().size())
+        setPicture(kept.translated(pos()));
+}
+
+QRect PinnedImage::pictureInSheet() const
+{
+    QRect kept({}, PinGeometry::fitted(sheet.rect().size(), proportions));
+    kept.moveCenter(sheet.rect().center());
+    return kept;
+}
+
 // A fraction of a point was rounded up, which is less than a point in device pixels.
 bool PinnedImage::isPixelForPixel() const
 {
     const double ratio = devicePixelRatioF();
-    const auto spare = QSizeF(sheet.rect().size()) * ratio - QSizeF(image.size());
+    const auto spare = QSizeF(pictureInSheet().size()) * ratio - QSizeF(image.size());
     return spare.width() > -1 && spare.height() > -1 && spare.width() < ratio && spare.height() < ratio;
 }
 
-void PinnedImage::drawPicture(const QRectF& card, QPainter& painter)
+void PinnedImage::drawPicture(QPainter& painter)
 {
+    const QRectF card(pictureInSheet());
     const double ratio = devicePixelRatioF();
     if (isPixelForPixel()) {
         scaled = QImage();
@@ -153,13 +178,15 @@ void PinnedImage::paintEvent(QPaintEvent*)
     const QRectF card(sheet.rect());
     if (!sheet.isTranslucent()) {
         painter.fillRect(card, theme.card); // below what is transparent
-        drawPicture(card, painter);
+        drawPicture(painter);
         Elevation::drawInnerEdge(card, sheet.radius(), theme, painter);
         return;
     }
     Elevation::drawShadow(Elevation::Level::floating, card, sheet.radius(), theme, painter);
     painter.setClipPath(Draw::roundedRect(card, sheet.radius()));
-    drawPicture(card, painter);
+    if (pictureInSheet().size() != sheet.rect().size())
+        painter.fillRect(card, theme.card); // resized by somebody else a moment ago
+    drawPicture(painter);
     painter.setClipping(false);
     Elevation::drawEdge(card, sheet.radius(), theme, painter);
 }

@@ -4,6 +4,7 @@
 #include "controls/Sheet.h"
 
 #include <QImage>
+#include <QTimer>
 #include <QWidget>
 
 namespace pintalux {
@@ -38,6 +39,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -49,12 +51,17 @@ protected:
 private:
     PinnedImage(const QImage& image, QSize size);
 
+    void keepProportions();
+    /// The picture in its proportions, within the window: the whole sheet, but for a moment after a window
+    /// manager has resized it.
+    QRect pictureInSheet() const;
     bool isPixelForPixel() const;
-    void drawPicture(const QRectF& card, QPainter& painter);
+    void drawPicture(QPainter& painter);
 
     QImage image;
     QImage scaled; ///< `image` at this window's device pixels; null where it is shown pixel for pixel
     QSize proportions;
+    QTimer settled; ///< runs until nobody has resized the pin for a moment
     Sheet sheet;
     double opacity = 1; ///< exactly; the toolkit remembers its own in coarse steps
 

@@ -78,4 +78,11 @@ QRect resized(const QRect& start, Qt::Edges edges, QPoint delta, QSize proportio
     return result;
 }
 
+QSize fitted(QSize available, QSize proportions)
+{
+    const auto size = proportions.scaled(available, Qt::KeepAspectRatio).expandedTo({1, 1});
+    const bool isClose = available.width() - size.width() <= 1 && available.height() - size.height() <= 1;
+    return isClose ? available : size;
+}
+
 } // namespace pintalux::PinGeometry

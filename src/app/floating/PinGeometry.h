@@ -22,4 +22,8 @@ Qt::CursorShape cursorFor(Qt::Edges edges);
 /// hold of.
 QRect resized(const QRect& start, Qt::Edges edges, QPoint delta, QSize proportions);
 
+/// The largest size of these `proportions` that `available` has room for; `available` itself where it is that
+/// but for a rounded point.
+QSize fitted(QSize available, QSize proportions);
+
 } // namespace pintalux::PinGeometry

@@ -76,7 +76,9 @@ void WindowSystem::coverScreen(QWidget& window, QScreen& screen, const QRect& fr
     window.winId();
 }
 
-void WindowSystem::describe(QWidget&, WindowRole, const QRect&, QSize) const { }
+void WindowSystem::describe(QWidget&, WindowRole, const QRect&) const { }
+
+void WindowSystem::settle(QWidget&, WindowRole) const { }
 
 void WindowSystem::setInTaskBar(QWidget&, bool) const { }
 

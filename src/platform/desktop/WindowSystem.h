@@ -58,10 +58,13 @@ public:
     /// everything, on all desktops, without frame, shadow or the window manager's say.
     virtual void coverScreen(QWidget& window, QScreen& screen, const QRect& frame) const;
     /// Tells the desktop what of a floating window is `sheet` (points of the window) and what is its shadow:
-    /// it casts none of its own, clicks on that of panels and pins reach what lies below, and resizing keeps
-    /// the sheet's `proportions` unless they are empty. Anew after each change of the size, and once a
-    /// managed window is on the screen, for not every window manager looks at it before.
-    virtual void describe(QWidget& window, WindowRole role, const QRect& sheet, QSize proportions) const;
+    /// it casts none of its own, and clicks on that of panels and pins reach what lies below. Anew after each
+    /// change of the size, and once a managed window is on the screen, for not every window manager looks at
+    /// it before.
+    virtual void describe(QWidget& window, WindowRole role, const QRect& sheet) const;
+    /// Asks, once a managed window is on the screen, for what of its role the window manager grants only to
+    /// windows in its care.
+    virtual void settle(QWidget& window, WindowRole role) const;
     /// Lists a window in task bars and window switchers, or keeps it out of them; shown or not.
     virtual void setInTaskBar(QWidget& window, bool listed) const;
     /// A quicker way to paint a window that has its native window already. Null where there is none (another

@@ -12,7 +12,6 @@
 #include <QWidget>
 
 #include <xcb/shape.h>
-#include <xcb/xcb_icccm.h>
 #include <xcb/xfixes.h>
 
 #include <cmath>
@@ -56,22 +55,6 @@ void setCards(
 void withoutCompositorShadow(xcb_connection_t* connection, xcb_window_t window)
 {
     setCards(connection, window, "_COMPTON_SHADOW", {0});
-}
-
-/// Asks the window manager to keep the proportions of what is within a margin of device pixels. The toolkit
-/// forgets it with each change of the size.
-void keepProportions(xcb_connection_t* connection, xcb_window_t window, QSize proportions, int margin)
-{
-    xcb_size_hints_t hints{};
-    xcb_icccm_get_wm_normal_hints_reply(
-        connection, xcb_icccm_get_wm_normal_hints(connection, window), &hints, nullptr);
-    const auto [width, height] = std::pair(proportions.width(), proportions.height());
-    xcb_icccm_size_hints_set_aspect(&hints, width, height, width, height);
-    // The proportions are of what goes beyond the base size.
-    xcb_icccm_size_hints_set_base_size(&hints, 2 * margin, 2 * margin);
-    xcb_icccm_set_wm_normal_hints(connection, window, &hints);
-    const auto around = quint32(margin);
-    setCards(connection, window, "_GTK_FRAME_EXTENTS", {around, around, around, around});
 }
 
 void focusNow(xcb_connection_t* connection, xcb_window_t window)
@@ -150,13 +133,6 @@ bool X11WindowSystem::hasTrayPanel() const
             connection, x11::toolkitAtom("_NET_SYSTEM_TRAY_S" + QByteArray::number(x11::screenNumber())));
 }
 
-void X11WindowSystem::prepare(QWidget& window, WindowRole role) const
-{
-    WindowSystem::prepare(window, role);
-    if (auto* hints = x11::toolkitHints(); hints && role == WindowRole::pin)
-        xcb_ewmh_set_wm_desktop(hints, idOf(window), allDesktops);
-}
-
 void X11WindowSystem::coverScreen(QWidget& window, QScreen& screen, const QRect& frame) const
 {
     WindowSystem::coverScreen(window, screen, frame);
@@ -164,15 +140,17 @@ void X11WindowSystem::coverScreen(QWidget& window, QScreen& screen, const QRect&
         withoutCompositorShadow(connection, idOf(window));
 }
 
-void X11WindowSystem::describe(QWidget& window, WindowRole role, const QRect& sheet, QSize proportions) const
+void X11WindowSystem::describe(QWidget& window, WindowRole role, const QRect& sheet) const
 {
     auto* connection = x11::toolkitConnection();
     if (!connection)
         return;
     const auto id = idOf(window);
     const double ratio = window.devicePixelRatioF();
-    if (!proportions.isEmpty())
-        keepProportions(connection, id, proportions, int(std::lround(sheet.left() * ratio)));
+    if (role == WindowRole::pin) {
+        const auto around = quint32(std::lround(sheet.left() * ratio));
+        setCards(connection, id, "_GTK_FRAME_EXTENTS", {around, around, around, around});
+    }
     if (role == WindowRole::message || role == WindowRole::popup)
         return withoutCompositorShadow(connection, id);
     const QRect pixels
@@ -184,6 +162,18 @@ void X11WindowSystem::describe(QWidget& window, WindowRole role, const QRect& sh
             each, 0, 0, 1, &rectangle);
         withoutCompositorShadow(connection, each);
     }
+}
+
+// Before it is shown that would be a property of the window's. Some managers put a new window on the desktop
+// that is seen all the same, and some put one that belongs to another window on the last one.
+void X11WindowSystem::settle(QWidget& window, WindowRole role) const
+{
+    auto* hints = x11::toolkitHints();
+    if (!hints || role != WindowRole::pin)
+        return;
+    xcb_ewmh_request_change_wm_desktop(
+        hints, x11::screenNumber(), idOf(window), allDesktops, XCB_EWMH_CLIENT_SOURCE_TYPE_NORMAL);
+    xcb_flush(hints->connection);
 }
 
 void X11WindowSystem::setInTaskBar(QWidget& window, bool listed) const

@@ -22,9 +22,9 @@ public:
     bool hasTrayPanel() const override;
     QString themeName() const override { return theme.name(); }
 
-    void prepare(QWidget& window, WindowRole role) const override;
     void coverScreen(QWidget& window, QScreen& screen, const QRect& frame) const override;
-    void describe(QWidget& window, WindowRole role, const QRect& sheet, QSize proportions) const override;
+    void describe(QWidget& window, WindowRole role, const QRect& sheet) const override;
+    void settle(QWidget& window, WindowRole role) const override;
     void setInTaskBar(QWidget& window, bool listed) const override;
     std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window) const override;
 
