@@ -22,6 +22,8 @@ CaptureJob::CaptureJob(CaptureAction wanted, QString screenName, QObject* parent
 void CaptureJob::start(Done whenDone)
 {
     done = std::move(whenDone);
+    if (isCancelled)
+        return cancel();
     if (!ScreenCapture::hasPermission())
         return fail(toError(CaptureError::permissionDenied));
     switch (action) {
@@ -40,6 +42,7 @@ void CaptureJob::start(Done whenDone)
 
 void CaptureJob::cancel()
 {
+    isCancelled = true;
     selection.reset();
     answer({CaptureAnswer::Kind::cancelled, {}, {}});
 }

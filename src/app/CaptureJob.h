@@ -34,7 +34,8 @@ public:
     CaptureJob(CaptureAction action, QString screen, QObject* parent = nullptr);
 
     void start(Done done);
-    /// Takes the selection away from the screen and answers that it was cancelled.
+    /// Takes the selection away from the screen and answers that it was cancelled. A job that has not been
+    /// started answers so when it is, and does nothing else.
     void cancel();
 
     /// The selection overlay on screen; null while there is none.
@@ -53,6 +54,7 @@ private:
     CaptureAction action;
     QString screen;
     Done done;
+    bool isCancelled = false;
     std::unique_ptr<CaptureOverlayController> selection;
 };
 

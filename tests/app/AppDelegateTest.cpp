@@ -126,6 +126,23 @@ TEST_F(AppDelegateTest, AFailedCaptureIsToldAndDeliversNothing)
     EXPECT_EQ(delegate.currentOverlay(), nullptr);
 }
 
+// Who asked may be gone again before the capture begins; nobody waits for what the overlay would ask then.
+TEST_F(AppDelegateTest, ACaptureForSomebodyThatIsCancelledAtOnceShowsNothing)
+{
+    QList<CaptureAnswer::Kind> answers;
+    const auto begin = [&] {
+        return delegate.captureFor(
+            CaptureAction::area, {}, [&](const CaptureAnswer& answer) { answers.append(answer.kind); });
+    };
+    const auto cancel = begin();
+    ASSERT_TRUE(cancel);
+    cancel();
+    ASSERT_TRUE(gesture::waitFor([&] { return !answers.isEmpty(); }));
+    EXPECT_EQ(answers, QList{CaptureAnswer::Kind::cancelled});
+    EXPECT_EQ(screens->log, QStringList()) << "it was begun";
+    EXPECT_TRUE(begin()) << "and stands in the way of the next one";
+}
+
 TEST_F(AppDelegateTest, ACaptureOpensAnEditorInFrontAndKeepsTheFocusThere)
 {
     settings.setAfterCapture(AfterCapture::editor);
