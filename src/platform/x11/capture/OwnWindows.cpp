@@ -13,6 +13,7 @@
 #include <xcb/shape.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace pintalux::x11 {
@@ -24,10 +25,12 @@ namespace {
 constexpr unsigned long composedMilliseconds = 50;
 constexpr unsigned long repaintedMilliseconds = 100;
 
-// How often it is looked whether a window has gone, which two looks alike show; and for how long, where what
-// is below moves or looks just like the window.
+// How often it is looked whether a window has gone, which two looks alike show. For how long after the first
+// change, where what is below moves; and for how long before it, which a compositor of a busy machine may
+// need, and which passes where what is below looks just like the window.
 constexpr unsigned long lookMilliseconds = 20;
-constexpr int mostMilliseconds = 400;
+constexpr int mostAfterChange = 400;
+constexpr int mostBeforeChange = 1500;
 
 // Device pixels that a compositor's shadow reaches around a window.
 constexpr int widestShadow = 64;
@@ -118,11 +121,16 @@ public:
         QElapsedTimer clock;
         clock.start();
         auto last = before;
-        while (!region.isEmpty() && clock.elapsed() < mostMilliseconds) {
+        bool changed = false;
+        while (!region.isEmpty() && clock.elapsed() < (changed ? mostAfterChange : mostBeforeChange)) {
             QThread::msleep(lookMilliseconds);
             auto now = look();
-            if (now == last && now != before)
-                return;
+            if (now != before) {
+                if (now == last)
+                    return;
+                if (!std::exchange(changed, true))
+                    clock.restart();
+            }
             last = std::move(now);
         }
         if (region.isEmpty())
