@@ -18,9 +18,9 @@
 
 namespace {
 
-HotKey keyOf(CaptureAction action, ShortcutPreset preset = ShortcutPreset::controlShift)
+HotKey keyOf(CaptureAction action)
 {
-    return {enumRow(action).keyCode, enumRow(preset).modifiers};
+    return {enumRow(action).keyCode, enumRow(ShortcutPreset::controlShift).modifiers};
 }
 
 class AppDelegateTest : public testing::Test {
@@ -72,15 +72,6 @@ TEST_F(AppDelegateTest, AKeyOfAnotherProgramFailsAloneAndIsRemembered)
     keyboard->taken.clear();
     delegate.registerShortcuts();
     EXPECT_TRUE(delegate.failedShortcuts().isEmpty());
-}
-
-TEST_F(AppDelegateTest, AnotherPresetTakesEffectAtOnceAndLetsTheOldKeysGo)
-{
-    delegate.registerShortcuts();
-    settings.setShortcutPreset(ShortcutPreset::commandShift);
-    EXPECT_EQ(keyboard->grabbed.size(), 5);
-    EXPECT_FALSE(keyboard->press(keyOf(CaptureAction::area)));
-    EXPECT_TRUE(keyboard->grabbed.contains(keyOf(CaptureAction::area, ShortcutPreset::commandShift)));
 }
 
 TEST_F(AppDelegateTest, AFullScreenGoesFromTheKeyToTheClipboardAndTheFocusBack)

@@ -131,18 +131,6 @@ TEST_F(PinTest, ItKeepsItsProportionsAlsoWhenTheWindowManagerResizesIt)
         << pin.picture().width() << " x " << pin.picture().height();
 }
 
-TEST_F(PinTest, TheWheelFadesItWithinItsBounds)
-{
-    auto& pin = pinned();
-    moveTo(pin.picture().center());
-    for (const auto& [button, notches, opacity] : {std::tuple(5, 2, 0.8), {5, 20, 0.25}, {4, 20, 1.}}) {
-        xdotool(u"click --repeat %1 --delay 20 %2"_s.arg(notches).arg(button));
-        EXPECT_TRUE(
-            waitUntil([&, wanted = opacity] { return std::abs(pin.windowOpacity() - wanted) < 0.01; }, 3000))
-            << opacity;
-    }
-}
-
 TEST_F(PinTest, ItsMenuCopiesTheWholePictureAtTheScaleShownAndCloses)
 {
     auto& pin = pinned();

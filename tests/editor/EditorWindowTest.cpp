@@ -119,22 +119,6 @@ TEST_F(EditorWindowTest, DroppingThePaletteDocksItAndMakesRoom)
     EXPECT_TRUE(gesture::waitFor([&] { return editor.canvas().insets() == QMargins(28, 18, 28, 22); }));
 }
 
-TEST_F(EditorWindowTest, AFolderThatCannotBeWrittenIsToldInWords)
-{
-    NEEDS_DISKS();
-    const stage::SmallDisk disk;
-    disk.makeReadOnly();
-    settings.setSaveFolder(disk.path());
-    const auto isFailure = [](const QString& message) {
-        return message.startsWith(u"No se pudo guardar: ") && message.size() > 25;
-    };
-    editor.quickSave();
-    EXPECT_TRUE(isFailure(told()));
-    HUD::dismiss();
-    saveAs(disk.path() + u"/x.png"_s);
-    EXPECT_TRUE(isFailure(told()));
-}
-
 TEST_F(EditorWindowTest, TheSavePanelCompletesTheNameButReplacesNothingUnasked)
 {
     const QDir captures(settings.saveFolder());

@@ -140,22 +140,6 @@ TEST(Files, PipesAndDanglingLinksAreNeitherReadNorReplaced)
     EXPECT_EQ(everythingIn(folder.path()), (QStringList{u"link"_s, u"pipe"_s}));
 }
 
-TEST(Files, MakingFoldersNamesTheFileThatStandsInTheWay)
-{
-    const QTemporaryDir folder;
-    makeFolders(folder.filePath(u"a/b/../c/"_s), Audience::onlyOwner);
-    EXPECT_EQ(stage::modeOf(folder.filePath(u"a/c"_s)), 0700u);
-    EXPECT_EQ(stage::modeOf(folder.filePath(u"a"_s)), 0700u);
-
-    stage::put(folder.filePath(u"file"_s), "");
-    try {
-        makeFolders(folder.filePath(u"file/below/deep"_s));
-        ADD_FAILURE();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.localizedDescription, u"«%1» no es una carpeta."_s.arg(folder.filePath(u"file"_s)));
-    }
-}
-
 // Killed in the middle of it, the process would leave such a name for good.
 TEST(Files, WhatIsBeingWrittenHasNoNameYet)
 {

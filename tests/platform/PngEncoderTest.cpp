@@ -98,20 +98,6 @@ TEST(PngEncoder, JoinsTheSegmentsOfAHugePicture)
     }
 }
 
-TEST(PngEncoder, SaysHowLargeAndInWhichColoursThePictureIs)
-{
-    for (const auto& [scale, dotsPerMetre] : {std::pair{1., 2835U}, {2., 5669U}, {1.5, 4252U}, {0.5, 1417U},
-             {std::nan(""), 2835U}, {-1., 2835U}}) {
-        const auto list = chunks(PngEncoder::encode(noise({20, 10}), scale).value());
-        ASSERT_EQ(list.size(), 5);
-        const QByteArray size = dataOf(list, "pHYs");
-        ASSERT_EQ(size.size(), 9);
-        EXPECT_EQ(qFromBigEndian<quint32>(size.constData()), dotsPerMetre);
-        EXPECT_EQ(qFromBigEndian<quint32>(size.constData() + 4), dotsPerMetre);
-        EXPECT_EQ(dataOf(list, "sRGB").size(), 1);
-    }
-}
-
 TEST(PngEncoder, LeavesOutTransparencyWhenThereIsNone)
 {
     constexpr qsizetype colourType = 9;

@@ -125,17 +125,3 @@ TEST(SketchArrow, TheOrderOfTheDrawsIsTheFormat)
     EXPECT_NEAR(path.elementAt(int(barb)).y, reach * std::sin(angle) + dy, 1e-6);
     EXPECT_NE(path, Renderer::sketchArrowPaths(points, width, scale, QUuid::createUuid()).front());
 }
-
-TEST(SmoothPath, ADotAndALineAreStrokedToTheirEnds)
-{
-    EXPECT_TRUE(Renderer::smoothPath({}).isEmpty());
-    const QList<QPointF> dot{{5, 5}};
-    EXPECT_EQ(Renderer::smoothPath(dot).currentPosition(), QPointF(5.01, 5));
-    const QList<QPointF> sameTwice{{5, 5}, {5, 5}};
-    EXPECT_EQ(Renderer::smoothPath(sameTwice), Renderer::smoothPath(dot));
-    const QList<QPointF> bend{{0, 0}, {10, 0}, {10, 10}};
-    const auto path = Renderer::smoothPath(bend);
-    EXPECT_EQ(path.currentPosition(), QPointF(10, 10));
-    EXPECT_LT(path.boundingRect().right(), 10.001);
-    EXPECT_FALSE(path.contains(QPointF(10, 0)));
-}

@@ -5,16 +5,6 @@
 
 using namespace pintalux::testing_scene;
 
-TEST(Shapes, CornersNeverRoundBeyondHalfTheSide)
-{
-    auto bar = mark(AnnotationKind::rectangle, {20, 20}, {180, 30}, Qt::red, 40);
-    bar.filled = true;
-    const auto image = drawn(plain(200, 60), {bar});
-    EXPECT_TRUE(isColor(image, {26, 25}, Qt::red)); // radius 5: the middle row is full from the 5th pixel on
-    EXPECT_FALSE(isColor(image, {20, 20}, Qt::red, 40));
-    EXPECT_TRUE(isColor(image, {25, 20}, Qt::red, 40));
-}
-
 TEST(Marks, TwiceTheScaleIsTheSamePictureTwiceAsLarge)
 {
     const auto scaled = [](Annotation annotation, double by) {
