@@ -37,7 +37,6 @@ cmake --build --preset "$preset"
 [ "$tidy" = no ] || tools/check-tidy.sh
 
 export QT_LOGGING_RULES="${QT_LOGGING_RULES:-}"
-export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=0}"
 ctest --preset "$preset" --parallel 2
 # What was left out says why.
 grep -h -B 2 '^\[  SKIPPED \] .* ms)$' "build/$preset/Testing/Temporary/LastTest.log" || true

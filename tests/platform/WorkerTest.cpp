@@ -60,7 +60,7 @@ TEST(Workers, AThreadThatCannotBeMadeIsAnErrorAndTheNextTimeItWorks)
 TEST(Workers, WhateverIsThrownCanBeTold)
 {
     Worker worker;
-    const auto memory = runOn(worker, [] { return std::vector<char>(std::size_t(1) << 60).size(); });
+    const auto memory = runOn(worker, []() -> int { throw std::bad_alloc(); });
     EXPECT_EQ(failureOf(memory), u"No hay memoria suficiente.");
     const auto own = runOn(worker, []() -> int { throw Error(QString(), 7, QStringLiteral("Así.")); });
     EXPECT_EQ(failureOf(own), u"Así.");
