@@ -16,11 +16,12 @@ former=$(sed -n 's/^project(pintalux VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 news=$(awk '/^## / { inside = ($0 == "## Sin publicar") ; next } inside && NF' CHANGELOG.md)
 [ -n "$news" ] || fail "CHANGELOG.md has nothing under «Sin publicar»"
 
-undo() { git checkout -q -- CMakeLists.txt CHANGELOG.md; }
+undo() { git checkout -q -- CMakeLists.txt CHANGELOG.md data/arch/PKGBUILD; }
 trap undo ERR INT TERM
 sed -i "s/^project(pintalux VERSION $former/project(pintalux VERSION $version/
   s/^set(PINTALUX_RELEASE_DATE [0-9-]*)/set(PINTALUX_RELEASE_DATE $(date --utc +%F))/" CMakeLists.txt
 sed -i "s/^## Sin publicar\$/## $version/" CHANGELOG.md
+sed -i "s/^pkgver=.*/pkgver=$version/" data/arch/PKGBUILD
 
 ./test.sh
 as_root=()
