@@ -88,14 +88,14 @@ class Program:
                                 OBJECT, "--method", "org.freedesktop.DBus.Peer.Ping"], capture_output=True)
         return found.returncode == 0
 
-    def fault(self):
+    def fault(self, told_to_end=False):
         """What is wrong with it; None when nothing is."""
         reports = glob.glob(self.reports + ".*")
         if reports:
             with open(reports[0], encoding="utf-8", errors="replace") as report:
                 return report.read()
         status = self.process.poll()
-        if status is not None and status != 0:
+        if status is not None and status != (128 + signal.SIGTERM if told_to_end else 0):
             how = signal.Signals(-status).name if status < 0 else f"estado {status}"
             return f"terminó por sí solo: {how}"
         if status is None and not self.answers(PATIENCE):
@@ -269,7 +269,7 @@ def run(arguments, folder):
         except subprocess.TimeoutExpired:
             fault = "no termina cuando se le pide"
             program.process.kill()
-        fault = fault or program.fault()
+        fault = fault or program.fault(told_to_end=True)
     if monkey.compositor:
         monkey.compositor.terminate()
     print(f"monkey: semilla {arguments.seed}: {steps} acciones, {program.starts} arranques, como mucho {program.largest} MB")
