@@ -9,7 +9,7 @@ set -euo pipefail
 build=(build-essential cmake ninja-build pkg-config
   qt6-base-dev libgl-dev
   libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-shm0-dev
-  libxcb-ewmh-dev libxcb-xfixes0-dev
+  libxcb-ewmh-dev libxcb-xfixes0-dev libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev
   libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont
   libtesseract-dev)
 run=(qt6-image-formats-plugins qt6-translations-l10n xdg-utils

@@ -12,6 +12,8 @@
 #include "platform/session/SystemSound.h"
 #include "settings/Settings.h"
 
+#include <QApplication>
+
 namespace pintalux {
 
 void AppDelegate::perform(CaptureAction action, const QString& screen)
@@ -19,6 +21,9 @@ void AppDelegate::perform(CaptureAction action, const QString& screen)
     if (overlay || isFreezing || selecting || !ScreenCapture::ensurePermission())
         return;
     quiet.start();
+    // One of ours is never in a picture, and would hold the keyboard.
+    for (auto* menu = QApplication::activePopupWidget(); menu && menu->close();)
+        menu = QApplication::activePopupWidget();
     HUD::dismiss();
     if (thumbnail)
         thumbnail->close(false);

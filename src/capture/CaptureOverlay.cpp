@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/CaptureOverlay.h"
 
+#include "app/messages/HUD.h"
 #include "capture/OverlayWindow.h"
 #include "platform/desktop/ToolkitScreens.h"
 #include "platform/desktop/WindowSystem.h"
@@ -10,6 +11,8 @@
 #include <QPointer>
 #include <QScreen>
 #include <QWindow>
+
+using namespace Qt::StringLiterals;
 
 namespace pintalux {
 
@@ -36,6 +39,12 @@ void CaptureOverlayController::show()
     }
     watchScreens();
     WindowSystem::current().giveKeyboard(windowUnderPointer());
+    inputHold = WindowSystem::current().holdInput(windowUnderPointer(), [guard = QPointer(this)] {
+        if (!guard)
+            return;
+        guard->finish(Outcome::Cancelled());
+        HUD::show(u"Otro programa tiene el teclado"_s, u"exclamationmark.triangle"_s);
+    });
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &CaptureOverlayController::keepKeyboard);
     refreshAll();
 }
@@ -138,6 +147,7 @@ void CaptureOverlayController::finish(const OverlayOutcome& outcome)
 
 void CaptureOverlayController::removeWindows()
 {
+    inputHold.reset();
     const auto leaving = std::exchange(overlayWindows, {});
     for (const auto& window : leaving)
         window->hide();

@@ -18,6 +18,7 @@ class QWindow;
 
 namespace pintalux {
 
+class InputHold;
 class OverlayWindow;
 
 /// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
@@ -73,6 +74,7 @@ private:
     FrozenScreens frozenScreens;
     std::vector<OverlayWindowPointer> overlayWindows;
     quint64 formerKeyboardOwner = 0; ///< as the window system names it
+    std::unique_ptr<InputHold> inputHold;
     Completion completion;
     bool finished = false;
 };

@@ -3,6 +3,7 @@
 // The real executable as a person uses it: hot keys and mouse from outside, files and clipboard read back.
 
 #include "ProgramStage.h"
+#include "platform/x11/XcbConnection.h"
 
 using namespace pintalux::test;
 
@@ -42,6 +43,51 @@ TEST_F(ProgramTest, AHotKeyAndADragSaveAndCopyJustThePixelsUnderTheSelection)
     EXPECT_EQ(differingPixels(copied(), expected), 0);
     EXPECT_TRUE(savedName.startsWith(u"Pintalux 2"));
     EXPECT_TRUE(waitUntil([&] { return activeWindow() == window.id(); })) << "the focus is not back";
+}
+
+TEST_F(ProgramTest, AMenuThatIsOpenIsInThePictureAndClosesWithoutBeingUsed)
+{
+    const DemoWindow window(u"Fondo"_s, u"500x400+150+100"_s, u"#3B6FE0"_s);
+    const auto closed = pictureByOthers();
+    const auto openMenu = [&](const QString& more) {
+        xdotool(u"mousemove 250 250 click 3 "_s + more);
+        ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), closed) > 3000; }));
+        letPass(300);
+    };
+    for (const auto& [opening, left] :
+        {std::pair(QString(), 10), std::pair(u"sleep 0.3 key Up Right"_s, 60)}) {
+        openMenu(opening);
+        const auto before = pictureByOthers();
+        pressHotKey(1);
+        EXPECT_EQ(differingPixels(pictureByOthers().copy(0, 100, 640, 500), before.copy(0, 100, 640, 500)), 0)
+            << "the frozen screens are seen at once";
+        letPass(700); // the menu closes, one level after the other
+        xdotool(u"mousemove 240 240 mousedown 1 mousemove 300 300 mousemove 520 391 mouseup 1"_s);
+        EXPECT_EQ(differingPixels(saved(), before.copy(240, 240, 280, 151)), 0) << left;
+        EXPECT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), closed) < 100; }))
+            << "menus are left";
+        EXPECT_TRUE(QDir(captures()).removeRecursively());
+    }
+    const auto title = desktop().run(u"xdotool"_s, {u"getwindowname"_s, window.id()});
+    EXPECT_EQ(title.trimmed(), "Fondo") << "a row was chosen";
+}
+
+TEST_F(ProgramTest, WhoHoldsTheKeyboardWithoutAMenuKeepsItAndGetsNoKeyFromUs)
+{
+    const x11::XcbConnection game(desktop().display());
+    const auto hold = game.reply<xcb_grab_keyboard_reply_t>(xcb_grab_keyboard(
+        game.get(), 0, game.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)
+                                                                .sequence);
+    ASSERT_TRUE(hold && hold->status == XCB_GRAB_STATUS_SUCCESS);
+    const auto before = pictureByOthers();
+    pressHotKey(1);
+    EXPECT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), before) == 0; }))
+        << "the overlay and what it said are still there";
+    bool gotEscape = false;
+    while (const x11::Reply<xcb_generic_event_t> event{xcb_poll_for_event(game.get())})
+        if ((event->response_type & 0x7f) == XCB_KEY_PRESS)
+            gotEscape |= reinterpret_cast<const xcb_key_press_event_t&>(*event).detail == 9;
+    EXPECT_FALSE(gotEscape) << "it would pause a game";
 }
 
 TEST_F(ProgramTest, WindowModeTakesTheWindowOnTopWholeUnderItsTitle)

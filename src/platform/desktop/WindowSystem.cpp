@@ -57,6 +57,8 @@ void WindowSystem::use(std::unique_ptr<WindowSystem> system)
     connect(qGuiApp, &QGuiApplication::screenAdded, inUse, follow);
 }
 
+std::unique_ptr<InputHold> WindowSystem::holdInput(QWidget&, std::function<void()>) const { return nullptr; }
+
 QRect WindowSystem::visibleFrame(const QScreen& screen) const { return screen.availableGeometry(); }
 
 void WindowSystem::prepare(QWidget& window, WindowRole role) const

@@ -6,6 +6,7 @@
 #include <QSize>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class QScreen;
@@ -22,6 +23,12 @@ enum class WindowRole {
     panel,   ///< the same, but takes clicks
     pin,     ///< kept above ordinary windows, on every desktop, out of the task list; can have the keyboard
     popup,   ///< has the mouse and the keyboard until it closes: menus, popovers
+};
+
+/// Pointer and keyboard, held until its end.
+class InputHold {
+public:
+    virtual ~InputHold() = default;
 };
 
 /// What the program's own windows ask of the desktop, and what the desktop can do for them: one back end per
@@ -76,6 +83,11 @@ public:
     virtual void giveKeyboard(QWidget& window) const;
     /// Takes the keyboard back for a window that covers a screen and lost it to another one.
     virtual void takeKeyboard(QWidget& window) const { giveKeyboard(window); }
+    /// Holds pointer and keyboard for the windows of ours that cover the screens, of which `window` is one
+    /// that is shown, so that no panel and no menu that is open gets what is meant for them. Such a menu is
+    /// closed. `refused` is called once, from the event loop, when whoever has them does not let go. Null
+    /// where the display system does so by itself.
+    virtual std::unique_ptr<InputHold> holdInput(QWidget& window, std::function<void()> refused) const;
     /// Whoever has the keyboard now, by a number of the display system; 0 when it does not say.
     ///
     /// A window that the window manager does not know takes the keyboard without being asked for it back: not

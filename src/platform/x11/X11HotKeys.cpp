@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/X11HotKeys.h"
 
+#include "platform/session/SessionLock.h"
 #include "platform/x11/Toolkit.h"
+#include "platform/x11/UnmanagedWindows.h"
 #include "platform/x11/XcbConnection.h"
 
 #include <QGuiApplication>
@@ -11,6 +13,9 @@
 namespace pintalux {
 
 namespace {
+
+/// Within which a grab tells of a press that the server told already.
+constexpr std::chrono::milliseconds grabDelay(25);
 
 // Of the keyboard extension's events, told apart by their second byte.
 constexpr uint8_t newKeyboardEvent = 0;
@@ -32,7 +37,11 @@ uint8_t keyboardExtensionEvents(xcb_connection_t* connection)
 } // namespace
 
 X11HotKeys::X11HotKeys()
+    : raw([this](const x11::RawKeys::Press& press) { pressedRaw(press); })
 {
+    patience.setSingleShot(true);
+    patience.setInterval(grabDelay);
+    patience.callOnTimeout([this] { answerUntold(); });
     if (auto* connection = x11::toolkitConnection()) {
         map = x11::KeyboardMap::read(connection);
         keyboardEvents = keyboardExtensionEvents(connection);
@@ -54,12 +63,14 @@ bool X11HotKeys::grab(const HotKey& key)
     if (!grabInAllLockStates(connection, key))
         return false;
     grabbed.append(key);
+    listen();
     return true;
 }
 
 void X11HotKeys::ungrabAll()
 {
     const auto keys = std::exchange(grabbed, {});
+    listen();
     auto* connection = x11::toolkitConnection();
     if (!connection)
         return;
@@ -137,11 +148,42 @@ void X11HotKeys::pressed(const xcb_key_press_event_t& event)
     if (event.event != event.root || !grabbed.contains(key))
         return;
     const bool repeated = isRepetition(event);
+    if (untold && untold->key == event.detail && untold->time == event.time)
+        untold.reset();
     held = event.detail;
     heldSince = event.time;
     releasedAt = 0;
     if (!repeated && onPress)
         onPress(key);
+}
+
+void X11HotKeys::listen()
+{
+    QList<xcb_keycode_t> keys;
+    for (const auto& key : std::as_const(grabbed))
+        keys.append(xcb_keycode_t(key.keyCode));
+    raw.watch(keys);
+}
+
+void X11HotKeys::pressedRaw(const x11::RawKeys::Press& press)
+{
+    const bool isTold = press.key == held && press.time == heldSince;
+    if (isTold || !grabbed.contains(HotKey{press.key, map.modifiersIn(press.state)}))
+        return;
+    untold = press;
+    patience.start();
+}
+
+void X11HotKeys::answerUntold()
+{
+    const auto press = std::exchange(untold, std::nullopt);
+    if (!press || x11::UnmanagedWindows::now().cover || isSessionLocked())
+        return;
+    held = press->key;
+    heldSince = press->time; // should the grab tell of it after all
+    releasedAt = 0;
+    if (onPress)
+        onPress({press->key, map.modifiersIn(press->state)});
 }
 
 void X11HotKeys::released(const xcb_key_release_event_t& event)

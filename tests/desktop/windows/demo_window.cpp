@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 
-// A tidy little application window to look at and to capture. It does nothing and ends on SIGTERM.
+// A tidy little application window to look at and to capture, with a menu by the right button whose rows
+// become its title. It ends on SIGTERM.
 //   pintalux_demo_window --title T --geometry WxH+X+Y --color #RRGGBB [--text ...] [--above]
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRegularExpression>
@@ -47,6 +50,17 @@ protected:
             margin, bottomOfText + margin, width() - 2 * margin, height() - bottomOfText - 2 * margin);
         if (chart.height() > 70 && chart.width() > 120)
             paintChart(painter, chart);
+    }
+
+    void contextMenuEvent(QContextMenuEvent* event) override
+    {
+        QMenu menu;
+        for (const auto& row : {QStringLiteral("Copiar"), QStringLiteral("Pegar"), QStringLiteral("Borrar")})
+            menu.addAction(row);
+        auto* more = menu.addMenu(QStringLiteral("Más"));
+        more->addAction(QStringLiteral("Imprimir"));
+        if (const auto* chosen = menu.exec(event->globalPos()))
+            setWindowTitle(chosen->text());
     }
 
 private:

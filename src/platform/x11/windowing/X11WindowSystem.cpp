@@ -5,6 +5,7 @@
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/XcbConnection.h"
 #include "platform/x11/windowing/BandSurface.h"
+#include "platform/x11/windowing/InputGrab.h"
 #include "platform/x11/windowing/Struts.h"
 
 #include <QGuiApplication>
@@ -214,6 +215,11 @@ void X11WindowSystem::takeKeyboard(QWidget& window) const
     // The toolkit asks for it as of the last event that it got, which is older than the loss.
     if (auto* connection = x11::toolkitConnection())
         focusNow(connection, idOf(window));
+}
+
+std::unique_ptr<InputHold> X11WindowSystem::holdInput(QWidget& window, std::function<void()> refused) const
+{
+    return std::make_unique<x11::InputGrab>(idOf(window), std::move(refused));
 }
 
 quint64 X11WindowSystem::keyboardOwner() const

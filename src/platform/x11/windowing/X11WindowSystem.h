@@ -29,6 +29,7 @@ public:
     std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window) const override;
 
     void takeKeyboard(QWidget& window) const override;
+    std::unique_ptr<InputHold> holdInput(QWidget& window, std::function<void()> refused) const override;
     quint64 keyboardOwner() const override;
     void returnKeyboard(quint64 owner) const override;
 
