@@ -13,6 +13,7 @@
 #include "settings/Settings.h"
 
 #include <QApplication>
+#include <QWidget>
 
 namespace pintalux {
 

@@ -112,6 +112,7 @@ void drawGrid(const QRectF& frame, GraphicsContext& context)
     constexpr int before = loupePixels / 2;
     constexpr double middle = before * loupeCell;
     const QRectF centre(frame.topLeft() + QPointF(middle, middle), QSizeF(loupeCell, loupeCell));
+    context.stroke(box(expanded(centre, 2)), sharp(withAlpha(Qt::black, 0.45), 1)); // seen on white too
     context.stroke(box(expanded(centre, 0.75)), sharp(Qt::white, 1.5));
 }
 

@@ -52,7 +52,7 @@ try {
     inputExtension = xcb_get_extension_data(connection, &xcb_input_id)->major_opcode;
     keyboardEvents = xcb_get_extension_data(connection, &xcb_xkb_id)->first_event;
     arrivals = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection), QSocketNotifier::Read);
-    arrivals->callOnActivated([this] { readEvents(); });
+    QObject::connect(arrivals.get(), &QSocketNotifier::activated, arrivals.get(), [this] { readEvents(); });
 } catch (const Error&) {
     server.reset(); // without a server there are no keys
 }
@@ -63,7 +63,8 @@ void RawKeys::select(bool listen)
     struct {
         xcb_input_event_mask_t head;
         uint32_t bits;
-    } const mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, listen ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS : 0u};
+    } const mask{
+        {XCB_INPUT_DEVICE_ALL_MASTER, 1}, listen ? uint32_t(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS) : 0u};
     xcb_input_xi_select_events(connection, server->root(), 1, &mask.head);
     constexpr uint16_t states = XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
     constexpr auto keyboard = xcb_xkb_device_spec_t(XCB_XKB_ID_USE_CORE_KBD);

@@ -110,7 +110,7 @@ QWidget* makeFileGroup(Binding& binding)
     column->setSpacing(Form::groupPadding);
     column->addWidget(new Form::Label(
         u"Los cambios se aplican al momento. «Guardar» crea una copia de tu configuración a la que puedes "
-        "volver cuando quieras; «Exportar» la lleva a un archivo para otra Mac."_s,
+        "volver cuando quieras; «Exportar» la lleva a un archivo para otro equipo."_s,
         Form::explanation, Form::Label::Fit::wrapped));
 
     auto* save = new PushButton(u"Guardar"_s, PushButton::Kind::solid);
