@@ -5,6 +5,9 @@
 #include "controls/theme/Theme.h"
 
 #include <QAbstractButton>
+#include <QAction>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
@@ -150,6 +153,24 @@ void Popover::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     sheet.paint(Elevation::Level::popover, Theme::of(palette()).card, painter);
+}
+
+void Popover::keyPressEvent(QKeyEvent* event)
+{
+    const auto* typing = focusWidget();
+    auto* window = opener ? opener->window() : nullptr;
+    const bool isText = typing && typing->testAttribute(Qt::WA_InputMethodEnabled);
+    if (event->key() == Qt::Key_Escape || !window || isText)
+        return QWidget::keyPressEvent(event);
+    // The toolkit gives shortcuts to the window in front alone.
+    const QKeySequence pressed(event->keyCombination());
+    const auto rows = window->findChildren<QAction*>();
+    const auto row = std::ranges::find_if(
+        rows, [&](const QAction* action) { return action->shortcuts().contains(pressed); });
+    if (row != rows.end())
+        (*row)->trigger();
+    else if (auto* target = window->focusWidget())
+        QCoreApplication::sendEvent(target, event);
 }
 
 void Popover::mousePressEvent(QMouseEvent* event)

@@ -9,7 +9,8 @@
 
 namespace pintalux {
 
-/// A sheet that opens beside a button, until Escape, a click outside or another one on the button.
+/// A sheet that opens beside a button, until Escape, a click outside or another one on the button. Keys that
+/// mean nothing in it reach the window that it was opened from, unless a text is being typed.
 class Popover : public QWidget {
     Q_OBJECT
 
@@ -35,6 +36,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;

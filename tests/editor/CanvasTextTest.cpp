@@ -113,6 +113,23 @@ TEST_F(CanvasTextTest, SpacesAndEscapeLeaveNothing)
     EXPECT_EQ(model->undoCount(), 0);
 }
 
+TEST_F(CanvasTextTest, UndoMeansThePictureWhenThereIsNothingToUndoInTheText)
+{
+    const auto isTakenByTheText = [this] {
+        QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+        event.ignore();
+        QApplication::sendEvent(field(), &event);
+        return event.isAccepted();
+    };
+    click({100, 100});
+    EXPECT_FALSE(isTakenByTheText());
+    type(u"no"_s);
+    EXPECT_TRUE(isTakenByTheText());
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(field()->text(), u""_s);
+    EXPECT_FALSE(isTakenByTheText());
+}
+
 TEST_F(CanvasTextTest, EditingChangesRemovesOrLeavesTheMark)
 {
     placeText(u"uno"_s);

@@ -279,3 +279,34 @@ TEST_F(EditorWindowTest, ARightClickOnAMarkOffersWhatCanBeDoneWithIt)
     EXPECT_EQ(editor.model().doc().annotations.size(), 1);
     menu->close();
 }
+
+TEST_F(EditorWindowTest, KeysReachThePictureFromAnOpenPopoverAndAfterAMenu)
+{
+    auto& window = editor.window();
+    window.show();
+    window.activateWindow();
+    editor.canvas().setFocus();
+    QApplication::processEvents();
+    edit();
+    auto frames = window.findChildren<QAbstractButton*>();
+    const auto frame = std::ranges::find_if(
+        frames, [](const auto* button) { return button->accessibleName().startsWith(u"Embellecer"); });
+    ASSERT_NE(frame, frames.end());
+    (*frame)->click();
+    ASSERT_TRUE(QApplication::activePopupWidget());
+    gesture::key(Qt::Key_E);
+    EXPECT_EQ(editor.model().tool(), Tool::ellipse);
+    gesture::key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor.model().redoCount(), 1);
+    gesture::key(Qt::Key_Escape);
+    EXPECT_FALSE(QApplication::activePopupWidget());
+
+    auto* bar = window.findChild<QMenuBar*>();
+    const auto title = bar->actionGeometry(bar->actions().at(2)).center();
+    gesture::press(*bar, title);
+    ASSERT_TRUE(QApplication::activePopupWidget());
+    gesture::key(Qt::Key_Escape);
+    EXPECT_FALSE(QApplication::activePopupWidget());
+    EXPECT_FALSE(bar->activeAction()) << "the bar still has the keyboard";
+    EXPECT_EQ(QApplication::focusWidget(), &editor.canvas());
+}

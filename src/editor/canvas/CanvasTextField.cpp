@@ -233,6 +233,13 @@ bool CanvasTextField::event(QEvent* event)
             event->accept();
             return true;
         }
+        // With nothing to undo here, the key means the picture.
+        const auto* text = item->document();
+        if ((key->matches(QKeySequence::Undo) && !text->isUndoAvailable())
+            || (key->matches(QKeySequence::Redo) && !text->isRedoAvailable())) {
+            event->ignore();
+            return false;
+        }
     }
     if (event->type() == QEvent::KeyPress && isTab(*static_cast<QKeyEvent*>(event))) {
         keyPressEvent(static_cast<QKeyEvent*>(event)); // before the toolkit moves the focus

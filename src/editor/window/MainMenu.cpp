@@ -9,6 +9,7 @@
 #include "platform/graphics/TextBlock.h"
 
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QProxyStyle>
@@ -154,6 +155,15 @@ public:
     }
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() != Qt::Key_Escape)
+            return Menu::keyPressEvent(event);
+        // The toolkit would keep the keyboard in the bar, also for who opened the menu with the mouse.
+        close();
+        QKeyEvent leave(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&bar, &leave);
+    }
     void mousePressEvent(QMouseEvent* event) override
     {
         if (!passedOn(*event))
