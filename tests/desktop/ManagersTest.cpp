@@ -33,7 +33,7 @@ QByteArray managerName()
 void replaceManager(const QString& program, const QByteArray& name, const QStringList& arguments = {})
 {
     desktop().start(program, QStringList{u"--replace"_s} + arguments);
-    ASSERT_TRUE(waitUntil([&] { return managerName().contains(name); }, 15000));
+    ASSERT_TRUE(waitUntil([&] { return managerName().contains(name); }));
     letPass(500);
 }
 
