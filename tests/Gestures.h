@@ -14,10 +14,12 @@
 
 namespace gesture {
 
+/// `held` after it; what changes is the left button, or nothing when the pointer moves.
 inline void mouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButtons held,
-    Qt::MouseButton button = Qt::LeftButton)
+    Qt::KeyboardModifiers modifiers = {})
 {
-    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+    const auto changed = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, widget.mapToGlobal(at), changed, held, modifiers);
     QApplication::sendEvent(&widget, &event);
 }
 
@@ -25,10 +27,7 @@ inline void press(QWidget& widget, QPointF at)
 {
     mouse(widget, QEvent::MouseButtonPress, at, Qt::LeftButton);
 }
-inline void moveTo(QWidget& widget, QPointF at)
-{
-    mouse(widget, QEvent::MouseMove, at, Qt::LeftButton, Qt::NoButton);
-}
+inline void moveTo(QWidget& widget, QPointF at) { mouse(widget, QEvent::MouseMove, at, Qt::LeftButton); }
 inline void release(QWidget& widget, QPointF at)
 {
     mouse(widget, QEvent::MouseButtonRelease, at, Qt::NoButton);

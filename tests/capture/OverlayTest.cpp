@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Gestures.h"
 #include "Pictures.h"
 #include "capture/CaptureOverlay.h"
 #include "capture/OverlayWindow.h"
@@ -58,28 +59,24 @@ protected:
 
     OverlayView& view(std::size_t screen) const { return *overlay->windows()[screen]; }
 
-    void mouse(QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held,
-        Qt::KeyboardModifiers modifiers = {})
+    void mouse(QEvent::Type type, QPointF at, Qt::MouseButtons held, Qt::KeyboardModifiers modifiers = {})
     {
-        if (!overlay)
-            return;
-        QMouseEvent event(type, at, at, button, held, modifiers);
-        QApplication::sendEvent(&view(screen), &event);
+        if (overlay)
+            gesture::mouse(view(screen), type, at, held, modifiers);
     }
-    void press(QPointF at) { mouse(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton); }
+    void press(QPointF at) { mouse(QEvent::MouseButtonPress, at, Qt::LeftButton); }
     void drag(QPointF to, Qt::KeyboardModifiers modifiers = {})
     {
-        mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton, modifiers);
+        mouse(QEvent::MouseMove, to, Qt::LeftButton, modifiers);
     }
-    void release(QPointF at) { mouse(QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton); }
-    void move(QPointF to) { mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::NoButton); }
+    void release(QPointF at) { mouse(QEvent::MouseButtonRelease, at, {}); }
+    void move(QPointF to) { mouse(QEvent::MouseMove, to, {}); }
     void select(QPointF from, QPointF to, Qt::KeyboardModifiers modifiers = {})
     {
         press(from);
         drag(to, modifiers);
         release(to);
     }
-    void rightClick(QPointF at) { mouse(QEvent::MouseButtonPress, at, Qt::RightButton, Qt::RightButton); }
     void key(int meaning, quint32 scanCode = 0, bool repeated = false)
     {
         if (!overlay)
@@ -226,7 +223,9 @@ TEST_F(OverlayTest, EscapeEndsTheDragFirstAndOnlyThenTheOverlay)
     EXPECT_TRUE(only<Outcome::Cancelled>());
 
     show(OverlayMode::window);
-    rightClick({50, 50});
+    QMouseEvent rightPress(
+        QEvent::MouseButtonPress, {50, 50}, {50, 50}, Qt::RightButton, Qt::RightButton, {});
+    QApplication::sendEvent(&view(0), &rightPress);
     EXPECT_TRUE(only<Outcome::Cancelled>());
 }
 

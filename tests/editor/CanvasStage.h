@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Gestures.h"
 #include "editor/canvas/CanvasView.h"
 #include "model/Palette.h"
 #include "platform/base/UserDefaults.h"
@@ -43,9 +44,7 @@ struct CanvasStage : testing::Test {
 
     void send(QEvent::Type type, QPointF viewPoint, Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers)
     {
-        const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, viewPoint, view->mapToGlobal(viewPoint), button, buttons, modifiers);
-        QApplication::sendEvent(view.get(), &event);
+        gesture::mouse(*view, type, viewPoint, buttons, modifiers);
     }
     void pressView(QPointF at) { send(QEvent::MouseButtonPress, at, Qt::LeftButton, {}); }
     void dragView(QPointF to, Qt::KeyboardModifiers modifiers = {})

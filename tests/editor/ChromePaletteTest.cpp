@@ -178,19 +178,19 @@ TEST_F(ChromePalette, NothingOverlapsOrIsCutOnAnyEdgeAndWidth)
 TEST_F(ChromePalette, TheGripCarriesThePaletteAndAsksForItsPlaceOnce)
 {
     const auto start = tools.pos();
-    send(*grip(), QEvent::MouseButtonPress, {9, 20}, Qt::LeftButton);
-    send(*grip(), QEvent::MouseMove, {10, 21}, Qt::LeftButton);
-    send(*grip(), QEvent::MouseButtonRelease, {10, 21}, {});
+    gesture::mouse(*grip(), QEvent::MouseButtonPress, {9, 20}, Qt::LeftButton);
+    gesture::mouse(*grip(), QEvent::MouseMove, {10, 21}, Qt::LeftButton);
+    gesture::mouse(*grip(), QEvent::MouseButtonRelease, {10, 21}, {});
     EXPECT_EQ(tools.pos(), start);
     EXPECT_EQ(snaps, 0) << "a click would dock the palette where the grip happens to be";
 
-    send(*grip(), QEvent::MouseButtonPress, {9, 20}, Qt::LeftButton);
+    gesture::mouse(*grip(), QEvent::MouseButtonPress, {9, 20}, Qt::LeftButton);
     const auto from = grip()->mapToGlobal(QPointF(9, 20));
     for (const QPointF step : {QPointF(-40, -100), QPointF(-90, -300)}) {
-        send(*grip(), QEvent::MouseMove, grip()->mapFromGlobal(from + step), Qt::LeftButton);
+        gesture::mouse(*grip(), QEvent::MouseMove, grip()->mapFromGlobal(from + step), Qt::LeftButton);
         EXPECT_EQ(tools.pos(), start + step.toPoint());
         EXPECT_EQ(snaps, 0);
     }
-    send(*grip(), QEvent::MouseButtonRelease, {9, 20}, {});
+    gesture::mouse(*grip(), QEvent::MouseButtonRelease, {9, 20}, {});
     EXPECT_EQ(snaps, 1);
 }

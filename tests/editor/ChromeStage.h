@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Gestures.h"
+#include "Pictures.h"
 #include "editor/bars/EditorChrome.h"
 #include "editor/bars/ToolPalette.h"
 #include "editor/canvas/CanvasView.h"
@@ -22,13 +24,6 @@ struct ChromeStage : testing::Test {
         canvas.setFocusPolicy(Qt::StrongFocus);
         canvas.setFocus();
         QApplication::processEvents();
-    }
-
-    static QImage picture()
-    {
-        QImage image(1180, 700, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        return image;
     }
 
     void resize(QSize size)
@@ -65,19 +60,13 @@ struct ChromeStage : testing::Test {
         return nullptr;
     }
 
-    static void send(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButtons buttons)
-    {
-        const auto changed = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, to.mapToGlobal(at), changed, buttons, Qt::NoModifier);
-        QApplication::sendEvent(&to, &event);
-    }
     static void drag(QWidget& from, QPointF start, const QList<QPointF>& way)
     {
-        send(from, QEvent::MouseButtonPress, start, Qt::LeftButton);
+        gesture::mouse(from, QEvent::MouseButtonPress, start, Qt::LeftButton);
         for (const auto point : way)
-            send(from, QEvent::MouseMove, from.mapFromGlobal(from.window()->mapToGlobal(point)),
+            gesture::mouse(from, QEvent::MouseMove, from.mapFromGlobal(from.window()->mapToGlobal(point)),
                 Qt::LeftButton);
-        send(from, QEvent::MouseButtonRelease, start, {});
+        gesture::mouse(from, QEvent::MouseButtonRelease, start, {});
     }
     static void press(QWidget& target, Qt::Key key)
     {
@@ -94,8 +83,8 @@ struct ChromeStage : testing::Test {
         auto* window = target.window();
         EXPECT_EQ(window->childAt(target.mapTo(window, middle).toPoint()), &target)
             << qPrintable(target.accessibleName());
-        send(target, QEvent::MouseButtonPress, middle, Qt::LeftButton);
-        send(target, QEvent::MouseButtonRelease, middle, {});
+        gesture::mouse(target, QEvent::MouseButtonPress, middle, Qt::LeftButton);
+        gesture::mouse(target, QEvent::MouseButtonRelease, middle, {});
     }
     void click(const QString& help)
     {
@@ -106,7 +95,7 @@ struct ChromeStage : testing::Test {
 
     pintalux::UserDefaults store = pintalux::UserDefaults::inMemory();
     pintalux::Settings settings{store};
-    pintalux::EditorModel model{{picture(), 2, {}}, settings};
+    pintalux::EditorModel model{{pintalux::test::plain({1180, 700}), 2, {}}, settings};
     QList<pintalux::Command> asked; ///< what the bar asked for
     int dragsOut = 0;
     int snaps = 0;

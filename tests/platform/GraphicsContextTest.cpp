@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/GraphicsContext.h"
 
+#include "Pictures.h"
 #include "platform/image/LargeImage.h"
-
-#include <QWidget>
-
-#include <gtest/gtest.h>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
 QImage canvas(int width, int height, const QColor& color = Qt::white)
 {
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
+    return test::plain({width, height}, color, QImage::Format_ARGB32_Premultiplied);
 }
 
 QPainterPath box(const QRectF& rect)
@@ -32,13 +23,12 @@ double centreOfDarkness(const QImage& image, bool vertical)
 {
     double sum = 0;
     double moment = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const double darkness = 255 - qGray(image.pixel(x, y));
-            sum += darkness;
-            moment += darkness * ((vertical ? y : x) + 0.5);
-        }
-    }
+    test::countPixels(image, [&](int x, int y) {
+        const double darkness = 255 - qGray(image.pixel(x, y));
+        sum += darkness;
+        moment += darkness * ((vertical ? y : x) + 0.5);
+        return true;
+    });
     return moment / sum;
 }
 
@@ -79,41 +69,6 @@ TEST(GraphicsContextShadow, IsAGaussianOfHalfTheBlur)
     }
 }
 
-TEST(GraphicsContextShadow, FillAndStrokeCastOne)
-{
-    const auto draw = [](bool together) {
-        auto image = canvas(100, 100);
-        QPainter painter(&image);
-        GraphicsContext context(painter);
-        context.setShadow({QColor(0, 0, 0, 128), {0, 30}, 0});
-        const Stroke edge{QColor(Qt::red), 10};
-        if (together) {
-            context.fillAndStroke(box({30, 20, 40, 20}), QColor(Qt::red), edge);
-        } else {
-            context.fill(box({30, 20, 40, 20}), QColor(Qt::red));
-            context.stroke(box({30, 20, 40, 20}), edge);
-        }
-        painter.end();
-        return qGray(image.pixel(50, 68)); // beneath both the fill's and the stroke's shadow
-    };
-    EXPECT_NEAR(draw(true), 127, 2);
-    EXPECT_LT(draw(false), 110);
-}
-
-TEST(GraphicsContextShadow, StaysInsideTheClip)
-{
-    auto image = canvas(60, 60);
-    QPainter painter(&image);
-    GraphicsContext context(painter);
-    context.clip(box({0, 0, 60, 30}));
-    context.setShadow({QColor(Qt::black), {0, 10}, 10});
-    context.fill(box({10, 10, 40, 15}), QColor(Qt::red));
-    painter.end();
-    EXPECT_NE(image.pixel(30, 29), qRgb(255, 255, 255));
-    for (int x = 0; x < 60; ++x)
-        EXPECT_EQ(image.pixel(x, 30), qRgb(255, 255, 255));
-}
-
 TEST(GraphicsContextState, EverythingComesBackAtTheEndOfTheBlock)
 {
     auto image = canvas(40, 40);
@@ -133,27 +88,11 @@ TEST(GraphicsContextState, EverythingComesBackAtTheEndOfTheBlock)
     EXPECT_EQ(image.pixel(12, 12), qRgb(255, 255, 255)); // no shadow
 }
 
-TEST(GraphicsContextImage, UnscaledPixelsAreCopiedExactly)
-{
-    auto noise = canvas(31, 17);
-    for (int y = 0; y < 17; ++y)
-        for (int x = 0; x < 31; ++x)
-            noise.setPixel(x, y, qRgb(x * 8, y * 15, (x * y) % 256));
-    auto image = canvas(60, 60);
-    QPainter painter(&image);
-    GraphicsContext context(painter);
-    context.translate({13, 21});
-    context.drawImage(noise, {0, 0, 31, 17});
-    painter.end();
-    EXPECT_EQ(image.copy(13, 21, 31, 17), noise);
-}
-
 TEST(GraphicsContextImage, ReducingAveragesInsteadOfSkippingPixels)
 {
     auto stripes = canvas(400, 400);
-    for (int y = 0; y < 400; ++y)
-        for (int x = 0; x < 400; ++x)
-            stripes.setPixel(x, y, x % 5 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
+    for (int x = 0; x < 400; x += 5)
+        QPainter(&stripes).fillRect(x, 0, 1, 400, Qt::black);
     auto image = canvas(80, 80, Qt::red);
     QPainter painter(&image);
     GraphicsContext context(painter);
@@ -187,27 +126,10 @@ TEST(GraphicsContextStroke, ACurveOfShortLinesHasNoNotchAtItsCrest)
             };
             const auto expected = stroked(curve);
             const auto image = stroked(lines);
-            int most = 0;
-            for (int y = 0; y < 120; ++y)
-                for (int x = 0; x < 120; ++x)
-                    most = std::max(most, std::abs(qGray(image.pixel(x, y)) - qGray(expected.pixel(x, y))));
-            EXPECT_LT(most, 70) << turn << (reversed ? " reversed" : "");
+            EXPECT_EQ(test::difference(image, expected, 70), QRect())
+                << turn << (reversed ? " reversed" : "");
         }
     }
-}
-
-TEST(GraphicsContextImage, WithoutInterpolationCellsStayCrisp)
-{
-    auto cells = canvas(2, 1, Qt::black);
-    cells.setPixel(1, 0, qRgb(255, 255, 255));
-    auto image = canvas(40, 20, Qt::red);
-    QPainter painter(&image);
-    GraphicsContext context(painter);
-    context.setInterpolation(GraphicsContext::Interpolation::none);
-    context.drawImage(cells, {0, 0, 40, 20});
-    painter.end();
-    EXPECT_EQ(image.pixel(19, 10), qRgb(0, 0, 0));
-    EXPECT_EQ(image.pixel(20, 10), qRgb(255, 255, 255));
 }
 
 TEST(GraphicsContextImage, PixelsMadeForTheDeviceAreThoseUnderItsMiddles)
