@@ -10,15 +10,17 @@ build=(build-essential cmake ninja-build pkg-config
   qt6-base-dev libgl-dev
   libxcb1-dev libxcb-randr0-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-shm0-dev
   libxcb-ewmh-dev libxcb-xfixes0-dev libxcb-xinput-dev libxcb-xkb-dev libxcb-xtest0-dev
+  qt6-base-private-dev libwayland-dev libwayland-bin wayland-protocols
   libdeflate-dev libheif-dev libcanberra-dev fonts-material-design-icons-iconfont
   libtesseract-dev)
-run=(qt6-image-formats-plugins qt6-translations-l10n xdg-utils
+run=(qt6-image-formats-plugins qt6-translations-l10n qt6-wayland xdg-utils
   libtesseract5 tesseract-ocr-spa tesseract-ocr-eng
   fonts-inter fonts-quicksand fonts-comic-neue fonts-dejavu-core)
 # The virtual desktop, where there is no display.
 display=(xvfb openbox x11-utils x11-xserver-utils dbus-daemon)
 test=("${display[@]}" ccache libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
   picom kwin-x11 kwin-style-breeze xfwm4 wmctrl xdotool xclip x11-apps x11-xkb-utils imagemagick dbus dbus-x11
+  sway grim wl-clipboard
   libglib2.0-bin trayer python3-dbus python3-gi tesseract-ocr-por tesseract-ocr-fra fonts-noto-color-emoji
   desktop-file-utils appstream lintian man-db zsh fish python3-jsonschema)
 # With the fonts and image formats of the program: they shape what the targets meet.
