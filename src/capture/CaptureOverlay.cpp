@@ -57,6 +57,16 @@ OverlayWindow& CaptureOverlayController::windowUnderPointer() const
     return found == overlayWindows.end() ? *overlayWindows.front() : **found;
 }
 
+// Not every display system lets the keyboard follow the pointer from one screen to the other.
+OverlayView* CaptureOverlayController::keyView() const
+{
+    if (entered)
+        return entered;
+    const auto focused = std::ranges::find_if(
+        overlayWindows, [](const auto& window) { return window->hasFocus() && window->isActiveWindow(); });
+    return focused == overlayWindows.end() ? nullptr : focused->get();
+}
+
 // A window that opens or is activated meanwhile lies below the overlay: what is typed would reach it unseen,
 // and Escape would not end the overlay.
 void CaptureOverlayController::keepKeyboard(const QWindow* owner)
@@ -77,6 +87,12 @@ void CaptureOverlayController::addWindow(const FrozenDisplay& display)
     const OverlayView::Actions actions{
         .windowAt
         = [guard](QPointF at, const ScreenInfo& on) { return guard ? guard->windowAt(at, on) : nullptr; },
+        .entered =
+            [guard](OverlayView& view) {
+                if (guard)
+                    guard->entered = &view;
+            },
+        .keyView = [guard] { return guard ? guard->keyView() : nullptr; },
         .refreshAll =
             [guard] {
                 if (guard)
@@ -93,7 +109,8 @@ void CaptureOverlayController::addWindow(const FrozenDisplay& display)
                     guard->finish(outcome);
             },
     };
-    OverlayWindowPointer window(new OverlayWindow(display, *screen, currentMode, actions));
+    OverlayWindowPointer window(
+        new OverlayWindow(display, *screen, currentMode, frozenScreens.listsWindows, actions));
     window->show();
     window->raise();
     overlayWindows.push_back(std::move(window));
@@ -148,6 +165,7 @@ void CaptureOverlayController::finish(const OverlayOutcome& outcome)
 void CaptureOverlayController::removeWindows()
 {
     inputHold.reset();
+    entered = nullptr;
     const auto leaving = std::exchange(overlayWindows, {});
     for (const auto& window : leaving)
         window->hide();

@@ -19,6 +19,7 @@ class QWindow;
 namespace pintalux {
 
 class InputHold;
+class OverlayView;
 class OverlayWindow;
 
 /// Ends the window once nothing of it is running any more: it is its own events that end the overlay.
@@ -67,12 +68,14 @@ private:
     void addWindow(const FrozenDisplay& display);
     void watchScreens();
     OverlayWindow& windowUnderPointer() const;
+    OverlayView* keyView() const;
     void keepKeyboard(const QWindow* owner);
     void removeWindows();
 
     OverlayMode currentMode;
     FrozenScreens frozenScreens;
     std::vector<OverlayWindowPointer> overlayWindows;
+    OverlayView* entered = nullptr;  ///< one of these, where the pointer was seen last
     quint64 formerKeyboardOwner = 0; ///< as the window system names it
     std::unique_ptr<InputHold> inputHold;
     Completion completion;

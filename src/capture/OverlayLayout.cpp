@@ -25,6 +25,9 @@ constexpr std::array<Instruction, 4> areaInstructions{
     {{u"", u"Arrastra para seleccionar"}, {u"Espacio", u"ventana"}, {u"↩", u"pantalla"}, {u"Esc", u"salir"}}};
 constexpr std::array<Instruction, 3> windowInstructions{
     {{u"", u"Haz clic en una ventana"}, {u"Espacio", u"área"}, {u"Esc", u"salir"}}};
+constexpr std::array<Instruction, 4> noWindowsInstructions{
+    {{u"", u"Esta sesión no dice qué ventanas hay: arrastra para seleccionar"}, {u"Espacio", u"área"},
+        {u"↩", u"pantalla"}, {u"Esc", u"salir"}}};
 constexpr std::array<Instruction, 2> textInstructions{
     {{u"", u"Selecciona el texto que quieres copiar"}, {u"Esc", u"salir"}}};
 constexpr std::array<Instruction, 2> colorInstructions{
@@ -53,10 +56,9 @@ QRectF pictureRect(const OverlayScene& scene)
 QString sizeText(const OverlayScene& scene)
 {
     const auto& selection = *scene.selection;
-    const auto size = scene.mode == OverlayMode::window
-        ? QSize(roundedDown(selection.width() * scene.pixelScale),
-            roundedDown(selection.height() * scene.pixelScale))
-        : pixelsOf(selection, scene.pixelScale, scene.imageSize).size();
+    const auto size = scene.selectsWindows() ? QSize(roundedDown(selection.width() * scene.pixelScale),
+                          roundedDown(selection.height() * scene.pixelScale))
+                                             : pixelsOf(selection, scene.pixelScale, scene.imageSize).size();
     return u"%1 × %2"_s.arg(std::max(0, size.width())).arg(std::max(0, size.height()));
 }
 
@@ -71,7 +73,7 @@ OverlayLayout::Label labelOf(const OverlayScene& scene, const QRectF& bounds)
     TextLine numbers;
     const auto separator = u"   "_s;
     numbers.appendWithEvenDigits(separator + size, attributes);
-    if (scene.mode == OverlayMode::window && !scene.windowTitle.isEmpty()) {
+    if (scene.selectsWindows() && !scene.windowTitle.isEmpty()) {
         const double room = bounds.width() - besideText - labelMargin - numbers.size().width();
         const auto title = shortenedInTheMiddle(scene.windowTitle, attributes, room);
         label.text.append(title, attributes);
@@ -95,12 +97,19 @@ OverlayLayout::Label labelOf(const OverlayScene& scene, const QRectF& bounds)
     return label;
 }
 
-OverlayLayout::Bar barOf(OverlayMode mode, const QRectF& bounds)
+std::span<const Instruction> instructionsFor(const OverlayScene& scene)
+{
+    if (scene.mode == OverlayMode::window && !scene.listsWindows)
+        return noWindowsInstructions;
+    return instructions[std::size_t(scene.mode)];
+}
+
+OverlayLayout::Bar barOf(const OverlayScene& scene, const QRectF& bounds)
 {
     const TextAttributes plain{Draw::systemFont(12.5, FontWeight::medium), Qt::white};
     const TextAttributes keys{Draw::systemFont(11.5, FontWeight::bold), Palette::brandLight};
     OverlayLayout::Bar bar;
-    for (const auto& [key, text] : instructions[std::size_t(mode)]) {
+    for (const auto& [key, text] : instructionsFor(scene)) {
         if (bar.text.size().width() > 0)
             bar.text.append(u"     "_s, plain);
         if (!key.isEmpty())
@@ -198,6 +207,7 @@ OverlayLayout layOut(const OverlayScene& scene)
 {
     OverlayLayout layout;
     layout.mode = scene.mode;
+    layout.selectsWindows = scene.selectsWindows();
     layout.bounds = {QPointF(0, 0), scene.viewSize};
     layout.picture = pictureRect(scene);
     if (scene.mode != OverlayMode::color)
@@ -208,7 +218,7 @@ OverlayLayout layOut(const OverlayScene& scene)
     if (pointerHere && scene.mode == OverlayMode::color)
         layout.loupe = loupeOf(scene, layout.bounds);
     if (scene.mouse ? pointerHere : scene.hasKeyboard)
-        layout.bar = barOf(scene.mode, layout.bounds);
+        layout.bar = barOf(scene, layout.bounds);
     return layout;
 }
 

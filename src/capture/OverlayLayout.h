@@ -15,6 +15,7 @@ namespace pintalux {
 /// What one screen of the overlay has to show. Points of its view: origin top-left, y downward.
 struct OverlayScene {
     OverlayMode mode = OverlayMode::area;
+    bool listsWindows = true; ///< false: window mode selects areas, and says why
     QSizeF viewSize;
     QSize imageSize;       ///< pixels of the frozen picture
     double pixelScale = 1; ///< image pixels per point
@@ -22,6 +23,8 @@ struct OverlayScene {
     QString windowTitle; ///< of the window that is selected, in window mode
     std::optional<QPointF> mouse;
     bool hasKeyboard = false;
+
+    bool selectsWindows() const { return mode == OverlayMode::window && listsWindows; }
 };
 
 /// The pixel of the frozen picture under a point of the view.
@@ -51,6 +54,7 @@ struct OverlayLayout {
     };
 
     OverlayMode mode = OverlayMode::area;
+    bool selectsWindows = false;
     QRectF bounds;
     QRectF picture; ///< where the frozen picture goes: its pixels on those of the screen
     std::optional<QRectF> selection;
@@ -59,7 +63,7 @@ struct OverlayLayout {
     std::optional<Loupe> loupe;
 
     bool isDimmed() const { return mode != OverlayMode::color; }
-    bool hasHandles() const { return mode != OverlayMode::window; }
+    bool hasHandles() const { return !selectsWindows; }
 };
 
 OverlayLayout layOut(const OverlayScene& scene);

@@ -18,9 +18,10 @@
 
 namespace pintalux {
 
-OverlayView::OverlayView(FrozenDisplay frozen, OverlayMode mode, Actions asked)
+OverlayView::OverlayView(FrozenDisplay frozen, OverlayMode mode, bool listsWindows, Actions asked)
     : display(std::move(frozen))
     , currentMode(mode)
+    , listsWindows(listsWindows)
     , actions(std::move(asked))
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -51,12 +52,13 @@ OverlayScene OverlayView::scene() const
 {
     OverlayScene scene;
     scene.mode = currentMode;
+    scene.listsWindows = listsWindows;
     scene.viewSize = size();
     scene.imageSize = display.image.size();
     scene.pixelScale = display.pixelScale;
     scene.mouse = mouse;
-    scene.hasKeyboard = hasFocus() && isActiveWindow();
-    if (scene.mode != OverlayMode::window) {
+    scene.hasKeyboard = actions.keyView() == this;
+    if (!selectsWindows()) {
         scene.selection = dragged();
     } else if (const auto* hovered = hoveredWindow()) {
         scene.selection = hovered->window.frameOn(display.screen).translated(-display.screen.frame.topLeft());
@@ -74,7 +76,7 @@ std::optional<QRectF> OverlayView::dragged() const
 
 const WindowCandidate* OverlayView::hoveredWindow() const
 {
-    if (currentMode != OverlayMode::window || !mouse)
+    if (!selectsWindows() || !mouse)
         return nullptr;
     return actions.windowAt(*mouse + display.screen.frame.topLeft(), display.screen);
 }
@@ -125,6 +127,7 @@ void OverlayView::resizeEvent(QResizeEvent*) { refresh(); }
 void OverlayView::enterEvent(QEnterEvent* event)
 {
     mouse = exactPosition(*event);
+    actions.entered(*this);
     WindowSystem::current().giveKeyboard(*window());
     setFocus();
     actions.refreshAll();
@@ -154,7 +157,9 @@ void OverlayView::press(QPointF viewPoint)
     case OverlayMode::window:
         if (const auto* hovered = hoveredWindow())
             actions.finish(Outcome::Window{hovered->window, hovered->title});
-        break;
+        if (listsWindows)
+            break;
+        [[fallthrough]];
     case OverlayMode::area:
     case OverlayMode::text:
         dragStart = dragCurrent = cornerAt(viewPoint);
@@ -226,15 +231,21 @@ void OverlayView::keyPressEvent(QKeyEvent* event)
     // A key that is held must not end the overlay after it ended the drag, nor let the modes flicker.
     if (event->isAutoRepeat())
         return;
-    if (isLetterKey(*event, 'C')) {
+    auto* view = actions.keyView();
+    (view ? *view : *this).pressKey(*event);
+}
+
+void OverlayView::pressKey(const QKeyEvent& event)
+{
+    if (isLetterKey(event, 'C')) {
         if (mouse)
             pickColorAt(*mouse);
         return;
     }
-    switch (event->key()) {
+    switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (currentMode == OverlayMode::area || currentMode == OverlayMode::text)
+        if (currentMode != OverlayMode::color && !selectsWindows())
             finishWithCrop(rect());
         break;
     case Qt::Key_Space:
@@ -244,7 +255,7 @@ void OverlayView::keyPressEvent(QKeyEvent* event)
         escape();
         break;
     default:
-        QWidget::keyPressEvent(event);
+        break;
     }
 }
 
@@ -258,6 +269,8 @@ void OverlayView::escape()
 
 void OverlayView::focusInEvent(QFocusEvent*) { refresh(); }
 void OverlayView::focusOutEvent(QFocusEvent*) { refresh(); }
+
+void OverlayView::closeEvent(QCloseEvent*) { actions.finish(Outcome::Cancelled()); }
 
 // ---- Ways out
 

@@ -23,13 +23,18 @@ public:
     struct Actions {
         /// The window seen at a point of the desktop on a screen; null where there is none.
         std::function<const WindowCandidate*(QPointF screenPoint, const ScreenInfo& screen)> windowAt;
+        /// The pointer came to this screen.
+        std::function<void(OverlayView& view)> entered;
+        /// The view that keys act on, whichever of them the display system gives them to. May be null.
+        std::function<OverlayView*()> keyView;
         /// Brings every screen up to date, this one too.
         std::function<void()> refreshAll;
         std::function<void()> toggleWindowMode;
         std::function<void(const OverlayOutcome&)> finish;
     };
 
-    OverlayView(FrozenDisplay display, OverlayMode mode, Actions actions);
+    /// Without a list of windows, window mode selects areas.
+    OverlayView(FrozenDisplay display, OverlayMode mode, bool listsWindows, Actions actions);
 
     /// What a gesture selects from now on. Shows with the next `refresh`.
     void setMode(OverlayMode mode) { currentMode = mode; }
@@ -58,11 +63,14 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    /// The desktop takes the window away.
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void paint(QPainter& painter, const QRectF& part);
     OverlayScene scene() const;
     std::optional<QRectF> dragged() const;
+    bool selectsWindows() const { return currentMode == OverlayMode::window && listsWindows; }
     const WindowCandidate* hoveredWindow() const;
     std::optional<QString> hexColorAt(QPointF viewPoint) const;
 
@@ -70,12 +78,14 @@ private:
     void press(QPointF viewPoint);
     void drag(QPointF viewPoint, bool square);
     void endDrag();
+    void pressKey(const QKeyEvent& event);
     void escape();
     void pickColorAt(QPointF viewPoint);
     void finishWithCrop(const QRectF& viewRect);
 
     FrozenDisplay display;
     OverlayMode currentMode;
+    bool listsWindows;
     Actions actions;
     std::optional<QPointF> dragStart;
     std::optional<QPointF> dragCurrent;

@@ -158,6 +158,7 @@ FrozenScreens freeze(ScreenSource& source, const QList<ToolkitScreen>& toolkit)
     }
     if (frozen.displays.isEmpty())
         throw toError(CaptureError::noDisplay);
+    frozen.listsWindows = content.listsWindows;
     frozen.windows = ScreenCapture::windowCandidates(content, source.ownProcessId());
     takeDecorations(frozen, content, source.ownProcessId());
     return frozen;

@@ -42,6 +42,7 @@ struct WindowCandidate {
 struct FrozenScreens {
     QList<FrozenDisplay> displays;
     QList<WindowCandidate> windows; ///< front to back: the first that contains a point is the one seen there
+    bool listsWindows = true;       ///< false where the session tells no program of other programs' windows
 };
 
 /// The one place where pixels are taken from the screen.

@@ -28,7 +28,7 @@ class FadingPicture : public QWidget {
 public:
     FadingPicture(const QPixmap& lookedLike, QPoint screenPoint)
         : picture(lookedLike)
-        , sheet(*this, WindowRole::message, popoverForm)
+        , sheet(*this, WindowRole::tip, popoverForm)
         , gone(this, Theme::popoverCloseMilliseconds, 0, QEasingCurve::OutCubic)
     {
         setAttribute(Qt::WA_DeleteOnClose);

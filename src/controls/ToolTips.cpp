@@ -37,7 +37,7 @@ public:
     explicit Tip(const QString& shownText)
         : text(shownText)
         , block(laidOut(shownText))
-        , sheet(*this, WindowRole::message, {.radius = radius})
+        , sheet(*this, WindowRole::tip, {.radius = radius})
     {
         setAccessibleName(text);
         setFixedSize(int(std::ceil(block.size().width() + 2 * sidePadding)),

@@ -68,6 +68,7 @@ struct WindowInfo {
 struct ShareableContent {
     QList<ScreenInfo> screens; ///< the primary one first
     QList<WindowInfo> windows; ///< front to back
+    bool listsWindows = true;  ///< false where the session tells no program of other programs' windows
 };
 
 /// Pixels as they were on the screen, never resampled, tagged sRGB.

@@ -3,7 +3,9 @@
 
 #include "platform/desktop/DirectSurface.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPointer>
 #include <QScreen>
 #include <QWidget>
@@ -22,6 +24,7 @@ Qt::WindowFlags flagsOf(WindowRole role)
         | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint;
     switch (role) {
     case WindowRole::message:
+    case WindowRole::tip:
         return above | Qt::WindowTransparentForInput;
     case WindowRole::panel:
         return above;
@@ -64,9 +67,9 @@ QRect WindowSystem::visibleFrame(const QScreen& screen) const { return screen.av
 void WindowSystem::prepare(QWidget& window, WindowRole role) const
 {
     window.setWindowFlags(flagsOf(role));
-    const bool leavesKeyboard = role == WindowRole::message || role == WindowRole::panel;
-    window.setAttribute(Qt::WA_ShowWithoutActivating, leavesKeyboard);
-    window.setAttribute(Qt::WA_TransparentForMouseEvents, role == WindowRole::message);
+    const bool letsClicksThrough = role == WindowRole::message || role == WindowRole::tip;
+    window.setAttribute(Qt::WA_ShowWithoutActivating, letsClicksThrough || role == WindowRole::panel);
+    window.setAttribute(Qt::WA_TransparentForMouseEvents, letsClicksThrough);
 }
 
 void WindowSystem::coverScreen(QWidget& window, QScreen& screen, const QRect& frame) const
@@ -84,7 +87,12 @@ void WindowSystem::settle(QWidget&, WindowRole) const { }
 
 void WindowSystem::setInTaskBar(QWidget&, bool) const { }
 
-std::unique_ptr<DirectSurface> WindowSystem::makeDirectSurface(const QWidget&) const { return nullptr; }
+std::unique_ptr<DirectSurface> WindowSystem::makeDirectSurface(QWidget&, QSize) const { return nullptr; }
+
+void WindowSystem::setClipboard(std::unique_ptr<QMimeData> data) const
+{
+    QGuiApplication::clipboard()->setMimeData(data.release()); // which owns it
+}
 
 void WindowSystem::giveKeyboard(QWidget& window) const
 {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class QMimeData;
 class QScreen;
 class QWidget;
 
@@ -21,6 +22,7 @@ enum class WindowRole {
     message, ///< above all others, full-screen ones too, on every desktop; never has the keyboard, lets
              ///< clicks through
     panel,   ///< the same, but takes clicks
+    tip,     ///< as a message, about what is in one of our windows: tool tips, a popover that fades out
     pin,     ///< kept above ordinary windows, on every desktop, out of the task list; can have the keyboard
     popup,   ///< has the mouse and the keyboard until it closes: menus, popovers
 };
@@ -74,10 +76,14 @@ public:
     virtual void settle(QWidget& window, WindowRole role) const;
     /// Lists a window in task bars and window switchers, or keeps it out of them; shown or not.
     virtual void setInTaskBar(QWidget& window, bool listed) const;
-    /// A quicker way to paint a window that has its native window already. Null where there is none (another
-    /// display system, a server on another machine, an unusual colour format): the toolkit's own is as good
-    /// there.
-    virtual std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window) const;
+    /// A quicker or more exact way to paint a window that covers a screen of `nativeSize` pixels and has its
+    /// native window already. Null where there is none (another display system, a server on another machine,
+    /// an unusual colour format): the toolkit's own is as good there. It goes before the window does.
+    virtual std::unique_ptr<DirectSurface> makeDirectSurface(QWidget& window, QSize nativeSize) const;
+
+    /// Offers it to all programs on the clipboard until somebody copies something else, whether or not a
+    /// window of ours has the keyboard. It may be read on another thread.
+    virtual void setClipboard(std::unique_ptr<QMimeData> data) const;
 
     /// Gives the keyboard to a window that is shown, or as soon as it is.
     virtual void giveKeyboard(QWidget& window) const;

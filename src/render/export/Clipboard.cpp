@@ -2,11 +2,10 @@
 #include "render/export/Clipboard.h"
 
 #include "platform/base/Error.h"
+#include "platform/desktop/WindowSystem.h"
 #include "render/export/Exporter.h"
 
 #include <QBuffer>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QImageWriter>
 #include <QMimeData>
 
@@ -74,9 +73,14 @@ void copy(const QImage& image, double pixelScale)
 
 void copy(const QFuture<QByteArray>& png)
 {
-    QGuiApplication::clipboard()->setMimeData(new PictureData(png)); // which owns it
+    WindowSystem::current().setClipboard(std::make_unique<PictureData>(png));
 }
 
-void copy(const QString& text) { QGuiApplication::clipboard()->setText(text); }
+void copy(const QString& text)
+{
+    auto data = std::make_unique<QMimeData>();
+    data->setText(text);
+    WindowSystem::current().setClipboard(std::move(data));
+}
 
 } // namespace pintalux::Clipboard

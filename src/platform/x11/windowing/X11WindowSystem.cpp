@@ -152,7 +152,7 @@ void X11WindowSystem::describe(QWidget& window, WindowRole role, const QRect& sh
         const auto around = quint32(std::lround(sheet.left() * ratio));
         setCards(connection, id, "_GTK_FRAME_EXTENTS", {around, around, around, around});
     }
-    if (role == WindowRole::message || role == WindowRole::popup)
+    if (role != WindowRole::panel && role != WindowRole::pin)
         return withoutCompositorShadow(connection, id);
     const QRect pixels
         = QRectF(QPointF(sheet.topLeft()) * ratio, QSizeF(sheet.size()) * ratio).toAlignedRect();
@@ -204,7 +204,7 @@ void X11WindowSystem::setInTaskBar(QWidget& window, bool listed) const
     xcb_ewmh_set_wm_state(hints, id, uint32_t(kept.size()), kept.data());
 }
 
-std::unique_ptr<DirectSurface> X11WindowSystem::makeDirectSurface(const QWidget& window) const
+std::unique_ptr<DirectSurface> X11WindowSystem::makeDirectSurface(QWidget& window, QSize) const
 {
     return x11::makeBandSurface(window);
 }

@@ -26,7 +26,7 @@ public:
     void describe(QWidget& window, WindowRole role, const QRect& sheet) const override;
     void settle(QWidget& window, WindowRole role) const override;
     void setInTaskBar(QWidget& window, bool listed) const override;
-    std::unique_ptr<DirectSurface> makeDirectSurface(const QWidget& window) const override;
+    std::unique_ptr<DirectSurface> makeDirectSurface(QWidget& window, QSize nativeSize) const override;
 
     void takeKeyboard(QWidget& window) const override;
     std::unique_ptr<InputHold> holdInput(QWidget& window, std::function<void()> refused) const override;
