@@ -15,12 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace pintalux::test {
 
-namespace {
-
-[[noreturn]] void giveUp(const QString& reason)
-{
-    throw std::runtime_error("DisplaySession: " + reason.toStdString());
-}
+void giveUp(const QString& reason) { throw std::runtime_error("DisplaySession: " + reason.toStdString()); }
 
 QByteArray firstLine(QProcess& process)
 {
@@ -31,10 +26,14 @@ QByteArray firstLine(QProcess& process)
     return process.readLine().trimmed();
 }
 
-} // namespace
+ProgramSession::ProgramSession()
+    : programEnvironment(home.environment())
+{
+}
+
+ProgramSession::~ProgramSession() { end(); }
 
 DisplaySession::DisplaySession(const DesktopOptions& options)
-    : programEnvironment(home.environment())
 {
     programEnvironment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
     startServer(options);
@@ -65,7 +64,7 @@ void DisplaySession::startServer(const DesktopOptions& options)
     programEnvironment.insert(u"DISPLAY"_s, QString::fromLatin1(displayName));
 }
 
-void DisplaySession::startBus()
+void ProgramSession::startBus()
 {
     auto& bus = start(u"dbus-daemon"_s,
         {u"--config-file=" TEST_DATA "/session-bus.conf"_s, u"--nofork"_s, u"--print-address=1"_s});
@@ -85,9 +84,9 @@ void DisplaySession::startWindowManager()
         giveUp(u"openbox does not come up"_s);
 }
 
-void DisplaySession::enter() const { OwnHome::enter(programEnvironment); }
+void ProgramSession::enter() const { OwnHome::enter(programEnvironment); }
 
-QProcess& DisplaySession::start(const QString& program, const QStringList& arguments)
+QProcess& ProgramSession::start(const QString& program, const QStringList& arguments)
 {
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(programEnvironment);
@@ -99,7 +98,7 @@ QProcess& DisplaySession::start(const QString& program, const QStringList& argum
     return *processes.emplace_back(std::move(process));
 }
 
-void DisplaySession::stop(QProcess& process)
+void ProgramSession::stop(QProcess& process)
 {
     if (process.state() == QProcess::NotRunning)
         return;
@@ -110,7 +109,7 @@ void DisplaySession::stop(QProcess& process)
     process.waitForFinished(5000);
 }
 
-QByteArray DisplaySession::run(const QString& program, const QStringList& arguments) const
+QByteArray ProgramSession::run(const QString& program, const QStringList& arguments) const
 {
     QProcess process;
     process.setProcessEnvironment(programEnvironment);
@@ -141,7 +140,7 @@ void letPass(int milliseconds)
     waitUntil([] { return false; }, milliseconds);
 }
 
-void DisplaySession::end()
+void ProgramSession::end()
 {
     while (!processes.empty()) {
         stop(*processes.back());

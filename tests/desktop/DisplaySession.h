@@ -26,19 +26,17 @@ struct DesktopOptions {
     QString scaleFactors = {};
 };
 
-/// A display server, a session bus and a window manager of our own, with a home folder of their own.
+/// Programs of our own with a home folder of their own.
 ///
-/// All of it ends with this object, by process id, and with this process should it crash. Needs no
+/// All of them end with this object, by process id, and with this process should it crash. Needs no
 /// application object.
-class DisplaySession {
+class ProgramSession {
 public:
-    /// Returns when the desktop is ready; throws the reason as a std::runtime_error when it cannot be had.
-    explicit DisplaySession(const DesktopOptions& options = {});
-    ~DisplaySession();
-    DisplaySession(const DisplaySession&) = delete;
-    DisplaySession& operator=(const DisplaySession&) = delete;
+    ProgramSession();
+    virtual ~ProgramSession();
+    ProgramSession(const ProgramSession&) = delete;
+    ProgramSession& operator=(const ProgramSession&) = delete;
 
-    QByteArray display() const { return displayName; }
     /// For the programs that shall run on this desktop.
     const QProcessEnvironment& environment() const { return programEnvironment; }
     /// Makes this process one of those programs. Before its application object is made.
@@ -51,22 +49,42 @@ public:
     /// Runs a program to its end; its standard output, or null with a message when it fails.
     QByteArray run(const QString& program, const QStringList& arguments = {}) const;
 
-    /// The compositing manager, until it is told to stop; throws when it does not come up.
-    QProcess& startCompositor();
-
     /// Ends everything at once, as when a display server crashes.
     void end();
 
-private:
-    void startServer(const DesktopOptions& options);
+protected:
     void startBus();
-    void startWindowManager();
 
     OwnHome home;
-    QByteArray displayName;
     QProcessEnvironment programEnvironment;
+
+private:
     std::vector<std::unique_ptr<QProcess>> processes; ///< in starting order; the server first
 };
+
+/// A display server, a session bus and a window manager of our own.
+class DisplaySession : public ProgramSession {
+public:
+    /// Returns when the desktop is ready; throws the reason as a std::runtime_error when it cannot be had.
+    explicit DisplaySession(const DesktopOptions& options = {});
+    ~DisplaySession() override;
+
+    QByteArray display() const { return displayName; }
+
+    /// The compositing manager, until it is told to stop; throws when it does not come up.
+    QProcess& startCompositor();
+
+private:
+    void startServer(const DesktopOptions& options);
+    void startWindowManager();
+
+    QByteArray displayName;
+};
+
+/// For what a session needs and cannot have.
+[[noreturn]] void giveUp(const QString& reason);
+/// The next line of what a program says; empty when it says none in time.
+QByteArray firstLine(QProcess& process);
 
 /// How long a test waits for another program before it says that the thing does not happen, in milliseconds.
 /// A machine that is busy with something else is slow, not broken; where all is well nobody waits that long.

@@ -3,6 +3,11 @@
 
 #include "platform/desktop/NoScreenSource.h"
 #include "platform/session/SystemWorkspace.h"
+#include "platform/wayland/Session.h"
+#include "platform/wayland/capture/Screencopy.h"
+#include "platform/wayland/capture/WaylandScreenSource.h"
+#include "platform/wayland/windowing/LayerSurface.h"
+#include "platform/wayland/windowing/WaylandWindowSystem.h"
 #include "platform/x11/Toolkit.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11Workspace.h"
@@ -26,19 +31,32 @@ public:
 };
 
 bool isX11() { return QGuiApplication::platformName() == u"xcb"; }
+bool isWayland() { return QGuiApplication::platformName().startsWith(u"wayland"); }
+
+constexpr const char* toolkitsChoice = "QT_QPA_PLATFORM";
 
 } // namespace
 
 void choose()
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    const auto offered = wayland::offeredBySession();
+    if (offered.layerSurfaces)
+        wayland::LayerSurface::leaveRolesToUs();
+    if (qEnvironmentVariableIsSet(toolkitsChoice))
+        return;
+    const bool hasX11 = !qEnvironmentVariableIsEmpty("DISPLAY");
+    // The toolkit takes the first of a list that it can have: what shows windows on Wayland is a part of it
+    // that may not be installed.
+    if (offered.isThere && (offered.layerSurfaces || !hasX11))
+        qputenv(toolkitsChoice, hasX11 ? "wayland;xcb" : "wayland");
+    else if (hasX11)
+        qputenv(toolkitsChoice, "xcb");
 }
 
 std::optional<QString> problem()
 {
-    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qgetenv("QT_QPA_PLATFORM") != "xcb")
-        return std::nullopt; // somebody has chosen another way to draw
+    if (qEnvironmentVariableIsSet(toolkitsChoice) && qgetenv(toolkitsChoice) != "xcb")
+        return std::nullopt; // a compositor that answered, or somebody has chosen another way to draw
     if (qEnvironmentVariableIsEmpty("DISPLAY"))
         return u"No hay ninguna pantalla: la variable DISPLAY está vacía."_s;
     if (!x11::serverAnswers())
@@ -50,14 +68,18 @@ std::unique_ptr<WindowSystem> makeWindowSystem()
 {
     if (isX11())
         return std::make_unique<X11WindowSystem>();
+    if (isWayland())
+        return std::make_unique<WaylandWindowSystem>();
     return std::make_unique<WindowSystem>();
 }
 
 std::unique_ptr<ScreenSource> makeScreenSource()
 {
+    const auto offered = wayland::offeredBySession();
+    if (isWayland() && offered.screencopy)
+        return std::make_unique<WaylandScreenSource>(wayland::screencopy);
     // Through XWayland the toolkit finds an X server whose root window shows nothing of the desktop.
-    const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-    if (isX11() && !isWayland)
+    if (isX11() && !offered.isThere)
         return std::make_unique<X11ScreenSource>();
     return std::make_unique<NoScreenSource>();
 }

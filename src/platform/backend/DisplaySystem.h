@@ -19,7 +19,9 @@ namespace DisplaySystem {
 /// Decides for the toolkit how it shows windows, unless somebody has done so already. Before the application
 /// object is made.
 ///
-/// In a Wayland session the windows come through its X server, until they can do better.
+/// What the session's compositor offers decides, never a desktop's name: natively on Wayland where our
+/// windows can be parts of the desktop, else through the session's X server; natively also where there is
+/// none.
 void choose();
 
 /// Why no window can be shown, as a Spanish sentence; none when a display server answers.

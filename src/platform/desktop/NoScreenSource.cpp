@@ -19,7 +19,8 @@ Error unsupported()
 PermissionHelp NoScreenSource::permissionHelp() const
 {
     return {u"Esta sesión no deja capturar la pantalla"_s,
-        u"Pintalux captura en sesiones X11, y las sesiones Wayland aún no son compatibles.\n\n"
+        u"Pintalux captura en sesiones X11 y en las sesiones Wayland cuyo compositor da imágenes de la "
+        "pantalla, como sway; el de esta no se las da.\n\n"
         "Cierra la sesión y elige «Xorg» o «X11» al volver a entrar. Abrir imágenes, los ajustes y los menús "
         "funcionan también aquí."_s,
         {}, {}, u"Entendido"_s};

@@ -39,6 +39,7 @@ QString describe(const OverlayOutcome& outcome, const QString& folder)
 
 int main(int argc, char** argv)
 {
+    DisplaySystem::choose();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     const auto arguments = QApplication::arguments();
