@@ -56,7 +56,7 @@ void enterPicture(const Document& document, const BeautifySettings& beautify, Gr
     const double scale = document.pixelScale;
     const auto frame = imageRect(document.image, beautify, scale);
     if (beautify.enabled && beautify.cornerRadius > 0)
-        context.clip(imageOutline(frame, beautify, scale));
+        context.clip(imageOutline(context.pixelAligned(frame), beautify, scale));
     else
         context.clip(frame);
     context.translate(frame.topLeft());

@@ -7,6 +7,7 @@
 #include <QLinearGradient>
 #include <QRadialGradient>
 
+#include <array>
 #include <cmath>
 
 namespace pintalux::Renderer {
@@ -45,10 +46,7 @@ void drawGradient(const Palette::Gradient& gradient, const QRectF& rect, Graphic
     highlight.setColorAt(0, withAlpha(Qt::white, 0.22));
     highlight.setColorAt(1, withAlpha(Qt::white, 0));
 
-    const GraphicsContext::Saved saved(context);
-    context.clearShadow();
-    context.fill(Draw::roundedRect(rect, 0), diagonal);
-    context.fill(Draw::roundedRect(rect, 0), highlight);
+    context.fillRows(rect, std::array<QBrush, 2>{diagonal, highlight});
 }
 
 void drawFrameBackground(const QSizeF& composition, const QPainterPath& outline,

@@ -56,10 +56,10 @@ void drawBlur(const Annotation& mark, const MarkContext& context)
         graphics.clipToBounds(part);
         context.backdrop.paint(graphics);
     }
-    graphics.clip(Draw::roundedRect(region, small ? 0 : 4 * scale));
+    const auto shape = Draw::roundedRect(region, small ? 0 : 4 * scale);
     const auto area = region & document.image.rect();
     bool lacksMemory = false;
-    graphics.drawPixels(area, [&](auto columns, auto rows) {
+    graphics.drawPixels(area, shape, [&](auto columns, auto rows) {
         auto made = redactedPixels(mark, document, context.cache, columns, rows);
         lacksMemory = lacksMemory || made.isNull();
         return made;

@@ -61,12 +61,7 @@ void drawInsertedImage(const Annotation& mark, const MarkContext& context)
         graphics.setShadow(context.shadow(withAlpha(Qt::black, 0.3), 4, 14));
         graphics.fill(path, QColor(Qt::white));
     }
-    {
-        const GraphicsContext::Saved saved(graphics);
-        graphics.clip(path);
-        graphics.setInterpolation(GraphicsContext::Interpolation::high);
-        Draw::image(mark.image, rect, graphics);
-    }
+    graphics.drawImage(mark.image, rect, path);
     graphics.stroke(path, {withAlpha(Qt::white, 0.5), scale});
 }
 

@@ -21,14 +21,12 @@ void drawHalo(const QPainterPath& shape, double thickness, const MarkContext& co
 /// Light from above at the height of `body`'s upper half, on the part of it that is inside `mask`.
 void drawGloss(const QRectF& body, const QPainterPath& mask, double alpha, GraphicsContext& graphics)
 {
-    const GraphicsContext::Saved saved(graphics);
-    graphics.clip(mask);
     QLinearGradient light(QPointF(body.center().x(), body.top()), body.center());
     light.setColorAt(0, withAlpha(Qt::white, alpha));
     light.setColorAt(1, withAlpha(Qt::white, 0));
     const auto all = mask.boundingRect(); // a tail leaves the body at its sides, too
     const QRectF upperHalf(all.left(), body.top(), all.width(), body.height() / 2);
-    graphics.fill(Draw::roundedRect(upperHalf, 0), light);
+    graphics.fillWithin(upperHalf, mask, light);
 }
 
 void drawPlainText(const Annotation& mark, const MarkContext& context)

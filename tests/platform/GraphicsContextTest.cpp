@@ -148,7 +148,7 @@ TEST(GraphicsContextImage, PixelsMadeForTheDeviceAreThoseUnderItsMiddles)
         context.clip(QRectF(10, 0, 100, 90));
         context.translate({4, 8});
         context.scale(scale);
-        context.drawPixels({2, 3, 30, 25}, named);
+        context.drawPixels({2, 3, 30, 25}, box({0, 0, 60, 60}), named);
         painter.end();
         const auto covered = QRectF(4 + 2 * scale, 8 + 3 * scale, 30 * scale, 25 * scale).toAlignedRect()
             & QRect(10, 0, 100, 90);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/graphics/GraphicsContext.h"
 
-#include "platform/graphics/RoundJoins.h"
+#include "platform/graphics/Geometry.h"
 #include "platform/image/ImageFilter.h"
 
 #include <QPaintDevice>
@@ -15,49 +15,40 @@ namespace pintalux {
 
 namespace {
 
-QPen penFor(const Stroke& stroke)
-{
-    QPen pen(stroke.color, stroke.width, Qt::SolidLine, stroke.cap, stroke.join);
-    if (!stroke.dashes.isEmpty() && stroke.width > 0) {
-        QList<qreal> inWidths; // the toolkit counts dashes in pen widths
-        for (const double length : stroke.dashes)
-            inWidths << length / stroke.width;
-        pen.setDashPattern(inWidths);
-    }
-    return pen;
-}
-
-/// A path as the toolkit's stroker draws it best.
-class Outline {
+/// While it lives, the painter's user space is the pixels of its device. The painter may carry a device pixel
+/// ratio or a redirection that its world transform does not show.
+class InDevicePixels {
 public:
-    Outline(const QPainterPath& path, const Stroke& stroke)
-        : pen(penFor(stroke))
-        , turn(stroke.join == Qt::RoundJoin ? turnForRoundJoins(path) : 0)
-        , turned(turn == 0 ? path : QTransform().rotate(turn).map(path))
+    explicit InDevicePixels(QPainter& painter)
+        : painter(painter)
+        , world(painter.worldTransform())
     {
+        const auto hidden = world.inverted() * painter.deviceTransform();
+        const bool isIdentity = hidden.type() == QTransform::TxNone; // but for the rounding
+        painter.setWorldTransform(isIdentity ? QTransform() : hidden.inverted());
     }
-
-    void draw(QPainter& on) const
-    {
-        if (turn == 0)
-            return on.strokePath(turned, pen);
-        const auto world = on.worldTransform();
-        on.rotate(-turn);
-        on.strokePath(turned, pen);
-        on.setWorldTransform(world);
-    }
+    ~InDevicePixels() { painter.setWorldTransform(world); }
+    InDevicePixels(const InDevicePixels&) = delete;
+    InDevicePixels& operator=(const InDevicePixels&) = delete;
 
 private:
-    QPen pen;
-    double turn;
-    QPainterPath turned;
+    QPainter& painter;
+    QTransform world;
 };
 
-// How far a stroke can reach beyond its path: a mitred right angle reaches √2 of half the width, a square cap
-// too.
+void fillOutline(QPainter& on, const Outline& outline, QBrush brush)
+{
+    const auto toDevice = on.deviceTransform();
+    if (brush.style() != Qt::SolidPattern)
+        brush.setTransform(brush.transform() * toDevice);
+    const InDevicePixels space(on);
+    on.fillPath(outline.onDevice(toDevice), brush);
+}
+
+// How far a stroke can reach beyond its path: a mitred join by its width, a square cap by √2 of half of it.
 QRectF strokedBounds(const QPainterPath& path, double width)
 {
-    const double reach = width * 0.75 + 1;
+    const double reach = width + 1;
     return path.controlPointRect().adjusted(-reach, -reach, reach, reach);
 }
 
@@ -80,12 +71,14 @@ QImage tinted(const QImage& mask, const QColor& color)
     return image;
 }
 
+constexpr int mostReduced = 32;
+
 /// Device pixels per mask pixel. A blurred mask has no detail, so it is made smaller by the largest power of
 /// two that keeps the error of enlarging it again below one level of a drop shadow.
 int maskReduction(double sigma)
 {
     int reduction = 1;
-    while (sigma / (2 * reduction) >= 1.75 && reduction < 32)
+    while (sigma / (2 * reduction) >= 1.75 && reduction < mostReduced)
         reduction *= 2;
     return reduction;
 }
@@ -95,6 +88,35 @@ int maskReduction(double sigma)
 double reducedSigma(double sigma, int reduction)
 {
     return reduction == 1 ? sigma : std::sqrt(sigma * sigma / (reduction * reduction) - 0.25);
+}
+
+/// How far a shadow leaves its caster's place, in device pixels.
+int shadowReach(const Shadow& shadow) { return int(std::ceil(3.5 * shadow.blur / 2)) + 1; }
+
+/// All whole pixels that `rect` touches by more than a hair.
+QRect aligned(const QRectF& rect)
+{
+    constexpr double hair = 1e-3;
+    return rect.adjusted(hair, hair, -hair, -hair).toAlignedRect();
+}
+
+/// `value` or the next lower number that is a multiple of `step` away from `anchor`.
+int onGrid(int value, int anchor, int step)
+{
+    const int beyond = (value - anchor) % step;
+    return value - (beyond < 0 ? beyond + step : beyond);
+}
+
+/// The rows from `first` on, `count` of them, of `source` enlarged to `size`: always whole ones, as the
+/// toolkit rounds its way along each.
+QImage enlargedRows(const QImage& image, const QRectF& source, QSize size, int first, int count)
+{
+    QImage rows(size.width(), count, QImage::Format_ARGB32_Premultiplied);
+    rows.fill(Qt::transparent);
+    QPainter on(&rows);
+    on.setRenderHint(QPainter::SmoothPixmapTransform);
+    on.drawImage(QRectF(QPointF(0, -first), QSizeF(size)), image, source);
+    return rows;
 }
 
 bool isWhole(double value) { return std::abs(value - std::round(value)) < 1e-3; }
@@ -141,9 +163,28 @@ double GraphicsContext::deviceScale() const
     return std::max(0.01, std::hypot(transform.m11(), transform.m12()));
 }
 
+void GraphicsContext::clip(const QPainterPath& path)
+{
+    const auto outline = Outline::ofFill(path, tolerance()).onDevice(painter.deviceTransform());
+    const InDevicePixels space(painter);
+    painter.setClipPath(outline, Qt::IntersectClip);
+}
+
+double GraphicsContext::tolerance() const
+{
+    constexpr double devicePixels = 0.005; // with what the rasteriser's grid adds, a hundredth
+    return devicePixels / deviceScale();
+}
+
 void GraphicsContext::fill(const QPainterPath& path, const QBrush& brush)
 {
-    paint(path.controlPointRect(), [&](QPainter& on) { on.fillPath(path, brush); });
+    paint(path.controlPointRect(),
+        [&](QPainter& on, double within) { fillOutline(on, Outline::ofFill(path, within), brush); });
+}
+
+void GraphicsContext::fillWithin(const QRectF& rect, const QPainterPath& path, const QBrush& brush)
+{
+    fillOutline(painter, Outline::ofFill(path, tolerance()).within(rect), brush);
 }
 
 void GraphicsContext::fill(const QRectF& rect, const QColor& color)
@@ -166,6 +207,38 @@ void GraphicsContext::fill(const QRectF& rect, const QColor& color)
     }
 }
 
+void GraphicsContext::fillRows(const QRectF& rect, std::span<const QBrush> brushes)
+{
+    QPainterPath path;
+    path.addRect(rect);
+    const auto paintAll = [&](GraphicsContext& on) {
+        const Saved saved(on);
+        on.clearShadow();
+        for (const auto& brush : brushes)
+            on.fill(path, brush);
+    };
+    const auto toDevice = painter.deviceTransform();
+    const auto whole = aligned(toDevice.mapRect(rect));
+    const auto visible = whole & visibleDevicePixels();
+    if (visible.left() == whole.left() || visible.isEmpty())
+        return paintAll(*this);
+    QImage rows(whole.width(), visible.height(), QImage::Format_ARGB32_Premultiplied);
+    rows.fill(Qt::transparent);
+    QPainter on(&rows);
+    on.setTransform(toDevice * QTransform::fromTranslate(-whole.left(), -visible.top()));
+    GraphicsContext context(on);
+    paintAll(context);
+    on.end();
+    drawInDevicePixels(
+        rows, {whole.left(), visible.top(), whole.width(), visible.height()}, painter.opacity());
+}
+
+QRectF GraphicsContext::pixelAligned(const QRectF& rect) const
+{
+    const auto toDevice = painter.deviceTransform();
+    return toDevice.inverted().mapRect(QRectF(toDevice.mapRect(rect).toRect()));
+}
+
 bool GraphicsContext::isPixelAligned(const QRectF& rect) const
 {
     const auto device = painter.deviceTransform().mapRect(rect);
@@ -175,16 +248,18 @@ bool GraphicsContext::isPixelAligned(const QRectF& rect) const
 
 void GraphicsContext::stroke(const QPainterPath& path, const Stroke& stroke)
 {
-    const Outline outline(path, stroke);
-    paint(strokedBounds(path, stroke.width), [&](QPainter& on) { outline.draw(on); });
+    const auto reachable = reachableUserSpace();
+    paint(strokedBounds(path, stroke.width), [&](QPainter& on, double within) {
+        fillOutline(on, Outline::ofStroke(path, stroke, within, reachable), stroke.color);
+    });
 }
 
 void GraphicsContext::fillAndStroke(const QPainterPath& path, const QBrush& brush, const Stroke& stroke)
 {
-    const Outline outline(path, stroke);
-    paint(strokedBounds(path, stroke.width), [&](QPainter& on) {
-        on.fillPath(path, brush);
-        outline.draw(on);
+    const auto reachable = reachableUserSpace();
+    paint(strokedBounds(path, stroke.width), [&](QPainter& on, double within) {
+        fillOutline(on, Outline::ofFill(path, within), brush);
+        fillOutline(on, Outline::ofStroke(path, stroke, within, reachable), stroke.color);
     });
 }
 
@@ -193,35 +268,36 @@ void GraphicsContext::draw(const TextBlock& text, QPointF topLeft)
     // Slanted or swashed glyphs may leave their line boxes by a good part of their size.
     const double reach = text.fontSize();
     const auto bounds = QRectF(topLeft, text.size()).adjusted(-reach, -reach, reach, reach);
-    paint(bounds, [&](QPainter& on) { text.draw(on, topLeft); });
+    paint(bounds, [&](QPainter& on, double) { text.draw(on, topLeft); });
 }
 
 void GraphicsContext::paint(const QRectF& userBounds, const Painting& painting)
 {
     if (shadow && shadow->color.alpha() > 0)
         castShadow(userBounds, painting);
-    painting(painter);
+    painting(painter, tolerance());
 }
 
 void GraphicsContext::castShadow(const QRectF& userBounds, const Painting& painting)
 {
     const double sigma = shadow->blur / 2;
-    const int reach = int(std::ceil(3.5 * sigma)) + 1;
+    const int reach = shadowReach(*shadow);
     const auto grown = [](const QRect& rect, int by) { return rect.adjusted(-by, -by, by, by); };
 
     const auto toDevice = painter.deviceTransform();
-    const auto caster = toDevice.mapRect(userBounds).translated(shadow->offset).toAlignedRect();
-    const auto visible = grown(caster, reach) & visibleDevicePixels();
+    const auto caster = aligned(toDevice.mapRect(userBounds).translated(shadow->offset));
+    const auto whole = grown(caster, reach);
+    const auto visible = whole & visibleDevicePixels();
     if (visible.isEmpty())
         return;
 
     // Only what can reach a visible pixel is rasterised and blurred. The mask's pixels stand on a grid that
-    // belongs to the caster, so that a partial repaint gives the same shadow.
+    // belongs to user space, so that a partial repaint gives the same shadow, and a stroke that grows too.
     const int reduction = maskReduction(sigma);
-    const auto whole = grown(caster, reach);
-    auto area = whole & grown(visible, reach);
-    area.setLeft(area.left() - (area.left() - whole.left()) % reduction);
-    area.setTop(area.top() - (area.top() - whole.top()) % reduction);
+    const QPointF origin = toDevice.map(QPointF());
+    auto area = whole & grown(visible, reach + 2 * reduction);
+    area.setLeft(onGrid(area.left(), int(std::lround(origin.x())), reduction));
+    area.setTop(onGrid(area.top(), int(std::lround(origin.y())), reduction));
     const QSize size((area.width() + reduction - 1) / reduction, (area.height() + reduction - 1) / reduction);
 
     QImage mask(size, QImage::Format_Alpha8);
@@ -230,28 +306,38 @@ void GraphicsContext::castShadow(const QRectF& userBounds, const Painting& paint
         QPainter on(&mask);
         on.setRenderHints(painter.renderHints());
         on.setOpacity(painter.opacity());
-        const auto origin = shadow->offset - QPointF(area.topLeft());
-        on.setTransform(toDevice * QTransform::fromTranslate(origin.x(), origin.y())
+        const auto moved = shadow->offset - QPointF(area.topLeft());
+        on.setTransform(toDevice * QTransform::fromTranslate(moved.x(), moved.y())
             * QTransform::fromScale(1.0 / reduction, 1.0 / reduction));
-        painting(on);
+        constexpr double blurred = 4; // no eye finds the difference under a blur
+        painting(on, (sigma > 1 ? blurred : 1) * tolerance());
     }
     if (sigma > 0)
         mask = ImageFilter::blurMask(mask, reducedSigma(sigma, reduction));
-    drawInDevicePixels(tinted(mask, shadow->color), QRect(area.topLeft(), size * reduction));
+    // The mask has the opacity already.
+    drawInDevicePixels(tinted(mask, shadow->color), QRect(area.topLeft(), size * reduction), 1);
 }
 
-void GraphicsContext::drawInDevicePixels(const QImage& image, const QRect& devicePixels)
+void GraphicsContext::drawInDevicePixels(const QImage& image, const QRect& devicePixels, double opacity)
 {
-    // The painter may carry a device pixel ratio or a redirection that its world transform does not show.
-    const auto world = painter.worldTransform();
-    const auto hidden = world.inverted() * painter.deviceTransform();
-    const double opacity = painter.opacity();
-    painter.setWorldTransform(hidden.inverted());
-    painter.setOpacity(1); // the mask has it already
+    const InDevicePixels space(painter);
+    const double former = painter.opacity();
+    painter.setOpacity(opacity);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, image.size() != devicePixels.size());
     painter.drawImage(devicePixels, image);
-    painter.setOpacity(opacity);
-    painter.setWorldTransform(world);
+    painter.setOpacity(former);
+}
+
+/// Where what is painted can show, by its shadow at least, in user space.
+QRectF GraphicsContext::reachableUserSpace() const
+{
+    QRectF pixels(visibleDevicePixels());
+    if (shadow) {
+        const double reach = shadowReach(*shadow) + 3 * mostReduced;
+        pixels
+            = expanded(pixels, reach + std::max(std::abs(shadow->offset.x()), std::abs(shadow->offset.y())));
+    }
+    return painter.deviceTransform().inverted().mapRect(pixels);
 }
 
 QRect GraphicsContext::visibleDevicePixels() const
@@ -282,21 +368,45 @@ void GraphicsContext::drawImage(const QImage& image, const QRectF& rect, const Q
     }
 
     const bool smooth = interpolation == Interpolation::high;
-    const bool reduced = device.width() < source.width() || device.height() < source.height();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
-    if (!smooth || !reduced || !upright) {
+    if (!smooth || !upright) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
         painter.drawImage(rect, image, source);
         return;
     }
-    // Outward to whole device pixels: an area mean put between two of them would be blurred once more.
-    constexpr double hair = 1e-3;
-    const auto whole = device.adjusted(hair, hair, -hair, -hair).toAlignedRect();
-    const auto part = source == QRectF(image.rect()) ? image : image.copy(source.toAlignedRect());
-    painter.drawImage(toDevice.inverted().mapRect(QRectF(whole)),
-        part.scaled(whole.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    if (const auto made = stretched(image, rect, source))
+        drawInDevicePixels(made->image, made->place, painter.opacity());
 }
 
-void GraphicsContext::drawPixels(const QRect& rect, const PixelSource& source)
+void GraphicsContext::drawImage(const QImage& image, const QRectF& rect, const QPainterPath& shape)
+{
+    const auto made = stretched(image, rect, QRectF(image.rect()));
+    if (!made)
+        return;
+    QBrush brush(made->image);
+    brush.setTransform(QTransform::fromTranslate(made->place.x(), made->place.y()));
+    const auto outline = Outline::ofFill(shape, tolerance()).onDevice(painter.deviceTransform());
+    const InDevicePixels space(painter);
+    painter.fillPath(outline, brush);
+}
+
+/// What shows of an image stretched into `rect`, by full device pixels; none when nothing does.
+auto GraphicsContext::stretched(const QImage& image, const QRectF& rect, const QRectF& source) const
+    -> std::optional<Placed>
+{
+    // Outward to whole device pixels: a mean put between two of them would be blurred once more.
+    const auto whole = aligned(painter.deviceTransform().mapRect(rect));
+    const auto visible = whole & visibleDevicePixels();
+    if (visible.isEmpty())
+        return std::nullopt;
+    if (whole.width() < source.width() || whole.height() < source.height()) {
+        const auto part = source == QRectF(image.rect()) ? image : image.copy(source.toAlignedRect());
+        return Placed{part.scaled(whole.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation), whole};
+    }
+    return Placed{enlargedRows(image, source, whole.size(), visible.top() - whole.top(), visible.height()),
+        {whole.left(), visible.top(), whole.width(), visible.height()}};
+}
+
+void GraphicsContext::drawPixels(const QRect& rect, const QPainterPath& shape, const PixelSource& source)
 {
     constexpr int pixelsPerBand = 1 << 20; // small enough to be painted before it leaves the caches
     const auto toDevice = painter.deviceTransform();
@@ -308,12 +418,20 @@ void GraphicsContext::drawPixels(const QRect& rect, const PixelSource& source)
         = pixelsUnder(device.left(), device.width(), toUser.m11(), toUser.dx(), rect.left(), rect.right());
     const auto rows
         = pixelsUnder(device.top(), device.height(), toUser.m22(), toUser.dy(), rect.top(), rect.bottom());
+    const auto outline = Outline::ofFill(shape, tolerance()).onDevice(toDevice);
     const int rowsPerBand = std::max(1, pixelsPerBand / device.width());
     for (int first = 0; first < device.height(); first += rowsPerBand) {
         const int count = std::min(rowsPerBand, device.height() - first);
         const auto band = source(columns, std::span(rows).subspan(std::size_t(first), std::size_t(count)));
-        if (!band.isNull())
-            drawInDevicePixels(band, QRect(device.left(), device.top() + first, device.width(), count));
+        if (band.isNull())
+            continue;
+        const Saved saved(*this);
+        const QRect place(device.left(), device.top() + first, device.width(), count);
+        QBrush brush(band);
+        brush.setTransform(QTransform::fromTranslate(place.x(), place.y()));
+        const InDevicePixels space(painter);
+        painter.setClipRect(place, Qt::IntersectClip);
+        painter.fillPath(outline, brush);
     }
 }
 

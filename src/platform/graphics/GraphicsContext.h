@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/graphics/Outline.h"
 #include "platform/graphics/TextBlock.h"
 
 #include <QBrush>
@@ -25,15 +26,6 @@ struct Shadow {
     double blur = 0; ///< the shadow is a Gaussian of sigma blur / 2 over the coverage of what is painted
 
     bool operator==(const Shadow&) const = default;
-};
-
-/// A pen. Width and dashes are user units.
-struct Stroke {
-    QColor color;
-    double width = 1;
-    Qt::PenCapStyle cap = Qt::RoundCap;
-    Qt::PenJoinStyle join = Qt::RoundJoin;
-    QList<double> dashes{}; ///< lengths of dash, gap, dash…; empty: solid
 };
 
 /// The drawing context of the renderer: a painter with drop shadows, one-pass fill-and-stroke and image
@@ -77,7 +69,7 @@ public:
     void setInterpolation(Interpolation value) { interpolation = value; }
 
     /// Narrows the clip to the inside of `path` (anti-aliased), or to `rect`, snapped to device pixels.
-    void clip(const QPainterPath& path) { painter.setClipPath(path, Qt::IntersectClip); }
+    void clip(const QPainterPath& path);
     void clip(const QRectF& rect) { painter.setClipRect(rect, Qt::IntersectClip); }
     /// Replaces the clip by `rect`, as far as the rectangle around what it left visible.
     void clipToBounds(const QRectF& rect)
@@ -87,6 +79,8 @@ public:
 
     /// Paints the inside of `path` by its fill rule.
     void fill(const QPainterPath& path, const QBrush& brush);
+    /// Fills the part of `path` that lies in `rect`; never casts a shadow.
+    void fillWithin(const QRectF& rect, const QPainterPath& path, const QBrush& brush);
     /// Much cheaper than a path; never casts a shadow.
     void fill(const QRectF& rect, const QColor& color);
     /// Whether all edges of `rect` fall between device pixels, so that filling it covers none in part.
@@ -95,23 +89,43 @@ public:
     /// Fills, then strokes over it; both together cast one shadow.
     void fillAndStroke(const QPainterPath& path, const QBrush& brush, const Stroke& stroke);
     void draw(const TextBlock& text, QPointF topLeft);
+    /// Fills `rect` with one brush over the other, the same pixels whatever is clipped: the toolkit's
+    /// gradients run along rows from where they are visible, and by rounding differ with it. Never casts a
+    /// shadow.
+    void fillRows(const QRectF& rect, std::span<const QBrush> brushes);
     /// Draws `source` (pixels of the image) upright into `rect`; never casts a shadow. A picture that is
-    /// reduced covers all device pixels that `rect` touches, by less than one on each side.
+    /// stretched smoothly covers all device pixels that `rect` touches, by less than one on each side.
     void drawImage(const QImage& image, const QRectF& rect, const QRectF& source);
     void drawImage(const QImage& image, const QRectF& rect) { drawImage(image, rect, QRectF(image.rect())); }
+    /// Draws an image into `rect`, of which only what lies in `shape` shows. The toolkit's clip would do
+    /// nearly the same: where each row of it is as long as the others, it forgets which of them are half
+    /// covered.
+    void drawImage(const QImage& image, const QRectF& rect, const QPainterPath& shape);
     /// The picture of some columns and rows of user space, one pixel where two of them cross; null when it
     /// cannot be made.
     using PixelSource = std::function<QImage(std::span<const int> columns, std::span<const int> rows)>;
-    /// Fills `rect`, whole pixels of user space, with what is made for it: each device pixel shows the user
-    /// pixel under its middle. Only what is visible is made, in bands. Without turning; never casts a shadow.
-    void drawPixels(const QRect& rect, const PixelSource& source);
+    /// Fills what lies in `shape` of `rect`, whole pixels of user space, with what is made for it: each
+    /// device pixel shows the user pixel under its middle. Only what is visible is made, in bands. Without
+    /// turning; never casts a shadow.
+    void drawPixels(const QRect& rect, const QPainterPath& shape, const PixelSource& source);
+    /// The nearest rectangle whose edges fall between device pixels.
+    QRectF pixelAligned(const QRectF& rect) const;
 
 private:
-    using Painting = std::function<void(QPainter&)>;
+    /// Paints with curves that may depart so far from the true ones, in user units.
+    using Painting = std::function<void(QPainter&, double tolerance)>;
+    /// A picture in device pixels.
+    struct Placed {
+        QImage image;
+        QRect place;
+    };
 
+    double tolerance() const;
+    std::optional<Placed> stretched(const QImage& image, const QRectF& rect, const QRectF& source) const;
+    QRectF reachableUserSpace() const;
     void paint(const QRectF& userBounds, const Painting& painting);
     void castShadow(const QRectF& userBounds, const Painting& painting);
-    void drawInDevicePixels(const QImage& image, const QRect& devicePixels);
+    void drawInDevicePixels(const QImage& image, const QRect& devicePixels, double opacity);
     QRect visibleDevicePixels() const;
 
     QPainter& painter;
