@@ -2,35 +2,32 @@
 #include "editor/canvas/CanvasPicture.h"
 
 #include "CanvasStage.h"
+#include "Pictures.h"
 #include "render/export/Exporter.h"
-
-#include <QRandomGenerator>
-
-using namespace Qt::StringLiterals;
-
-using namespace pintalux;
 
 namespace {
 
 /// A mark of each kind in turn, with everything that reaches beyond its bounds: heads, tails, shadows.
 Annotation randomMark(AnnotationKind kind, const QImage& picture, double scale, QRandomGenerator& random)
 {
-    const auto point
-        = [&] { return QPointF(random.bounded(picture.width()), random.bounded(picture.height())); };
+    const auto point = [&] {
+        return QPointF(random.bounded(double(picture.width())), random.bounded(double(picture.height())));
+    };
     Annotation mark{.kind = kind,
         .start = point(),
         .end = point(),
         .color = Palette::annotation()[random.bounded(8)].color,
-        .lineWidth = (1 + random.bounded(8)) * scale,
+        .lineWidth = (1 + random.bounded(6)) * scale,
         .filled = random.bounded(2) == 1,
         .text = u"Ágil ¿qué?"_s,
-        .fontSize = (14 + random.bounded(20)) * scale,
+        .fontSize = (8 + random.bounded(12)) * scale,
         .blurStyle = BlurStyle(random.bounded(2)),
         .arrowStyle = ArrowStyle(random.bounded(5)),
         .handwritten = random.bounded(2) == 1};
     if (kind == AnnotationKind::image) {
-        mark.image = picture.copy(0, 0, 90, 60);
-        mark.end = mark.start + QPointF(90, 60);
+        mark.image = picture.copy(0, 0, 30, 20);
+        if (random.bounded(2) == 1) // else stretched, at fractions of a pixel
+            mark.end = mark.start + QPointF(30, 20);
     }
     if (random.bounded(2) == 1)
         mark.control = point();
@@ -43,61 +40,60 @@ Annotation randomMark(AnnotationKind kind, const QImage& picture, double scale, 
     return mark;
 }
 
-Document documentOfAllKinds(double scale, QRandomGenerator& random)
+Document randomDocument(double scale, QRandomGenerator& random)
 {
-    Document document{CanvasStage::picture(300, 220), {}, scale};
-    for (int i = 0; i < 20; ++i)
-        document.annotations << randomMark(AnnotationKind(i % 10), document.image, scale, random);
+    Document document{CanvasStage::picture(44 + random.bounded(24), 36 + random.bounded(16)), {}, scale};
+    for (int i = 0; i < 6; ++i)
+        document.annotations << randomMark(AnnotationKind(random.bounded(10)), document.image, scale, random);
     return document;
 }
 
-CanvasScene sceneOf(const Document& document, const BeautifySettings& beautify, QSize view)
+/// A canvas at `zoom` device pixels a document pixel.
+CanvasScene sceneOf(const Document& document, const BeautifySettings& beautify, double ratio, double zoom)
 {
     CanvasScene scene;
     scene.document = document;
     scene.beautify = beautify;
-    scene.view = QRect(QPoint(), view);
-    // At full size the toolkit's own pictures do not depend on where a clip begins.
-    scene.mapping = CanvasMapping::fitted(view, {8, 8, 8, 8}, document, beautify, 1);
-    scene.mapping.scale = 1;
-    scene.mapping.origin = {8, 8};
+    scene.devicePixelRatio = ratio;
+    scene.mapping = CanvasMapping::fitted({400, 400}, {}, document, beautify, ratio);
+    scene.mapping.scale = zoom / ratio;
+    scene.mapping.origin = QPointF(1, 1) * std::round(9 * ratio) / ratio;
+    const auto size = (scene.mapping.frame().bottomRight() + scene.mapping.origin) / 4;
+    scene.view = {0, 0, 4 * int(std::ceil(size.x())), 4 * int(std::ceil(size.y()))}; // whole device pixels
     scene.surroundings = Qt::lightGray;
     scene.overlay.pointScale = 1 / scene.mapping.scale;
     return scene;
 }
 
 struct Screen {
-    explicit Screen(QSize size)
-        : image(size, QImage::Format_RGB32)
+    explicit Screen(const CanvasScene& scene)
+        : ratio(scene.devicePixelRatio)
+        , image((QSizeF(scene.view.size()) * ratio).toSize(), QImage::Format_RGB32)
     {
         image.fill(Qt::magenta);
     }
 
+    /// As a window does it: each view point has the device pixels that it is rounded to, and only those.
     void paint(CanvasPicture& picture, const QRegion& region)
     {
         QPainter painter(&image);
-        for (const QRect& part : region)
+        painter.scale(ratio, ratio);
+        for (const QRect& part : region) {
+            painter.setClipRect(part);
             picture.paint(painter, part);
+        }
     }
 
+    double ratio;
     QImage image;
 };
 
-/// Where two pictures differ by more than `slack` a channel.
-QRect differingPixels(const QImage& a, const QImage& b, int slack = 0)
+QImage shown(const CanvasScene& scene, EffectCache& cache)
 {
-    QRect rect;
-    for (int y = 0; y < a.height(); ++y) {
-        const auto* p = reinterpret_cast<const QRgb*>(a.constScanLine(y));
-        const auto* q = reinterpret_cast<const QRgb*>(b.constScanLine(y));
-        for (int x = 0; x < a.width(); ++x) {
-            const int apart = std::max({std::abs(qRed(p[x]) - qRed(q[x])),
-                std::abs(qGreen(p[x]) - qGreen(q[x])), std::abs(qBlue(p[x]) - qBlue(q[x]))});
-            if (apart > slack)
-                rect |= QRect(x, y, 1, 1);
-        }
-    }
-    return rect;
+    CanvasPicture picture(cache);
+    Screen screen(scene);
+    screen.paint(picture, picture.show(scene));
+    return screen.image;
 }
 
 /// What one event of the editor can do to a scene.
@@ -150,51 +146,60 @@ void change(CanvasScene& scene, QRandomGenerator& random)
 
 } // namespace
 
-// A damage rectangle too small, a layer out of date, a mark painted twice or in the wrong order.
+// A damage rectangle too small, a layer out of date, a mark painted twice or in the wrong order, and whatever
+// of the drawing depends on how much of it is painted.
 TEST(CanvasPicture, RepaintingTheDamageGivesTheWholePicture)
 {
+    constexpr int documents = 40;
+    constexpr int steps = 4;
     QRandomGenerator random(3);
-    const QSize view(460, 380);
-    constexpr int rounding = 8; // of shadows and soft edges where a clip begins
-    for (int round = 0; round < 4; ++round) {
-        const BeautifySettings beautify{.enabled = round % 2 == 1, .border = true};
-        auto scene = sceneOf(documentOfAllKinds(round < 2 ? 1 : 2, random), beautify, view);
-        EffectCache cache;
-        CanvasPicture picture(cache);
-        Screen screen(view);
-        screen.paint(picture, picture.show(scene));
-        for (int step = 0; step < 25; ++step) {
-            change(scene, random);
-            screen.paint(picture, picture.show(scene));
-
-            CanvasPicture fresh(cache);
-            Screen wanted(view);
-            wanted.paint(fresh, fresh.show(scene));
-            ASSERT_EQ(differingPixels(screen.image, wanted.image, rounding), QRect())
-                << "round " << round << " step " << step;
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        for (const double zoom : {1.0, 0.5, 0.33}) {
+            int wrong = 0;
+            for (int i = 0; i < documents; ++i) {
+                const BeautifySettings beautify{.enabled = i % 3 == 1, .padding = 9, .border = true};
+                auto scene = sceneOf(randomDocument(i % 2 == 0 ? 1 : ratio, random), beautify, ratio, zoom);
+                EffectCache cache;
+                CanvasPicture picture(cache);
+                Screen screen(scene);
+                screen.paint(picture, picture.show(scene));
+                for (int step = 0; step < steps; ++step) {
+                    change(scene, random);
+                    screen.paint(picture, picture.show(scene));
+                }
+                const auto apart = test::difference(screen.image, shown(scene, cache));
+                if (!apart.isNull() && ++wrong == 1)
+                    ADD_FAILURE() << "document " << i << " at " << apart.x() << "," << apart.y() << " "
+                                  << apart.width() << "x" << apart.height();
+            }
+            EXPECT_EQ(wrong, 0) << "ratio " << ratio << " zoom " << zoom;
         }
     }
 }
 
 TEST(CanvasPicture, AtFullSizeIsWhatIsExported)
 {
+    constexpr int documents = 40;
     QRandomGenerator random(5);
-    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        for (const bool framed : {false, true}) {
-            // One document pixel a device pixel: on a screen as dense as the captured one.
-            const auto document = documentOfAllKinds(scale, random);
-            const BeautifySettings beautify{.enabled = framed, .border = true};
-            auto scene = sceneOf(document, beautify, {900, 800});
-            scene.moving = document.annotations[7].id; // and what lies above it, painted directly
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+        int wrong = 0;
+        for (int i = 0; i < documents; ++i) {
+            const auto document = randomDocument(ratio, random);
+            const BeautifySettings beautify{.enabled = i % 2 == 1, .padding = 9, .border = true};
+            auto scene = sceneOf(document, beautify, ratio, 1);
+            scene.moving = document.annotations[4].id; // and what lies above it, painted directly
             EffectCache cache;
-            CanvasPicture picture(cache);
-            Screen screen({900, 800});
-            screen.paint(picture, picture.show(scene));
-
             const auto exported = Exporter::render(document, beautify, cache);
-            const auto shown = screen.image.copy(QRect(QPoint(8, 8), exported.size()));
-            EXPECT_EQ(differingPixels(shown, exported), QRect()) << "scale " << scale << " framed " << framed;
+            const int origin = int(std::lround(9 * ratio));
+            // One level: where an edge lies just between two steps of the rasteriser's grid, its place on the
+            // canvas can decide to which it is rounded. It is so in one row of one document of a hundred.
+            const auto apart = test::difference(
+                shown(scene, cache).copy(QRect(QPoint(origin, origin), exported.size())), exported, 1);
+            if (!apart.isNull() && ++wrong == 1)
+                ADD_FAILURE() << "document " << i << " at " << apart.x() << "," << apart.y() << " "
+                              << apart.width() << "x" << apart.height();
         }
+        EXPECT_EQ(wrong, 0) << "ratio " << ratio;
     }
 }
 
@@ -206,15 +211,12 @@ TEST(CanvasPicture, NothingShinesThroughTheRedactionOfATransparentPicture)
     for (int y = 12; y < 220; y += 14)
         painter.drawText(4, y, u"4539 1488 0343 6467 4539 1488 0343 6467"_s);
     painter.end();
-    const QSize view(460, 380);
     for (const auto& beautify : {BeautifySettings{}, BeautifySettings{.enabled = true, .gradient = -1}}) {
         EffectCache cache;
         Document redacted{writing, {{.kind = AnnotationKind::blur, .start = {-9, -9}, .end = {309, 229}}}, 1};
         const Document hidden{cache.image(BlurStyle::pixelate, writing, 1), {}, 1};
-        CanvasPicture first(cache), second(cache);
-        Screen screen(view), wanted(view);
-        screen.paint(first, first.show(sceneOf(redacted, beautify, view)));
-        wanted.paint(second, second.show(sceneOf(hidden, beautify, view)));
-        EXPECT_EQ(differingPixels(screen.image, wanted.image, 1), QRect());
+        const auto screen = shown(sceneOf(redacted, beautify, 1, 1), cache);
+        const auto wanted = shown(sceneOf(hidden, beautify, 1, 1), cache);
+        EXPECT_EQ(test::difference(screen, wanted, 1), QRect());
     }
 }

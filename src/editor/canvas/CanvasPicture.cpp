@@ -17,26 +17,18 @@ namespace pintalux {
 
 namespace {
 
-/// Behind what is transparent in a picture, when no frame is.
-QBrush checkerboard()
+/// Behind what is transparent in a picture, when no frame is. Its squares are whole device pixels.
+QBrush checkerboard(double devicePixelRatio)
 {
-    static const QImage tile = [] {
-        QImage image(16, 16, QImage::Format_RGB32);
-        image.fill(QColor::fromRgbF(0.82F, 0.82F, 0.82F));
-        QPainter painter(&image);
-        const auto light = QColor::fromRgbF(0.94F, 0.94F, 0.94F);
-        painter.fillRect(0, 0, 8, 8, light);
-        painter.fillRect(8, 8, 8, 8, light);
-        return image;
-    }();
+    const int side = int(std::lround(8 * devicePixelRatio));
+    QImage tile(2 * side, 2 * side, QImage::Format_RGB32);
+    tile.fill(QColor::fromRgbF(0.82F, 0.82F, 0.82F));
+    QPainter painter(&tile);
+    const auto light = QColor::fromRgbF(0.94F, 0.94F, 0.94F);
+    painter.fillRect(0, 0, side, side, light);
+    painter.fillRect(side, side, side, side, light);
+    painter.end();
     return tile;
-}
-
-QRect aligned(const QRectF& rect)
-{
-    // A hair inside: a border that arithmetic has moved by nothing does not cost a row of pixels.
-    constexpr double hair = 1e-6;
-    return rect.adjusted(hair, hair, -hair, -hair).toAlignedRect();
 }
 
 QList<Annotation> without(QList<Annotation> marks, const std::optional<QUuid>& id)
@@ -87,19 +79,20 @@ bool isFreehand(const Annotation& mark)
     return mark.kind == AnnotationKind::pen || mark.kind == AnnotationKind::highlighter;
 }
 
-/// Collects what must be painted again, in document pixels.
+/// Collects what must be painted again: added in document pixels, given in device pixels.
 class Damage {
 public:
     Damage(const CanvasScene& scene)
         : pixelScale(scene.document.pixelScale)
-        , devicePixel(1 / (scene.mapping.scale * scene.devicePixelRatio))
+        , device(scene.mapping, scene.devicePixelRatio)
+        , devicePixel(1 / device.scale())
     {
     }
 
-    void add(const QRectF& rect)
+    void add(const QRectF& documentRect)
     {
-        if (!rect.isNull())
-            rects << rect;
+        if (!documentRect.isNull())
+            all += device.fromDocument(documentRect);
     }
     void add(const Annotation& mark) { add(Renderer::paintedBounds(mark, pixelScale, devicePixel)); }
 
@@ -142,20 +135,17 @@ public:
             add(expanded(rect, 4 * devicePixel));
     }
 
-    /// In view points.
-    QRegion region(const CanvasMapping& mapping) const
+    QRegion region() const
     {
-        QRegion region;
-        for (const auto& rect : rects)
-            region += mapping.toView(rect).toAlignedRect();
         constexpr int worthKeepingApart = 3;
-        return region.rectCount() > worthKeepingApart ? QRegion(region.boundingRect()) : region;
+        return all.rectCount() > worthKeepingApart ? QRegion(all.boundingRect()) : all;
     }
 
 private:
     double pixelScale;
+    DeviceMapping device;
     double devicePixel;
-    QList<QRectF> rects;
+    QRegion all;
 };
 
 /// The mark whose handles or frame are shown, by value.
@@ -177,6 +167,7 @@ QRegion CanvasPicture::show(const CanvasScene& next)
     const bool anew = needsNewLayers(next);
     auto damage = anew ? QRegion(next.view) : damageTo(next);
     scene = next;
+    device = DeviceMapping(scene.mapping, scene.devicePixelRatio);
     if (next.moving)
         split = next.moving;
     if (anew)
@@ -212,37 +203,18 @@ QRegion CanvasPicture::damageTo(const CanvasScene& next) const
         damage.addOverlay(next);
     }
     damage.addCrop(scene.overlay.crop, next.overlay.crop, next.document.imageSize());
-    return damage.region(next.mapping) & next.view;
+    const DeviceMapping shown(next.mapping, next.devicePixelRatio);
+    QRegion viewPoints;
+    for (const QRect& part : damage.region())
+        viewPoints += shown.toView(part);
+    return viewPoints & next.view;
 }
 
 // ---- The layers
 
-QRect CanvasPicture::toDevice(const QRectF& viewRect) const
-{
-    const double ratio = scene.devicePixelRatio;
-    return aligned({viewRect.topLeft() * ratio, viewRect.size() * ratio});
-}
-
-QRect CanvasPicture::deviceFrame() const
-{
-    const auto& mapping = scene.mapping;
-    const auto exact = mapping.composition * mapping.scale * scene.devicePixelRatio;
-    return {(mapping.origin * scene.devicePixelRatio).toPoint(),
-        QSize(std::max(1, int(std::lround(exact.width()))), std::max(1, int(std::lround(exact.height()))))};
-}
-
-QRectF CanvasPicture::documentRect(const QRect& viewRect) const
-{
-    const QRectF exact(
-        scene.mapping.toDocument(viewRect.topLeft()), QSizeF(viewRect.size()) / scene.mapping.scale);
-    return expanded(exact, devicePixel());
-}
-
 void CanvasPicture::makeLayers()
 {
-    const auto& mapping = scene.mapping;
-    const double ratio = scene.devicePixelRatio;
-    const auto area = deviceFrame() & toDevice(scene.view);
+    const auto area = device.frame() & device.fromView(scene.view);
     layerOrigin = area.topLeft();
     painted.clear();
     still = {};
@@ -254,15 +226,13 @@ void CanvasPicture::makeLayers()
         return;
 
     QPainter painter(&background);
-    GraphicsContext context(painter);
     painter.translate(-layerOrigin);
-    painter.scale(ratio, ratio);
-    drawSurroundings(QRectF(QPointF(area.topLeft()) / ratio, QSizeF(area.size()) / ratio), context);
-
-    painter.resetTransform();
-    painter.translate(mapping.origin * ratio - layerOrigin);
-    const QSizeF whole = deviceFrame().size();
-    painter.scale(whole.width() / mapping.composition.width(), whole.height() / mapping.composition.height());
+    GraphicsContext context(painter);
+    drawSurroundings(area, context);
+    const QSizeF whole = device.frame().size();
+    painter.translate(device.frame().topLeft());
+    painter.scale(whole.width() / scene.mapping.composition.width(),
+        whole.height() / scene.mapping.composition.height());
     Renderer::drawPicture(scene.document, scene.beautify, context);
     painter.end();
     still = background; // shared until a mark is painted
@@ -285,31 +255,28 @@ void CanvasPicture::bringLayerUpToDate()
     if (changed.isEmpty() || still.isNull())
         return;
 
+    Damage damage(scene);
+    const bool added = changed.former.empty() && changed.atEnd;
+    for (const auto& mark : changed.former)
+        damage.add(mark);
+    for (const auto& mark : changed.next)
+        damage.add(mark);
     QPainter painter(&still);
+    painter.translate(-layerOrigin);
     GraphicsContext context(painter);
-    const auto enter = [&] {
-        painter.translate(-layerOrigin);
-        context.scale(scene.devicePixelRatio);
-        enterComposition(context);
-    };
-    if (changed.former.empty() && changed.atEnd) {
-        enter();
-        drawMarks(changed.next, QRectF(QPointF(), scene.document.imageSize()), context);
+    if (added) {
+        enterPicture(context, painter);
+        drawMarks(changed.next, QRect(layerOrigin, still.size()), context);
     } else {
-        Damage damage(scene);
-        for (const auto& mark : changed.former)
-            damage.add(mark);
-        for (const auto& mark : changed.next)
-            damage.add(mark);
-        for (const QRect& viewRect : damage.region(scene.mapping)) {
-            const GraphicsContext::Saved saved(context);
-            const auto part = toDevice(viewRect).translated(-layerOrigin) & still.rect();
+        for (const QRect& damaged : damage.region()) {
+            const auto part = damaged & QRect(layerOrigin, still.size());
             if (part.isEmpty())
                 continue; // the toolkit takes no source for the whole picture
-            painter.drawImage(part.topLeft(), background, part);
+            const GraphicsContext::Saved saved(context);
+            painter.drawImage(part.topLeft(), background, part.translated(-layerOrigin));
             context.clip(QRectF(part));
-            enter();
-            drawMarks(wanted, documentRect(viewRect), context);
+            enterPicture(context, painter);
+            drawMarks(wanted, part, context);
         }
     }
     painted = std::move(wanted);
@@ -317,16 +284,16 @@ void CanvasPicture::bringLayerUpToDate()
 
 // ---- Painting
 
-void CanvasPicture::drawSurroundings(const QRectF& viewRect, GraphicsContext& context) const
+void CanvasPicture::drawSurroundings(const QRect& part, GraphicsContext& context) const
 {
     const GraphicsContext::Saved saved(context);
-    context.fill(Draw::roundedRect(viewRect, 0), scene.surroundings);
+    context.fill(QRectF(part), scene.surroundings);
     const double ratio = scene.devicePixelRatio;
-    const QRectF frame(QPointF(deviceFrame().topLeft()) / ratio, QSizeF(deviceFrame().size()) / ratio);
-    const auto path = Draw::roundedRect(frame, 0);
+    const auto frame = device.frame();
     const bool filled = scene.beautify.enabled && scene.beautify.gradient >= 0;
     if (filled)
         return;
+    const auto path = Draw::roundedRect(frame, 0);
     {
         const GraphicsContext::Saved shadowed(context);
         if (!scene.beautify.enabled) {
@@ -335,7 +302,7 @@ void CanvasPicture::drawSurroundings(const QRectF& viewRect, GraphicsContext& co
         }
         context.fill(path, QColor::fromRgbF(0.5F, 0.5F, 0.5F));
     }
-    auto pattern = checkerboard();
+    auto pattern = checkerboard(ratio);
     pattern.setTransform(QTransform::fromTranslate(frame.x(), frame.y()));
     context.fill(path, pattern);
 }
@@ -344,62 +311,64 @@ Renderer::Backdrop CanvasPicture::backdrop() const
 {
     return Renderer::backdrop(scene.document, scene.beautify, [this](GraphicsContext& context) {
         const GraphicsContext::Saved saved(context);
-        context.scale(1 / scene.mapping.scale);
-        context.translate(-scene.mapping.origin);
-        drawSurroundings(QRectF(scene.view), context);
+        context.scale(1 / device.scale());
+        context.translate(-device.frame().topLeft());
+        drawSurroundings(device.fromView(scene.view), context);
     });
 }
 
-void CanvasPicture::enterComposition(GraphicsContext& context) const
+void CanvasPicture::enterPicture(GraphicsContext& context, QPainter& painter) const
 {
-    context.translate(scene.mapping.origin);
-    context.scale(scene.mapping.scale);
+    painter.setWorldTransform(device.composition(), true);
     Renderer::enterPicture(scene.document, scene.beautify, context);
 }
 
+QRect CanvasPicture::paintedPixels(const Annotation& mark) const
+{
+    return device.fromDocument(Renderer::paintedBounds(mark, scene.document.pixelScale, 1 / device.scale()));
+}
+
 void CanvasPicture::drawMarks(
-    std::span<const Annotation> marks, const QRectF& documentRect, GraphicsContext& context) const
+    std::span<const Annotation> marks, const QRect& part, GraphicsContext& context) const
 {
     const auto behind = backdrop();
     for (const auto& mark : marks)
-        if (Renderer::paintedBounds(mark, scene.document.pixelScale, devicePixel()).intersects(documentRect))
+        if (paintedPixels(mark).intersects(part))
             Renderer::drawAnnotation(mark, scene.document, cache, context, true, behind);
 }
 
 void CanvasPicture::paint(QPainter& painter, const QRect& viewRect)
 {
-    const auto& mapping = scene.mapping;
     GraphicsContext context(painter);
     const GraphicsContext::Saved saved(context);
-    context.clip(QRectF(viewRect));
+    // From here on in device pixels. In a window the view may begin between two of them: then they begin at
+    // the nearest.
+    const auto toDevice = painter.deviceTransform();
+    const auto hidden = painter.worldTransform().inverted() * toDevice;
+    const auto begin = toDevice.map(QPointF()).toPoint();
+    painter.setWorldTransform(QTransform::fromTranslate(begin.x(), begin.y()) * hidden.inverted());
+    const auto part = device.fromView(viewRect);
+    context.clip(QRectF(part));
 
-    const double ratio = scene.devicePixelRatio;
     const QRect layer(layerOrigin, still.size());
-    const auto devicePart = toDevice(viewRect);
-    if (!layer.contains(devicePart))
-        drawSurroundings(viewRect, context);
-    if (const auto part = layer & devicePart; !part.isEmpty()) {
-        painter.save();
-        painter.scale(1 / ratio, 1 / ratio);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-        painter.drawImage(part.topLeft(), still, part.translated(-layerOrigin));
-        painter.restore();
-    }
-    if (!mapping.frame().intersects(viewRect))
+    if (!layer.contains(part))
+        drawSurroundings(part, context);
+    if (const auto kept = layer & part; !kept.isEmpty())
+        context.drawImage(still, QRectF(kept), QRectF(kept.translated(-layerOrigin)));
+    if (!device.frame().intersects(part))
         return;
 
     const auto& overlay = scene.overlay;
     const auto marks = without(scene.document.annotations, overlay.hiddenID);
     if (painted.size() < marks.size() || overlay.draft) {
         const GraphicsContext::Saved entered(context);
-        enterComposition(context);
-        drawMarks(std::span(marks).subspan(std::size_t(painted.size())), documentRect(viewRect), context);
+        enterPicture(context, painter);
+        drawMarks(std::span(marks).subspan(std::size_t(painted.size())), part, context);
         if (overlay.draft)
             Renderer::drawAnnotation(*overlay.draft, scene.document, cache, context,
                 overlay.glyphlessID != overlay.draft->id, backdrop());
     }
-    context.translate(mapping.origin);
-    context.scale(mapping.scale);
+    painter.setWorldTransform(device.composition(), true);
     Renderer::drawOverlay(scene.document, scene.beautify, overlay, context);
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "editor/canvas/CanvasMapping.h"
+#include "editor/canvas/DeviceMapping.h"
 #include "render/EffectCache.h"
 #include "render/Renderer.h"
 
@@ -42,7 +42,8 @@ public:
     {
     }
 
-    /// Takes the next scene. The view points that must be painted again.
+    /// Takes the next scene. The view points that must be painted again: those of all device pixels that
+    /// change.
     QRegion show(const CanvasScene& next);
 
     /// Paints one rectangle of the view. The painter's user space is view points.
@@ -54,22 +55,18 @@ private:
     void makeLayers();
     void bringLayerUpToDate();
     QList<Annotation> stillMarks() const;
-    void drawMarks(
-        std::span<const Annotation> marks, const QRectF& documentRect, GraphicsContext& context) const;
+    /// Turns user space from device pixels of the view into document pixels.
+    void enterPicture(GraphicsContext& context, QPainter& painter) const;
+    /// Those of `marks` that can touch `part`.
+    void drawMarks(std::span<const Annotation> marks, const QRect& part, GraphicsContext& context) const;
     /// What shows where the picture lets something through.
     Renderer::Backdrop backdrop() const;
-    void drawSurroundings(const QRectF& viewRect, GraphicsContext& context) const;
-    void enterComposition(GraphicsContext& context) const;
-    QRect toDevice(const QRectF& viewRect) const;
-    /// The composition in device pixels of the view. It ends between two of them at most zooms; stretched to
-    /// the nearest one, by less than half a pixel, the picture is scaled once instead of twice and stays
-    /// sharp.
-    QRect deviceFrame() const;
-    QRectF documentRect(const QRect& viewRect) const;
-    double devicePixel() const { return 1 / (scene.mapping.scale * scene.devicePixelRatio); }
+    void drawSurroundings(const QRect& part, GraphicsContext& context) const;
+    QRect paintedPixels(const Annotation& mark) const;
 
     EffectCache& cache;
     CanvasScene scene;
+    DeviceMapping device;
     QPoint layerOrigin; ///< of both layers, in device pixels of the view
     QImage background;  ///< surroundings, frame and picture
     QImage still;       ///< the same with `painted` on it
