@@ -45,9 +45,11 @@ void choose()
     if (qEnvironmentVariableIsSet(toolkitsChoice))
         return;
     const bool hasX11 = !qEnvironmentVariableIsEmpty("DISPLAY");
+    // Natively where all of the program works so; elsewhere through the session's X server, if there is one.
     // The toolkit takes the first of a list that it can have: what shows windows on Wayland is a part of it
     // that may not be installed.
-    if (offered.isThere && (offered.layerSurfaces || !hasX11))
+    const bool isComplete = offered.layerSurfaces && offered.screencopy;
+    if (offered.isThere && (isComplete || !hasX11))
         qputenv(toolkitsChoice, hasX11 ? "wayland;xcb" : "wayland");
     else if (hasX11)
         qputenv(toolkitsChoice, "xcb");
