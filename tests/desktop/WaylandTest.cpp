@@ -25,14 +25,15 @@ class Wayland : public testing::Test {
 protected:
     WaylandSession session;
     QTemporaryDir folder;
-    QProcess& demo{session.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
-        {u"--title"_s, u"Informe"_s, u"--geometry"_s, u"420x300+0+0"_s, u"--color"_s, u"#3B6FE0"_s})};
     QImage left;
     QImage right;
 
     void SetUp() override
     {
         // One window on each output.
+        session.tell(u"focus output "_s + leftOutput);
+        session.start(QStringLiteral(PINTALUX_DEMO_WINDOW),
+            {u"--title"_s, u"Informe"_s, u"--geometry"_s, u"420x300+0+0"_s, u"--color"_s, u"#3B6FE0"_s});
         ASSERT_TRUE(waitUntil(
             [&] { return session.pictureByOthers(leftOutput).pixelColor(600, 30) == QColor(0x3b6fe0); }));
         session.tell(u"focus output "_s + rightOutput);
