@@ -54,8 +54,7 @@ TEST_F(ProgramTest, AMenuThatIsOpenIsInThePictureAndClosesWithoutBeingUsed)
         ASSERT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), closed) > 3000; }));
         letPass(300);
     };
-    for (const auto& [opening, left] :
-        {std::pair(QString(), 10), std::pair(u" sleep 0.3 key Up Right"_s, 60)}) {
+    for (const auto& opening : {QString(), u" sleep 0.3 key Up Right"_s}) { // with its submenu, too
         openMenu(opening);
         const auto before = pictureByOthers();
         pressHotKey(1);
@@ -70,7 +69,7 @@ TEST_F(ProgramTest, AMenuThatIsOpenIsInThePictureAndClosesWithoutBeingUsed)
             return selects;
         }));
         xdotool(u"mousemove 520 391 mouseup 1"_s);
-        EXPECT_EQ(differingPixels(saved(), before.copy(240, 240, 280, 151)), 0) << left;
+        EXPECT_EQ(differingPixels(saved(), before.copy(240, 240, 280, 151)), 0);
         EXPECT_TRUE(waitUntil([&] { return differingPixels(pictureByOthers(), closed) < 100; }))
             << "menus are left";
         EXPECT_TRUE(QDir(captures()).removeRecursively());
